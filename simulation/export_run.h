@@ -1,0 +1,54 @@
+#pragma once
+
+#include "simulation/scene.h"
+
+#include <box2d/b2_math.h>
+
+#include <vector>
+
+namespace jostle {
+
+/// What one body did during a run: one entry for each sampled frame.
+struct ExportResult {
+    std::vector<b2Vec2> positions;  ///< composition pixels
+    std::vector<float> rotations;   ///< degrees
+    b2Vec2 layerAnchor{0.0f, 0.0f}; ///< layer pixels; the record's at the first sampled frame
+};
+
+/// The samples of one run of the simulation, from a start frame to an end frame, both included.
+///
+/// Handed to `SimulationClock::startExport`, which calls `sample` on each frame of the range. Whoever drives the clock
+/// then writes the keyframes.
+class ExportRun {
+public:
+    ExportRun(int startFrame, int endFrame) : startFrame_(startFrame), endFrame_(endFrame) {}
+
+    [[nodiscard]] int startFrame() const { return startFrame_; }
+    [[nodiscard]] int endFrame() const { return endFrame_; }
+
+    /// Whether a frame is to be sampled.
+    [[nodiscard]] bool contains(int frame) const { return startFrame_ <= frame && frame <= endFrame_; }
+
+    /// Appends where every body stands now. The first call makes room for the whole range, so that later ones
+    /// allocate nothing.
+    /// @param frame  one of the range; the last one completes the run
+    /// @param scene  its bodies must be built, and stay the same in number through a run
+    void sample(int frame, const Scene& scene);
+
+    /// Whether the end frame has been sampled.
+    [[nodiscard]] bool isComplete() const { return isComplete_; }
+
+    /// In the order of the world's body list: result k belongs to record `bodyCount()` - 1 - k. Empty before the
+    /// first sample.
+    [[nodiscard]] const std::vector<ExportResult>& results() const { return results_; }
+
+private:
+    void reserve(const Scene& scene);
+
+    int startFrame_;
+    int endFrame_;
+    bool isComplete_ = false;
+    std::vector<ExportResult> results_;
+};
+
+} // namespace jostle

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <box2d/b2_polygon_shape.h>
+
+#include <span>
+
+namespace jostle {
+
+/// Makes a convex polygon of the vertices as they are.
+///
+/// The library's own `b2PolygonShape::Set` welds vertices closer than half the linear slop, and turns what collapses
+/// into a box two metres wide; here every vertex survives at any tolerance. Only the order is turned round where the
+/// vertices run the wrong way for the library.
+///
+/// @param vertices  metres relative to the body, convex, in either direction
+/// @param polygon   receives vertices, outward normals and centroid; left alone if the answer is false
+/// @return false if there are fewer than 3 or more than 8 vertices, one lies farther than 10000 m from the body or is
+///         not finite, an edge has no length, or the area is no more than the float epsilon (the least that the
+///         library takes)
+[[nodiscard]] bool fillPolygon(std::span<const b2Vec2> vertices, b2PolygonShape& polygon);
+
+/// Whether the library can work out a polygon's mass: its area exceeds the float epsilon. Always so for one that was
+/// just filled, but scaling may have flattened it since.
+[[nodiscard]] bool canHaveMass(const b2PolygonShape& polygon);
+
+/// Scales a polygon in place about a point. Mass is not touched.
+///
+/// @param pivot   metres relative to the body
+/// @param ratioX  above 0
+/// @param ratioY  above 0
+/// A polygon that would reach farther than 10000 m from the body stays as it is.
+void scalePolygon(b2PolygonShape& polygon, b2Vec2 pivot, float ratioX, float ratioY);
+
+} // namespace jostle

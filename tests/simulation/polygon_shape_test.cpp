@@ -1,0 +1,73 @@
+#include "simulation/polygon_shape.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+namespace jostle {
+namespace {
+
+const std::vector<b2Vec2> square{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
+
+TEST(PolygonShape, keepsVerticesAndPointsNormalsOutwards) {
+    b2PolygonShape polygon;
+    ASSERT_TRUE(fillPolygon(square, polygon));
+    const b2Vec2 normals[] = {{0, -1}, {1, 0}, {0, 1}, {-1, 0}};
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(polygon.m_vertices[i], square[i]);
+        EXPECT_EQ(polygon.m_normals[i], normals[i]);
+    }
+    EXPECT_EQ(polygon.m_centroid, b2Vec2(1, 1));
+    EXPECT_TRUE(polygon.Validate());
+}
+
+TEST(PolygonShape, turnsTheOtherWindingRound) {
+    b2PolygonShape polygon;
+    ASSERT_TRUE(fillPolygon(std::vector<b2Vec2>(square.rbegin(), square.rend()), polygon));
+    EXPECT_EQ(polygon.m_vertices[0], square[0]);
+    EXPECT_EQ(polygon.m_vertices[3], square[3]);
+    EXPECT_EQ(polygon.m_normals[0], b2Vec2(0, -1));
+    EXPECT_EQ(polygon.m_centroid, b2Vec2(1, 1));
+}
+
+TEST(PolygonShape, refusesWhatTheLibraryCannotTake) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const struct {
+        const char* name;
+        std::vector<b2Vec2> vertices;
+    } cases[] = {
+        {"two vertices", {{0, 0}, {1, 0}}},
+        {"nine vertices", {{0, 0}, {1, 0}, {2, 1}, {3, 2}, {3, 3}, {2, 4}, {1, 4}, {0, 3}, {-1, 2}}},
+        {"a repeated vertex", {{0, 0}, {1, 0}, {1, 0}, {0, 1}}},
+        {"all on a line", {{0, 0}, {1, 1}, {2, 2}}},
+        {"area below the float epsilon", {{0, 0}, {0.0002f, 0}, {0, 0.0002f}}},
+        {"not a number", {{0, 0}, {nan, 0}, {0, 1}}},
+        {"infinitely far", {{0, 0}, {std::numeric_limits<float>::infinity(), 0}, {0, 1}}},
+        {"too far for masses to be worked out", {{0, 0}, {1.0e9f, 0}, {0, 1}}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        b2PolygonShape polygon;
+        EXPECT_FALSE(fillPolygon(c.vertices, polygon));
+        EXPECT_EQ(polygon.m_count, 0);
+    }
+}
+
+TEST(PolygonShape, scalesAboutAPivotAndKeepsNormalsSquare) {
+    b2PolygonShape polygon;
+    const std::vector<b2Vec2> triangle{{0, 0}, {1, 0}, {0, 1}};
+    ASSERT_TRUE(fillPolygon(triangle, polygon));
+    scalePolygon(polygon, {1, 0}, 2.0f, 3.0f);
+    // x' = 1 + (x - 1) * 2, y' = 3 y; the long side then runs along (-2, 3), and (3, 2) stands square on it.
+    EXPECT_EQ(polygon.m_vertices[0], b2Vec2(-1, 0));
+    EXPECT_EQ(polygon.m_vertices[1], b2Vec2(1, 0));
+    EXPECT_EQ(polygon.m_vertices[2], b2Vec2(-1, 3));
+    EXPECT_NEAR(polygon.m_normals[1].x, 3.0f / std::sqrt(13.0f), 1e-6f);
+    EXPECT_NEAR(polygon.m_normals[1].y, 2.0f / std::sqrt(13.0f), 1e-6f);
+    EXPECT_NEAR(polygon.m_centroid.x, -1.0f / 3.0f, 1e-6f);
+    EXPECT_NEAR(polygon.m_centroid.y, 1.0f, 1e-6f);
+}
+
+} // namespace
+} // namespace jostle
