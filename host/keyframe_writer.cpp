@@ -1,0 +1,306 @@
+#include "host/keyframe_writer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "host/host_time.h"
+#include "host/layer_transform.h"
+#include "host/undo_group.h"
+#include "simulation/keyframe_thinning.h"
+
+namespace jostle {
+
+namespace {
+
+bool isFinite(float v) {
+    return std::isfinite(v);
+}
+bool isFinite(b2Vec2 v) {
+    return std::isfinite(v.x) && std::isfinite(v.y);
+}
+bool isFinite(AEGP_TwoDVal v) {
+    return std::isfinite(v.x) && std::isfinite(v.y);
+}
+
+/// Replaces each sample that is no finite number by the one before it, the first ones by the first that is.
+/// @return whether any was replaced; with no finite sample at all the list becomes empty
+template<class T>
+bool mend(std::vector<T>& samples) {
+    const auto usable = [](const T& sample) { return isFinite(sample); };
+    const auto first = std::find_if(samples.begin(), samples.end(), usable);
+    if (first == samples.end()) {
+        const bool hadSamples = !samples.empty();
+        samples.clear();
+        return hadSamples;
+    }
+    bool mended = first != samples.begin();
+    std::fill(samples.begin(), first, *first);
+    for (auto sample = first + 1; sample < samples.end(); ++sample) {
+        if (!isFinite(*sample)) {
+            *sample = *(sample - 1);
+            mended = true;
+        }
+    }
+    return mended;
+}
+
+bool scalesDiffer(AEGP_TwoDVal a, AEGP_TwoDVal b) {
+    const double x = a.x - b.x;
+    const double y = a.y - b.y;
+    return x * x + y * y > 0.001;
+}
+
+/// The world scale of a layer in percent: one entry for each frame of the range if its own scale has keyframes, else
+/// the one of time 0.
+struct ScaleSamples {
+    bool keyframed = false;
+    std::vector<AEGP_TwoDVal> percent;
+};
+
+/// The streams of one layer that are written. With separated dimensions the position is in its followers.
+struct LayerStreams {
+    Stream position, positionX, positionY;
+    Stream rotation;
+    Stream anchor;
+    Stream scale;
+    bool separated = false;
+};
+
+class Writer {
+public:
+    Writer(HostChain& chain, Composition composition, const KeyframeJob& job)
+        : chain_(chain),
+          composition_(composition),
+          job_(job),
+          frameDuration_(composition.frameDuration(chain)),
+          pixelAspect_(composition.item(chain).pixelAspect(chain)) {}
+
+    /// Reads the scales of all layers. Before anything is written: a child's world scale depends on parents that may
+    /// be bodies and written before it.
+    void readScales();
+    /// @return whether some of its samples had to be mended
+    bool writeLayer(std::size_t record);
+    void setWorkArea();
+
+private:
+    void disableExpressions(const LayerStreams& streams);
+    void writePosition(const LayerStreams& streams, bool isStatic);
+    void writeScale(const BodyRecord& body, const Stream& stream, ScaleSamples& scale);
+
+    /// Replaces whatever a stream holds by one value, or by keyframes where the samples change.
+    /// @param put  writes a sample into a stream value
+    template<class T, class Differ, class Put>
+    void write(const Stream& stream, const std::vector<T>& samples, bool asOneValue, Differ differ, Put put);
+
+    HostChain& chain_;
+    Composition composition_;
+    const KeyframeJob& job_;
+    A_Time frameDuration_;
+    double pixelAspect_;
+    std::vector<ScaleSamples> scales_; ///< by record
+
+    // Samples of the layer at hand, kept between layers for their memory.
+    std::vector<b2Vec2> positions_;
+    std::vector<float> coordinates_;
+    std::vector<float> rotations_;
+};
+
+void Writer::readScales() {
+    scales_.resize(job_.scene.bodies.size());
+    for (std::size_t record = 0; record < scales_.size() && !chain_.failed(); ++record) {
+        const WorldScale worldScale(chain_, composition_.layer(chain_, job_.scene.layerIndices[record]));
+        ScaleSamples& samples = scales_[record];
+        const auto read = [&](A_Time time) {
+            const AEGP_TwoDVal scale = worldScale.at(chain_, time);
+            samples.percent.push_back({scale.x * 100.0, scale.y * 100.0});
+        };
+        samples.keyframed = worldScale.isKeyframed();
+        if (!samples.keyframed)
+            read(sampleTime);
+        for (int frame = job_.startFrame; samples.keyframed && frame <= job_.endFrame && !chain_.failed(); ++frame)
+            read(timeOfFrame(frameDuration_, frame));
+    }
+}
+
+template<class T, class Differ, class Put>
+void Writer::write(const Stream& stream, const std::vector<T>& samples, bool asOneValue, Differ differ, Put put) {
+    if (samples.empty())
+        return;
+    stream.deleteKeys();
+    // Without keys the stream has one value for all times, which all keys start from.
+    StreamValue value = stream.valueAt(timeOfFrame(frameDuration_, job_.startFrame), Expressions::Ignored);
+    if (asOneValue) {
+        put(value, samples.front());
+        stream.setValue(value);
+        return;
+    }
+    KeyframeBatch batch(chain_, stream);
+    for (const std::size_t i : keyframeIndices(std::span<const T>(samples), differ)) {
+        put(value, samples[i]);
+        batch.add(timeOfFrame(frameDuration_, job_.startFrame + static_cast<int>(i)), value);
+    }
+    batch.commit();
+}
+
+void Writer::disableExpressions(const LayerStreams& streams) {
+    if (streams.separated) {
+        streams.positionX.disableExpression();
+        streams.positionY.disableExpression();
+    } else {
+        streams.position.disableExpression();
+    }
+    streams.rotation.disableExpression();
+    streams.anchor.disableExpression();
+    streams.scale.disableExpression();
+}
+
+void Writer::writePosition(const LayerStreams& streams, bool isStatic) {
+    const auto toComposition = [&](float x) { return static_cast<double>(x) / pixelAspect_; };
+    if (!streams.separated) {
+        write(streams.position, positions_, isStatic, vectorsDiffer, [&](StreamValue& value, b2Vec2 sample) {
+            value.setPoint({toComposition(sample.x), static_cast<double>(sample.y)});
+        });
+        return;
+    }
+    const auto take = [&](float b2Vec2::*coordinate) {
+        coordinates_.clear();
+        for (const b2Vec2& position : positions_)
+            coordinates_.push_back(position.*coordinate);
+    };
+    take(&b2Vec2::x);
+    write(streams.positionX, coordinates_, isStatic, floatsDiffer,
+          [&](StreamValue& value, float sample) { value.setNumber(toComposition(sample)); });
+    take(&b2Vec2::y);
+    write(streams.positionY, coordinates_, isStatic, floatsDiffer,
+          [](StreamValue& value, float sample) { value.setNumber(static_cast<double>(sample)); });
+}
+
+void Writer::writeScale(const BodyRecord& body, const Stream& stream, ScaleSamples& scale) {
+    if (scale.percent.empty())
+        return;
+    if (body.type != BodyType::Dead) {
+        // The written rotation is that of the layer's x axis, and holds a half turn where that axis is flipped. With
+        // both axes turned over once more the layer keeps its look.
+        if (scale.percent.front().x < 0.0) {
+            for (AEGP_TwoDVal& percent : scale.percent)
+                percent = {-percent.x, -percent.y};
+        }
+        write(stream, scale.percent, !scale.keyframed, scalesDiffer,
+              [](StreamValue& value, AEGP_TwoDVal percent) { value.setPoint(percent); });
+        return;
+    }
+    // A dead layer keeps its keyframes, and the signs that the host gave its scale when the parent was taken away.
+    if (scale.keyframed)
+        return;
+    StreamValue value = stream.valueAt(sampleTime, Expressions::Ignored);
+    const AEGP_TwoDVal present = value.point();
+    value.setPoint(
+        {std::copysign(scale.percent.front().x, present.x), std::copysign(scale.percent.front().y, present.y)});
+    stream.setValue(value);
+}
+
+bool Writer::writeLayer(std::size_t record) {
+    const BodyRecord& body = job_.scene.bodies[record];
+    const ExportResult& result = job_.results[job_.results.size() - 1 - record];
+    const bool isStatic = body.type == BodyType::Static;
+    const bool isDead = body.type == BodyType::Dead;
+
+    const Layer layer = composition_.layer(chain_, job_.scene.layerIndices[record]);
+    if (layer.parent(chain_).exists())
+        layer.clearParent(chain_);
+    if (job_.enableMotionBlur && !isStatic && !isDead)
+        layer.setFlag(chain_, AEGP_LayerFlag_MOTION_BLUR, true);
+
+    LayerStreams streams;
+    streams.position = layer.stream(chain_, AEGP_LayerStream_POSITION);
+    streams.separated = streams.position.hasSeparatedDimensions();
+    if (streams.separated) {
+        streams.positionX = streams.position.follower(0);
+        streams.positionY = streams.position.follower(1);
+    }
+    streams.rotation = layer.stream(chain_, AEGP_LayerStream_ROTATION);
+    streams.anchor = layer.stream(chain_, AEGP_LayerStream_ANCHORPOINT);
+    streams.scale = layer.stream(chain_, AEGP_LayerStream_SCALE);
+    disableExpressions(streams);
+
+    bool mended = mend(scales_[record].percent);
+    if (!isDead) {
+        positions_.assign(result.positions.begin(), result.positions.end());
+        rotations_.assign(result.rotations.begin(), result.rotations.end());
+        mended = mend(positions_) || mended;
+        mended = mend(rotations_) || mended;
+        writePosition(streams, isStatic);
+        write(streams.rotation, rotations_, isStatic, floatsDiffer,
+              [](StreamValue& value, float degrees) { value.setNumber(static_cast<double>(degrees)); });
+        write(streams.anchor, std::vector<b2Vec2>{result.layerAnchor}, true, vectorsDiffer,
+              [](StreamValue& value, b2Vec2 anchor) {
+                  value.setPoint({static_cast<double>(anchor.x), static_cast<double>(anchor.y)});
+              });
+        // The written rotation is whole: turning along the path must not be added to it.
+        if (!isStatic && (layer.flags(chain_) & AEGP_LayerFlag_AUTO_ORIENT_ROTATION) != 0)
+            layer.trySetFlag(chain_, AEGP_LayerFlag_AUTO_ORIENT_ROTATION, false);
+    }
+    writeScale(body, streams.scale, scales_[record]);
+    return mended;
+}
+
+void Writer::setWorkArea() {
+    composition_.setWorkArea(chain_, timeOfFrame(frameDuration_, job_.startFrame),
+                             timeOfFrame(frameDuration_, job_.endFrame - job_.startFrame + 1));
+}
+
+bool isConsistent(const Composition& composition, const KeyframeJob& job) {
+    return composition.exists() && job.endFrame >= job.startFrame && job.results.size() == job.scene.bodies.size() &&
+           job.scene.layerIndices.size() == job.scene.bodies.size();
+}
+
+} // namespace
+
+Composition duplicateActiveComposition(HostChain& chain) {
+    const Composition active = activeComposition(chain);
+    if (!active.exists())
+        return {};
+    const UndoGroup group(chain, "Jostle - Duplicate Comp");
+    return active.duplicate(chain);
+}
+
+WriteReport writeKeyframes(HostChain& chain, Composition composition, const KeyframeJob& job,
+                           const WriteProgress& progress) {
+    WriteReport report;
+    if (!isConsistent(composition, job))
+        chain.fail(A_Err_PARAMETER);
+    UndoGroup group(chain, "Jostle");
+    {
+        const Selection selection(chain, composition.handle());
+        Writer writer(chain, composition, job);
+        if (!chain.failed())
+            writer.readScales();
+        const int total = job.scene.bodyCount();
+        for (int done = 1; done <= total && !chain.failed(); ++done) {
+            const bool mended = writer.writeLayer(static_cast<std::size_t>(total - done));
+            if (chain.failed())
+                break;
+            report.layersWritten = done;
+            report.layersMended += mended ? 1 : 0;
+            if (progress && !progress(done, total)) {
+                report.outcome = WriteOutcome::Cancelled;
+                break;
+            }
+        }
+        if (report.outcome != WriteOutcome::Cancelled) {
+            selection.giveBackTo(composition.handle());
+            if (!chain.failed())
+                writer.setWorkArea();
+        }
+    }
+    group.close();
+    if (report.outcome == WriteOutcome::Cancelled)
+        chain.call<&AEGP_CommandSuite1::AEGP_DoCommand>(AEGP_Command{hostCommandUndo});
+    else if (!chain.failed())
+        report.outcome = WriteOutcome::Done;
+    report.error = chain.code();
+    return report;
+}
+
+} // namespace jostle

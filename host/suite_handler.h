@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+#include "host/suites.h"
+
+/// Acquires suites when they are first asked for and releases them all when it goes out of scope.
+///
+/// A function makes one on the stack at its start. `Suite` is a table of host/suites.h.
+class AEGP_SuiteHandler {
+public:
+    explicit AEGP_SuiteHandler(const SPBasicSuite* basic) : basic_(basic) {}
+
+    AEGP_SuiteHandler(const AEGP_SuiteHandler&) = delete;
+    AEGP_SuiteHandler& operator=(const AEGP_SuiteHandler&) = delete;
+
+    ~AEGP_SuiteHandler() {
+        while (count_ > 0) {
+            const Slot& slot = slots_[--count_];
+            basic_->ReleaseSuite(slot.name, slot.version);
+        }
+    }
+
+    /// The table, valid as long as the handler; null if the host does not hand it out.
+    template<class Suite>
+    [[nodiscard]] const Suite* get() {
+        return static_cast<const Suite*>(acquire(Suite::suiteName, Suite::suiteVersion));
+    }
+
+private:
+    struct Slot {
+        const char* name = nullptr;
+        std::int32_t version = 0;
+        const void* table = nullptr;
+    };
+
+    const void* acquire(const char* name, std::int32_t version) {
+        for (std::size_t i = 0; i < count_; ++i) {
+            if (slots_[i].version == version && std::strcmp(slots_[i].name, name) == 0)
+                return slots_[i].table;
+        }
+        if (!basic_ || count_ == slots_.size())
+            return nullptr;
+        const void* table = nullptr;
+        if (basic_->AcquireSuite(name, version, &table) != 0)
+            return nullptr;
+        if (!table) {
+            basic_->ReleaseSuite(name, version);
+            return nullptr;
+        }
+        slots_[count_++] = {name, version, table};
+        return table;
+    }
+
+    const SPBasicSuite* basic_;
+    std::array<Slot, 18> slots_{}; // one for each table of host/suites.h
+    std::size_t count_ = 0;
+};

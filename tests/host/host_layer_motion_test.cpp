@@ -1,0 +1,107 @@
+#include "host/host_layer_motion.h"
+
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "simulation/scene.h"
+#include "tests/host/document.h"
+
+namespace jostle {
+
+namespace {
+
+constexpr double frameSeconds = 0.04;
+
+TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
+    struct Case {
+        const char* name;
+        std::function<void(DocumentLayer& layer, DocumentLayer& parent)> change;
+        int frame;
+    };
+    const auto keyed = [](standalone::Stream& stream, double last) {
+        addKey(stream, 0, {});
+        addKey(stream, last, {50, 50, 50});
+    };
+    const Case cases[] = {
+        {"nothing moves", [](auto&, auto&) {}, -1},
+        {"its own position", [&](auto& l, auto&) { keyed(l.transform.position, 30); }, 30},
+        {"the latest counts",
+         [&](auto& l, auto& p) {
+             keyed(l.transform.scale, 30);
+             keyed(p.transform.rotation, 40);
+         },
+         40},
+        {"between frames is rounded up", [&](auto& l, auto&) { keyed(l.transform.anchor, 30.25); }, 31},
+        {"each dimension by itself",
+         [&](auto& l, auto&) {
+             l.transform.separated = true;
+             l.transform.positionX = l.transform.positionY = constantStream(1, {5, 0, 0});
+             keyed(l.transform.positionY, 20);
+         },
+         20},
+        {"a parent's expression never ends",
+         [](auto&, auto& p) { p.transform.scale.hasExpression = p.transform.scale.expressionEnabled = true; }, 100000},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto document = emptyDocument();
+        DocumentLayer& layer = addLayer(*document);
+        DocumentLayer& parent = addNull(*document);
+        setParent(layer, parent);
+        c.change(layer, parent);
+        HostedDocument hosted(std::move(document));
+        EXPECT_EQ(HostLayerMotion(hosted.context()).lastKeyframeFrame(0), c.frame);
+        EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
+    }
+}
+
+// The position goes from x 150 to x 250 in 50 frames: 2 pixels in 0.04 seconds, 0.5 metres per second.
+TEST(HostLayerMotion, ReadsMotionAtTheTimesAsked) {
+    auto document = emptyDocument();
+    document->pixelAspect = 2;
+    DocumentLayer& layer = addLayer(*document);
+    addKey(layer.transform.position, 0, {150, 60, 0});
+    addKey(layer.transform.position, 50, {250, 60, 0});
+    addKey(layer.transform.scale, 0, {100, 100, 100});
+    addKey(layer.transform.scale, 50, {200, 100, 100});
+    DocumentLayer& parent = addNull(*document);
+    parent.transform.position.value = {0, 0, 0};
+    parent.transform.scale.value = {100, 50, 100};
+    setParent(layer, parent);
+    HostedDocument hosted(std::move(document));
+    {
+        HostLayerMotion motion(hosted.context());
+        for (const int frame : {0, 10, 25}) {
+            const double time = frame * frameSeconds;
+            // Twice as fast, since a pixel is twice as wide.
+            EXPECT_NEAR(motion.velocity(0, time, frameSeconds).x, 1.0f, 1e-4f) << frame;
+            EXPECT_NEAR(motion.velocity(0, time, frameSeconds).y, 0.0f, 1e-4f) << frame;
+            EXPECT_NEAR(motion.scale(0, time).x, 1.0f + static_cast<float>(frame) / 50, 1e-5f) << frame;
+            EXPECT_NEAR(motion.scale(0, time).y, 0.5f, 1e-5f) << frame;
+        }
+        EXPECT_NEAR(motion.velocity(0, 60 * frameSeconds, frameSeconds).x, 0.0f, 1e-6f);
+        EXPECT_NEAR(motion.pointToComposition(0, {10, 5}, 25 * frameSeconds).x, 200.0f, 1e-4f);
+        EXPECT_NEAR(motion.pointToComposition(0, {10, 5}, 25 * frameSeconds).y, 30.0f, 1e-4f);
+        EXPECT_NEAR(motion.gravity(0, 0).x, 150.0f, 1e-4f);
+        EXPECT_EQ(motion.velocity(7, 0, frameSeconds).x, 0.0f); // no such layer
+        EXPECT_EQ(motion.scale(-1, 0).x, 1.0f);
+    }
+    EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
+}
+
+TEST(HostLayerMotion, TurnsTheShorterWay) {
+    auto document = emptyDocument();
+    DocumentLayer& layer = addLayer(*document);
+    addKey(layer.transform.rotation, 0, {170, 0, 0});
+    addKey(layer.transform.rotation, 50, {190, 0, 0});
+    HostedDocument hosted(std::move(document));
+    HostLayerMotion motion(hosted.context());
+    // 20 degrees in 2 seconds. Between the frames 24 and 26 the angle of the matrix jumps from 180 to -180.
+    for (const int frame : {0, 24, 25, 40})
+        EXPECT_NEAR(motion.angularVelocity(0, frame * frameSeconds, frameSeconds), degreesToRadians(10.0f), 1e-5f);
+}
+
+} // namespace
+
+} // namespace jostle

@@ -1,0 +1,239 @@
+#include "host/keyframe_writer.h"
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "host/layer_import.h"
+#include "tests/host/document.h"
+
+namespace jostle {
+
+namespace {
+
+using standalone::Components;
+using standalone::Stream;
+
+/// One result for each record, of as many samples as the positions given.
+ExportResult samplesOf(std::vector<b2Vec2> positions, std::vector<float> rotations) {
+    ExportResult result;
+    result.positions = std::move(positions);
+    result.rotations = std::move(rotations);
+    result.layerAnchor = {10, 5};
+    return result;
+}
+
+/// Imports a document, and writes to it.
+struct Export {
+    explicit Export(std::unique_ptr<Document> document) : hosted(std::move(document)) {
+        EXPECT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);
+    }
+
+    WriteReport write(const std::vector<ExportResult>& results, int startFrame, const WriteProgress& progress = {}) {
+        const auto frames = static_cast<int>(results.at(0).positions.size());
+        const KeyframeJob job{scene, results, startFrame, startFrame + frames - 1, motionBlur};
+        WriteReport report;
+        {
+            HostChain chain(hosted.context());
+            report = writeKeyframes(chain, activeComposition(chain), job, progress);
+        }
+        EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
+        return report;
+    }
+
+    HostedDocument hosted;
+    Scene scene;
+    bool motionBlur = false;
+};
+
+void expectKeys(const Stream& stream, const std::vector<double>& frames, const std::vector<double>& values) {
+    EXPECT_EQ(stream.keys.frames, frames);
+    ASSERT_EQ(stream.keys.values.size(), values.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        EXPECT_NEAR(stream.keys.values[i], values[i], 1e-4) << i;
+}
+
+void expectValue(const Stream& stream, const Components& value) {
+    EXPECT_TRUE(stream.keys.empty());
+    for (std::size_t i = 0; i < value.size(); ++i)
+        EXPECT_NEAR(stream.value[i], value[i], 1e-4) << i;
+}
+
+/// A document with one animated solid.
+std::unique_ptr<Document> animatedDocument() {
+    auto document = emptyDocument();
+    DocumentLayer& layer = addLayer(*document);
+    addKey(layer.transform.position, 0, {150, 60, 7});
+    addKey(layer.transform.position, 90, {50, 60, 7});
+    addKey(layer.transform.rotation, 0, {0, 0, 0});
+    addKey(layer.transform.rotation, 90, {360, 0, 0});
+    return document;
+}
+
+TEST(KeyframeWriter, WritesKeysWhereTheSamplesChange) {
+    Export job(animatedDocument());
+    job.motionBlur = true;
+    // At rest for three frames, then two pixels a frame. The second sample's neighbours are alike.
+    const WriteReport report =
+        job.write({samplesOf({{10, 20}, {10, 20}, {10, 20}, {12, 20}, {14, 20}}, {5, 5, 5, 5, 5})}, 30);
+    EXPECT_EQ(report.outcome, WriteOutcome::Done);
+    EXPECT_EQ(report.layersWritten, 1);
+    const DocumentLayer& layer = job.hosted.layer(0);
+    // The third component stays.
+    expectKeys(layer.transform.position, {30, 32, 33, 34}, {10, 20, 7, 10, 20, 7, 12, 20, 7, 14, 20, 7});
+    EXPECT_DOUBLE_EQ(layer.transform.rotation.keys.empty() ? layer.transform.rotation.value[0]
+                                                           : layer.transform.rotation.keys.values.at(0),
+                     5.0);
+    expectValue(layer.transform.anchor, {10, 5, 0});
+    expectValue(layer.transform.scale, {100, 100, 100});
+    EXPECT_TRUE(layer.motionBlur);
+    EXPECT_EQ(job.hosted.host.outcome().inFrame, 30);
+    EXPECT_EQ(job.hosted.host.outcome().outFrame, 35);
+}
+
+TEST(KeyframeWriter, TreatsStaticAndDeadBodiesAsTheirTypesSay) {
+    Export job([] {
+        auto document = animatedDocument();
+        addKey(addLayer(*document).transform.position, 0, {1, 2, 3});
+        addKey(document->layers[1]->transform.position, 50, {4, 5, 6});
+        setParent(*document->layers[1], addNull(*document));
+        return document;
+    }());
+    job.motionBlur = true;
+    job.scene.bodies[0].type = BodyType::Static;
+    job.scene.bodies[1].type = BodyType::Dead;
+    // The first result belongs to the last record.
+    const auto report = job.write({samplesOf({{1, 1}, {9, 9}}, {1, 2}), samplesOf({{30, 40}, {50, 60}}, {15, 25})}, 0);
+    EXPECT_EQ(report.outcome, WriteOutcome::Done);
+    const DocumentLayer& still = job.hosted.layer(0);
+    expectValue(still.transform.position, {30, 40, 7});
+    expectValue(still.transform.rotation, {15, 0, 0});
+    EXPECT_FALSE(still.motionBlur);
+    const DocumentLayer& dead = job.hosted.layer(1);
+    expectKeys(dead.transform.position, {0, 50}, {1, 2, 3, 4, 5, 6});
+    EXPECT_EQ(dead.parent, nullptr);
+    EXPECT_FALSE(dead.motionBlur);
+}
+
+TEST(KeyframeWriter, CutsTheParentAndKeepsTheScale) {
+    struct Case {
+        const char* name;
+        Components own, parent, written; // percent
+    };
+    constexpr Case cases[] = {
+        {"no parent's scale", {50, 60, 100}, {100, 100, 100}, {50, 60, 100}},
+        {"multiplied by the parent's", {50, 60, 100}, {200, 300, 100}, {100, 180, 100}},
+        {"a flip upside down stays", {50, -60, 100}, {200, 300, 100}, {100, -180, 100}},
+        // The rotation of the body is 180 degrees then, and turns the other axis over.
+        {"a flip sideways is a half turn and a flip upside down", {-50, 60, 100}, {200, 300, 100}, {100, -180, 100}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto document = emptyDocument();
+        DocumentLayer& layer = addLayer(*document);
+        layer.transform.scale.value = c.own;
+        DocumentLayer& parent = addNull(*document);
+        parent.transform.scale.value = c.parent;
+        setParent(layer, parent);
+        Export job(std::move(document));
+        EXPECT_EQ(job.write({samplesOf({{30, 40}}, {0})}, 0).outcome, WriteOutcome::Done);
+        EXPECT_EQ(job.hosted.layer(0).parent, nullptr);
+        expectValue(job.hosted.layer(0).transform.scale, c.written);
+    }
+}
+
+// The parent is a body too, written first, as the last record. It doubles in 10 frames. The child's world scale at
+// time 0 must be read before the parent's keys are cut to the range.
+TEST(KeyframeWriter, ReadsScalesBeforeWritingAny) {
+    auto document = emptyDocument();
+    DocumentLayer& child = addLayer(*document);
+    addKey(child.transform.scale, 0, {100, 100, 100});
+    addKey(child.transform.scale, 10, {100, 50, 100});
+    DocumentLayer& parent = addLayer(*document);
+    addKey(parent.transform.scale, 0, {100, 100, 100});
+    addKey(parent.transform.scale, 10, {200, 100, 100});
+    setParent(child, parent);
+    Export job(std::move(document));
+    const auto still = samplesOf({{30, 40}, {30, 40}, {30, 40}}, {0, 0, 0});
+    EXPECT_EQ(job.write({still, still}, 5).outcome, WriteOutcome::Done);
+    expectKeys(job.hosted.layer(1).transform.scale, {5, 6, 7}, {150, 100, 100, 160, 100, 100, 170, 100, 100});
+    expectKeys(job.hosted.layer(0).transform.scale, {5, 6, 7}, {150, 75, 100, 160, 70, 100, 170, 65, 100});
+}
+
+TEST(KeyframeWriter, WritesSeparatedDimensionsOneByOne) {
+    auto document = emptyDocument();
+    document->pixelAspect = 2;
+    DocumentLayer& layer = addLayer(*document);
+    layer.transform.separated = true;
+    layer.transform.positionX = constantStream(1, {150, 0, 0});
+    layer.transform.positionY = constantStream(1, {60, 0, 0});
+    layer.transform.positionX.hasExpression = layer.transform.positionX.expressionEnabled = true;
+    addKey(layer.transform.positionX, 0, {150, 0, 0});
+    addKey(layer.transform.positionX, 50, {0, 0, 0});
+    Export job(std::move(document));
+    EXPECT_EQ(job.write({samplesOf({{10, 20}, {12, 20}, {14, 20}}, {0, 0, 0})}, 0).outcome, WriteOutcome::Done);
+    const auto& transform = job.hosted.layer(0).transform;
+    EXPECT_TRUE(transform.separated);
+    EXPECT_FALSE(transform.positionX.expressionEnabled);
+    expectKeys(transform.positionX, {0, 1, 2}, {5, 6, 7}); // half as many pixels of twice the width
+    EXPECT_EQ(transform.positionY.keys.empty() ? transform.positionY.value[0] : transform.positionY.keys.values[0], 20);
+}
+
+TEST(KeyframeWriter, TakesTheSampleBeforeForOneThatIsNoNumber) {
+    constexpr float none = std::numeric_limits<float>::quiet_NaN();
+    Export job(animatedDocument());
+    const WriteReport report = job.write({samplesOf({{none, 0}, {10, 20}, {12, none}, {14, 20}}, {0, 1, 2, 3})}, 0);
+    EXPECT_EQ(report.outcome, WriteOutcome::Done);
+    EXPECT_EQ(report.layersMended, 1);
+    // Mended to 10, 10, 10, 14: the second sample's neighbours are alike.
+    expectKeys(job.hosted.layer(0).transform.position, {0, 2, 3}, {10, 20, 7, 10, 20, 7, 14, 20, 7});
+}
+
+TEST(KeyframeWriter, LeavesNothingBehindWhenCancelled) {
+    auto document = animatedDocument();
+    addLayer(*document);
+    setParent(*document->layers[1], addNull(*document));
+    Export job(std::move(document));
+    int calls = 0;
+    const auto still = samplesOf({{30, 40}, {35, 40}}, {0, 1});
+    const WriteReport report = job.write({still, still}, 10, [&](int done, int total) {
+        EXPECT_EQ(done, ++calls);
+        EXPECT_EQ(total, 2);
+        return done < 2;
+    });
+    EXPECT_EQ(report.outcome, WriteOutcome::Cancelled);
+    EXPECT_EQ(report.error, A_Err_NONE);
+    expectKeys(job.hosted.layer(0).transform.position, {0, 90}, {150, 60, 7, 50, 60, 7});
+    expectValue(job.hosted.layer(1).transform.position, {150, 60, 7});
+    EXPECT_EQ(job.hosted.layer(1).parent, &job.hosted.layer(2));
+    EXPECT_EQ(job.hosted.host.outcome().outFrame, 100);
+}
+
+TEST(KeyframeWriter, WritesToADuplicate) {
+    Export job(animatedDocument());
+    const std::vector<ExportResult> results{samplesOf({{30, 40}, {35, 40}}, {0, 1})};
+    {
+        HostChain chain(job.hosted.context());
+        const Composition duplicate = duplicateActiveComposition(chain);
+        EXPECT_EQ(writeKeyframes(chain, duplicate, {job.scene, results, 0, 1}, {}).outcome, WriteOutcome::Done);
+        // The original is untouched: its animation goes on to frame 90.
+        EXPECT_EQ(activeComposition(chain).layer(chain, 0).stream(chain, AEGP_LayerStream_POSITION).keyTime(1).value,
+                  90);
+    }
+    EXPECT_TRUE(job.hosted.host.duplicated());
+    EXPECT_EQ(job.hosted.layer(0).transform.position.keys.frames, (std::vector<double>{0, 1}));
+    EXPECT_TRUE(job.hosted.host.balance().allReturned());
+}
+
+TEST(KeyframeWriter, RefusesSamplesThatAreNotTheRecords) {
+    Export job(animatedDocument());
+    const auto still = samplesOf({{30, 40}}, {0});
+    const WriteReport report = job.write({still, still}, 0);
+    EXPECT_EQ(report.outcome, WriteOutcome::Failed);
+    EXPECT_EQ(report.error, A_Err_PARAMETER);
+}
+
+} // namespace
+
+} // namespace jostle

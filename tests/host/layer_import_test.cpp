@@ -1,0 +1,245 @@
+#include "host/layer_import.h"
+
+#include <cmath>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/document.h"
+
+namespace jostle {
+
+namespace {
+
+struct Imported {
+    Scene scene;
+    ImportReport report;
+};
+
+Imported import(std::unique_ptr<Document> document) {
+    Imported result;
+    HostedDocument hosted(std::move(document));
+    result.report = initFromComposition(hosted.context(), result.scene);
+    EXPECT_EQ(result.report.error, A_Err_NONE);
+    EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
+    return result;
+}
+
+void expectPoint(b2Vec2 actual, float x, float y) {
+    EXPECT_NEAR(actual.x, x, 1e-5f);
+    EXPECT_NEAR(actual.y, y, 1e-5f);
+}
+
+TEST(LayerImport, TellsWhyALayerIsNoBody) {
+    struct Case {
+        const char* name;
+        LayerKind kind;
+        std::function<void(DocumentLayer&)> change;
+        LayerOutcome outcome;
+    };
+    const auto plain = [](DocumentLayer&) {};
+    const Case cases[] = {
+        {"a solid", LayerKind::Solid, plain, LayerOutcome::Body},
+        {"an image", LayerKind::Image, plain, LayerOutcome::Body},
+        {"a precomposition", LayerKind::Precomposition, plain, LayerOutcome::Body},
+        {"a camera", LayerKind::Camera, plain, LayerOutcome::Camera},
+        {"a light", LayerKind::Light, plain, LayerOutcome::Light},
+        {"a null", LayerKind::Null, plain, LayerOutcome::Null},
+        {"an adjustment layer", LayerKind::Solid, [](auto& l) { l.adjustment = true; }, LayerOutcome::Adjustment},
+        {"a guide", LayerKind::Solid, [](auto& l) { l.guide = true; }, LayerOutcome::Guide},
+        {"switched off", LayerKind::Solid, [](auto& l) { l.hidden = true; }, LayerOutcome::Hidden},
+        {"a matte", LayerKind::Solid, [](auto& l) { l.matteSource = true; }, LayerOutcome::Hidden},
+        {"3D", LayerKind::Solid, [](auto& l) { l.threeD = true; }, LayerOutcome::ThreeD},
+        {"a null before it is hidden", LayerKind::Null, [](auto& l) { l.hidden = true; }, LayerOutcome::Null},
+        {"sound", LayerKind::Audio, [](auto& l) { l.item = std::make_shared<standalone::Item>(); },
+         LayerOutcome::SoundOnly},
+        {"masks count before the contents", LayerKind::Shape, [](auto& l) { l.maskCount = 1; }, LayerOutcome::Masks},
+        {"a masked solid", LayerKind::Solid, [](auto& l) { l.maskCount = 2; }, LayerOutcome::Masks},
+        {"text", LayerKind::Text, plain, LayerOutcome::Text},
+        {"vector shapes", LayerKind::Shape, plain, LayerOutcome::VectorShapes},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto document = emptyDocument();
+        c.change(addLayer(*document, c.kind));
+        addLayer(*document).name = "below";
+        const Imported imported = import(std::move(document));
+        ASSERT_EQ(imported.report.layers.size(), 2u);
+        const bool isBody = c.outcome == LayerOutcome::Body;
+        EXPECT_EQ(imported.report.layers[0].outcome, c.outcome);
+        EXPECT_EQ(imported.report.layers[0].bodyIndex, isBody ? 0 : -1);
+        // Layers that are no bodies keep their places among the layers, and have none among the bodies.
+        EXPECT_EQ(imported.scene.layerIndices,
+                  isBody ? (std::vector<std::int32_t>{0, 1}) : std::vector<std::int32_t>{1});
+        EXPECT_EQ(imported.scene.bodies.back().name, "below");
+        EXPECT_EQ(imported.scene.bodies.back().number, isBody ? 2 : 1);
+    }
+}
+
+// Expected numbers by hand. The composition's centre is (100, 50). Corners are scale * (corner - (10, 5)) / 100 for
+// the corners (0, 0) and (40, 20), whatever the rotation.
+TEST(LayerImport, PlacesTheOutlineOfTheBounds) {
+    struct Case {
+        const char* name;
+        std::function<void(Document&, DocumentLayer&)> change;
+        b2Vec2 position; // metres
+        float degrees;
+        b2Vec2 first, third; // corners, metres
+        b2Vec2 scale;
+    };
+    const Case cases[] = {
+        {"as it is", [](auto&, auto&) {}, {0.5f, 0.1f}, 0, {-0.1f, -0.05f}, {0.3f, 0.15f}, {1, 1}},
+        {"scaled and turned",
+         [](auto&, auto& l) {
+             l.transform.scale.value = {200, 50, 100};
+             l.transform.rotation.value = {90, 0, 0};
+         },
+         {0.5f, 0.1f},
+         90,
+         {-0.2f, -0.025f},
+         {0.6f, 0.075f},
+         {2, 0.5f}},
+        {"under a turned and stretched parent: (30, 0) doubles to (60, 0), turns to (0, 60), lands at (100, 110)",
+         [](auto& d, auto& l) {
+             DocumentLayer& parent = addNull(d);
+             parent.transform.scale.value = {200, 100, 100};
+             parent.transform.rotation.value = {90, 0, 0};
+             l.transform.position.value = {30, 0, 0};
+             setParent(l, parent);
+         },
+         {0.0f, 0.6f},
+         90,
+         {-0.2f, -0.05f},
+         {0.6f, 0.15f},
+         {2, 1}},
+        {"a flip keeps the size",
+         [](auto&, auto& l) {
+             l.transform.scale.value = {100, -100, 100};
+         },
+         {0.5f, 0.1f},
+         0,
+         {-0.1f, -0.05f},
+         {0.3f, 0.15f},
+         {1, 1}},
+        {"nothing is left of a layer at scale 0 but a thousandth",
+         [](auto&, auto& l) {
+             l.transform.scale.value = {0, 0, 100};
+         },
+         {0.5f, 0.1f},
+         0,
+         {-0.0001f, -0.00005f},
+         {0.0003f, 0.00015f},
+         {0.001f, 0.001f}},
+        {"wide pixels: x doubles, and so does the width of the composition",
+         [](auto& d, auto&) { d.pixelAspect = 2; },
+         {1.0f, 0.1f},
+         0,
+         {-0.1f, -0.05f},
+         {0.3f, 0.15f},
+         {1, 1}},
+        {"no number",
+         [](auto&, auto& l) {
+             l.transform.scale.value = {std::nan(""), 100, 100};
+         },
+         {-0.9f, -0.45f},
+         0,
+         {-0.1f, -0.05f},
+         {0.3f, 0.15f},
+         {1, 1}}, // as if nothing were transformed
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto document = emptyDocument();
+        c.change(*document, addLayer(*document));
+        const Imported imported = import(std::move(document));
+        ASSERT_EQ(imported.scene.bodyCount(), 1);
+        const BodyRecord& body = imported.scene.bodies[0];
+        expectPoint(body.position, c.position.x, c.position.y);
+        expectPoint(body.importPosition, c.position.x, c.position.y);
+        EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
+        expectPoint(body.layerScale, c.scale.x, c.scale.y);
+        expectPoint(body.layerAnchor, 10, 5);
+        ASSERT_EQ(body.outlines.at(0).at(0).verts.size(), 4u);
+        const auto& corners = body.outlines[0][0].verts;
+        expectPoint(corners[0], c.first.x, c.first.y);
+        expectPoint(corners[1], c.third.x, c.first.y);
+        expectPoint(corners[2], c.third.x, c.third.y);
+        expectPoint(corners[3], c.first.x, c.third.y);
+        EXPECT_TRUE(body.isBox);
+        EXPECT_EQ(imported.report.layers[0].numbersReplaced, std::string(c.name) == "no number");
+    }
+}
+
+TEST(LayerImport, CutsSpansToWholeFrames) {
+    struct Case {
+        const char* name;
+        double frameRate, inFrame, outFrame;
+        int inPoint, outPoint;
+        bool isShort;
+    };
+    constexpr Case cases[] = {
+        {"the whole composition never ends", 25, 0, 100, 0, 100000, false},
+        {"beyond it", 25, -20, 130, -20, 100000, false},
+        {"up to its end from later on", 25, 40, 100, 40, 100000, false},
+        {"ends early", 25, 0, 99, 0, 99, true},
+        {"parts of frames are cut", 25, 10.5, 50.75, 10, 50, true},
+        {"and towards zero", 25, -0.5, 50, 0, 50, true},
+        {"a rate that no time hits exactly", 29.9700012207031, 61.0000024845809, 99, 61, 99, true},
+        {"just below a whole frame", 23.9759979248047, 33, 99.99989, 33, 100000, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto document = emptyDocument(c.frameRate);
+        DocumentLayer& layer = addLayer(*document);
+        layer.inFrame = c.inFrame;
+        layer.outFrame = c.outFrame;
+        const Scene scene = import(std::move(document)).scene;
+        EXPECT_EQ(scene.compFrames, 100);
+        EXPECT_EQ(scene.bodies.at(0).inPoint, c.inPoint);
+        EXPECT_EQ(scene.bodies.at(0).outPoint, c.outPoint);
+        EXPECT_EQ(scene.hasShortLayers, c.isShort);
+        EXPECT_EQ(scene.bodies[0].userData->outOfTime, c.inPoint > 0);
+    }
+}
+
+TEST(LayerImport, ReadsTheCompositionAndColours) {
+    auto document = emptyDocument(30);
+    document->pixelAspect = 1.5;
+    DocumentLayer& solid = addLayer(*document);
+    solid.label = 9;
+    solid.id = 77;
+    addLayer(*document, LayerKind::Image);
+    const Scene scene = import(std::move(document)).scene;
+    EXPECT_EQ(scene.compWidth, 300);
+    EXPECT_EQ(scene.compHeight, 100);
+    EXPECT_DOUBLE_EQ(scene.fps, 30);
+    EXPECT_DOUBLE_EQ(scene.frameDurationSeconds(), 1.0 / 30);
+    ASSERT_EQ(scene.bodyCount(), 2);
+    EXPECT_EQ(scene.bodies[0].layerID, 77);
+    EXPECT_EQ(scene.bodies[0].name, "source 1");
+    EXPECT_DOUBLE_EQ(scene.bodies[0].color.green, 0.5); // the solid's
+    EXPECT_DOUBLE_EQ(scene.bodies[0].importColor.green, 164.0 / 255);
+    EXPECT_EQ(scene.bodies[0].userData->color, (Rgb{0.25f, 0.5f, 0.75f}));
+    EXPECT_DOUBLE_EQ(scene.bodies[1].color.green, 1.0); // white
+    EXPECT_DOUBLE_EQ(scene.bodies[1].importColor.green, 0.5);
+    EXPECT_EQ(scene.bodies[1].userData->labelColor, (Rgb{0.5f, 0.5f, 0.5f}));
+}
+
+TEST(LayerImport, AsksTheParentButNotTheGrandparentForRotation) {
+    for (const int turning : {0, 1, 2}) { // the layer, its parent, its grandparent
+        SCOPED_TRACE(turning);
+        auto document = emptyDocument();
+        DocumentLayer& layer = addLayer(*document);
+        DocumentLayer& parent = addNull(*document);
+        setParent(layer, parent);
+        setParent(parent, addNull(*document));
+        standalone::Stream& rotation = document->layers[static_cast<std::size_t>(turning)]->transform.rotation;
+        addKey(rotation, 0, {0, 0, 0});
+        addKey(rotation, 50, {90, 0, 0});
+        EXPECT_EQ(import(std::move(document)).scene.bodies.at(0).rotationAnimated, turning < 2);
+    }
+}
+
+} // namespace
+
+} // namespace jostle
