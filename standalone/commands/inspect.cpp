@@ -1,0 +1,188 @@
+#include "standalone/commands/inspect.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include "host/layer_import.h"
+#include "standalone/commands/load.h"
+#include "standalone/suites/document_host.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
+
+std::string kindText(LayerKind kind) {
+    static constexpr std::array<const char*, 16> names{
+        "precomposition", "solid", "image", "null",  "shape",      "text",   "audio", "video",
+        "image sequence", "video", "image", "guide", "adjustment", "camera", "light", "data"};
+    const auto index = static_cast<std::size_t>(kind);
+    return kind == LayerKind::Unknown || index >= names.size() ? "unknown" : names.at(index);
+}
+
+/// How many characters a terminal shows for a UTF-8 text, taking each code point for one.
+std::size_t shownWidth(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+}
+
+/// Names come from files: what would move the cursor is shown as a blank.
+std::string printable(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
+    return text;
+}
+
+std::string becameText(const LayerReport& layer, const Scene& scene) {
+    if (layer.outcome != LayerOutcome::Body) {
+        return "no body: " + std::string(outcomeText(layer.outcome));
+    }
+    std::string text = "box";
+    const BodyRecord& body = scene.bodies[static_cast<std::size_t>(layer.bodyIndex)];
+    if (body.inPoint > 0) {
+        text += ", from frame " + std::to_string(body.inPoint);
+    }
+    if (layer.numbersReplaced) {
+        text += ", with defaults for values that are no finite numbers";
+    }
+    return text;
+}
+
+void printTable(const Composition& composition, const ImportReport& report, const Scene& scene) {
+    std::vector<std::array<std::string, 4>> rows{{"#", "name", "kind", "becomes"}};
+    for (const LayerReport& layer : report.layers) {
+        const auto index = static_cast<std::size_t>(layer.layerIndex);
+        rows.push_back({std::to_string(index + 1), printable(layer.name), kindText(composition.layers[index]->kind),
+                        becameText(layer, scene)});
+    }
+    std::array<std::size_t, 4> widths{};
+    for (const auto& row : rows) {
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            widths.at(column) = std::max(widths.at(column), shownWidth(row.at(column)));
+        }
+    }
+    for (const auto& row : rows) {
+        std::string line;
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            const std::string& cell = row.at(column);
+            const bool isNumber = column == 0;
+            const std::string gap(widths.at(column) - shownWidth(cell), ' ');
+            line.append(column == 0 ? "" : "  ").append(isNumber ? gap + cell : cell + gap);
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        std::printf("%s\n", line.c_str());
+    }
+}
+
+void writeLayer(JsonWriter& writer, const LayerReport& layer, const Composition& composition, const Scene& scene) {
+    const Layer& source = *composition.layers[static_cast<std::size_t>(layer.layerIndex)];
+    const bool isBody = layer.outcome == LayerOutcome::Body;
+    writer.StartObject();
+    writer.Key("number");
+    writer.Int(layer.layerIndex + 1);
+    writer.Key("id");
+    writer.Int(source.id);
+    writer.Key("name");
+    writer.String(layer.name.c_str());
+    writer.Key("kind");
+    writer.String(kindText(source.kind).c_str());
+    writer.Key("body");
+    writer.Bool(isBody);
+    if (isBody) {
+        const BodyRecord& body = scene.bodies[static_cast<std::size_t>(layer.bodyIndex)];
+        const b2Vec2 position = scene.worldToPixels(body.position);
+        writer.Key("shape");
+        writer.String("box");
+        writer.Key("position");
+        writer.StartArray();
+        writer.Double(static_cast<double>(position.x));
+        writer.Double(static_cast<double>(position.y));
+        writer.EndArray();
+        writer.Key("rotation");
+        writer.Double(static_cast<double>(radiansToDegrees(body.angle)));
+        writer.Key("inPoint");
+        writer.Int(body.inPoint);
+        writer.Key("outPoint");
+        writer.Int(body.outPoint);
+    } else {
+        writer.Key("reason");
+        writer.String(std::string(outcomeText(layer.outcome)).c_str());
+    }
+    writer.EndObject();
+}
+
+void printJson(const Composition& composition, const ImportReport& report, const Scene& scene) {
+    rapidjson::StringBuffer buffer;
+    JsonWriter writer(buffer);
+    writer.SetMaxDecimalPlaces(4);
+    writer.StartObject();
+    writer.Key("name");
+    writer.String(composition.item->name.c_str());
+    writer.Key("width");
+    writer.Int(scene.compWidth);
+    writer.Key("height");
+    writer.Int(scene.compHeight);
+    writer.Key("frameRate");
+    writer.Double(scene.fps);
+    writer.Key("frames");
+    writer.Int(scene.compFrames);
+    writer.Key("bodies");
+    writer.Int(scene.bodyCount());
+    writer.Key("layers");
+    writer.StartArray();
+    for (const LayerReport& layer : report.layers) {
+        writeLayer(writer, layer, composition, scene);
+    }
+    writer.EndArray();
+    writer.EndObject();
+    std::printf("%s\n", buffer.GetString());
+}
+
+void printHeading(const Composition& composition, const Scene& scene) {
+    std::array<char, 32> rate{};
+    const auto end = std::to_chars(rate.data(), rate.data() + rate.size(), scene.fps, std::chars_format::general, 6);
+    std::printf("%s: %d x %d pixels, %d frames at %s a second, %d %s\n\n",
+                printable(composition.item->name.empty() ? "composition" : composition.item->name).c_str(),
+                scene.compWidth, scene.compHeight, scene.compFrames, std::string(rate.data(), end.ptr).c_str(),
+                scene.bodyCount(), scene.bodyCount() == 1 ? "body" : "bodies");
+}
+
+} // namespace
+
+int runInspect(const InspectOptions& options) {
+    std::optional<LoadedDocument> document = loadDocument(options.input);
+    if (!document) {
+        return exitFailed;
+    }
+    const std::filesystem::path path(options.input);
+    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    Scene scene;
+    const ImportReport report = initFromComposition({host.basic(), host.pluginId()}, scene);
+    if (report.error != A_Err_NONE) {
+        complain(options.input, "the layers cannot be read (host error " + std::to_string(report.error) + ")");
+        return exitFailed;
+    }
+    const Composition& composition = host.outcome();
+    if (options.json) {
+        printJson(composition, report, scene);
+        return exitDone;
+    }
+    printHeading(composition, scene);
+    printTable(composition, report, scene);
+    for (const std::string& note : document->notes) {
+        std::printf("\n%s\n", printable(note).c_str());
+    }
+    return exitDone;
+}
+
+} // namespace jostle::standalone

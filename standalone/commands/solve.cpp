@@ -1,0 +1,215 @@
+#include "standalone/commands/solve.h"
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "host/host_layer_motion.h"
+#include "host/keyframe_writer.h"
+#include "host/layer_import.h"
+#include "simulation/simulation_clock.h"
+#include "standalone/commands/layer_names.h"
+#include "standalone/commands/load.h"
+#include "standalone/commands/plugin_session.h"
+#include "standalone/commands/progress.h"
+#include "standalone/commands/samples_file.h"
+#include "standalone/commands/solve_plan.h"
+#include "standalone/commands/solve_summary.h"
+#include "standalone/commands/target_file.h"
+#include "standalone/lottie/writer.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::atomic<bool> interrupted{false};
+
+// The first signal asks for an orderly end, a second one ends the program at once.
+extern "C" void onInterrupt(int signal) {
+    interrupted = true;
+    std::signal(signal, SIG_DFL);
+}
+
+/// One run of the command, from its options to its files.
+class SolveRun {
+public:
+    explicit SolveRun(const SolveOptions& options) : options_(options), progress_(options.quiet) {}
+    int run();
+
+private:
+    bool openTargets();
+    void solveInHost(const HostContext& context);
+    bool applySettings(const ImportReport& report);
+    bool simulate(const HostContext& context);
+    bool bake(const HostContext& context);
+    bool save(const LoadedDocument& document, DocumentHost& host);
+
+    int refuse(const Refusal& refusal);
+    bool fail(const std::string& about, const std::string& message);
+    bool succeeded(const std::string& about, const std::optional<std::string>& error);
+
+    const SolveOptions& options_;
+    Progress progress_;
+    std::string output_;
+    FrameRange range_;
+    TargetFile target_;
+    TargetFile samplesTarget_;
+    Scene scene_;
+    ImportReport report_;
+    std::optional<ExportRun> exportRun_;
+    int status_ = exitDone;
+};
+
+int SolveRun::refuse(const Refusal& refusal) {
+    complain(refusal.about, refusal.message);
+    return status_ = exitWrongUse;
+}
+
+// Always false, as is what cannot go on.
+bool SolveRun::fail(const std::string& about, const std::string& message) {
+    progress_.abandon();
+    complain(about, message);
+    status_ = exitFailed;
+    return false;
+}
+
+bool SolveRun::succeeded(const std::string& about, const std::optional<std::string>& error) {
+    return !error || fail(about, *error);
+}
+
+bool SolveRun::openTargets() {
+    return succeeded(output_, target_.open(output_)) &&
+           (options_.samples.empty() || succeeded(options_.samples, samplesTarget_.open(options_.samples)));
+}
+
+bool SolveRun::applySettings(const ImportReport& report) {
+    const std::vector<NamedLayer> layers = namedLayers(report);
+    for (const std::string& text : options_.sets) {
+        const std::optional<SettingOverride> setting = parseOverride(text);
+        if (!setting) {
+            refuse({"--set " + text, "is not KEY=VALUE with a key such as floor.type or gravity.magnitude"});
+            return false;
+        }
+        if (const std::optional<std::string> error = applyOverride(*setting, scene_, layers)) {
+            refuse({"--set " + text, *error});
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SolveRun::simulate(const HostContext& context) {
+    HostLayerMotion motion(context);
+    FreePacer pacer;
+    SimulationClock clock(scene_, motion, pacer);
+    progress_.begin("Solving...", range_.last + 1, "frames");
+    clock.startExport(*exportRun_);
+    while (clock.isRunning() && !interrupted) {
+        clock.tick();
+        progress_.update(clock.frame());
+    }
+    if (interrupted) {
+        return fail(options_.input, "interrupted while solving; nothing was written");
+    }
+    progress_.end();
+    return exportRun_->isComplete() || fail(options_.input, "the simulation ended before the last frame");
+}
+
+bool SolveRun::bake(const HostContext& context) {
+    HostChain chain(context);
+    const jostle::Composition composition =
+        options_.inPlace ? activeComposition(chain) : duplicateActiveComposition(chain);
+    progress_.begin("Keyframing...", scene_.bodyCount(), "layers");
+    const KeyframeJob job{scene_, exportRun_->results(), range_.first, range_.last, options_.motionBlur};
+    const WriteReport written = writeKeyframes(chain, composition, job, [this](int done, int) {
+        progress_.update(done);
+        return !interrupted;
+    });
+    if (written.outcome == WriteOutcome::Cancelled) {
+        return fail(options_.input, "interrupted while keyframing; nothing was written");
+    }
+    if (written.outcome == WriteOutcome::Failed) {
+        return fail(options_.input, "the keyframes cannot be written (host error " + std::to_string(written.error) +
+                                        " after " + std::to_string(written.layersWritten) +
+                                        " layers); nothing was saved");
+    }
+    progress_.end();
+    return true;
+}
+
+void SolveRun::solveInHost(const HostContext& context) {
+    report_ = initFromComposition(context, scene_);
+    if (report_.error != A_Err_NONE) {
+        (void)fail(options_.input, "the layers cannot be read (host error " + std::to_string(report_.error) + ")");
+        return;
+    }
+    exportRun_.emplace(range_.first, range_.last);
+    // Without a body the composition stays as it is, and the result is the input to the byte.
+    if (applySettings(report_) && openTargets() && scene_.bodyCount() > 0 && simulate(context)) {
+        (void)bake(context);
+    }
+}
+
+bool SolveRun::save(const LoadedDocument& document, DocumentHost& host) {
+    // The samples go first: whoever sees the new result finds the samples that belong to it.
+    const bool samplesSaved =
+        options_.samples.empty() ||
+        succeeded(options_.samples, samplesTarget_.commit(samplesText(scene_, *exportRun_, host.outcome())));
+    return samplesSaved && succeeded(output_, target_.commit(writeLottie(*document.source, host.outcome())));
+}
+
+int SolveRun::run() {
+    if (const std::optional<Refusal> refusal = choosePaths(options_, output_)) {
+        return refuse(*refusal);
+    }
+    std::optional<LoadedDocument> document = loadDocument(options_.input);
+    if (!document) {
+        return exitFailed;
+    }
+    if (const std::optional<Refusal> refusal = chooseRange(options_, *document->composition, range_)) {
+        return refuse(*refusal);
+    }
+    if (!options_.quiet) {
+        for (const std::string& note : document->notes) {
+            complain(options_.input, note);
+        }
+    }
+    const fs::path path(options_.input);
+    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    if (!runPlugin(host, [this](const HostContext& context) { solveInHost(context); })) {
+        (void)fail(options_.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
+    }
+    if (status_ == exitDone && !host.balance().allReturned()) {
+        (void)fail(options_.input,
+                   "internal fault, nothing was saved: not given back to the host: " + host.balance().text());
+    }
+    if (status_ != exitDone) {
+        return status_;
+    }
+    if (save(*document, host)) {
+        const SolveSummary summary{options_.input,
+                                   output_,
+                                   scene_.bodyCount(),
+                                   static_cast<int>(report_.layers.size()) - scene_.bodyCount(),
+                                   range_,
+                                   bakedKeyCount(host.outcome())};
+        printSummary(summary, options_);
+    }
+    return status_;
+}
+
+} // namespace
+
+int runSolve(const SolveOptions& options) {
+    std::signal(SIGINT, onInterrupt);
+    std::signal(SIGTERM, onInterrupt);
+    return SolveRun(options).run();
+}
+
+} // namespace jostle::standalone

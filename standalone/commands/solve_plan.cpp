@@ -1,0 +1,62 @@
+#include "standalone/commands/solve_plan.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+namespace jostle::standalone {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int greatestFrame = 100000; // where the clock of the simulation ends
+
+bool sameFile(const std::string& a, const std::string& b) {
+    std::error_code error;
+    const fs::path pathA = fs::weakly_canonical(a, error);
+    const fs::path pathB = fs::weakly_canonical(b, error);
+    return pathA == pathB || fs::equivalent(pathA, pathB, error);
+}
+
+std::string besideInput(const fs::path& input) {
+    return (input.parent_path() / input.stem()).string() + "-solved" + input.extension().string();
+}
+
+int usableFrame(double frame) {
+    return static_cast<int>(std::clamp(frame, 0.0, double{greatestFrame}));
+}
+
+} // namespace
+
+std::optional<Refusal> choosePaths(const SolveOptions& options, std::string& output) {
+    output = options.output;
+    if (output.empty()) {
+        output = options.inPlace ? options.input : besideInput(options.input);
+    }
+    if (!options.inPlace && sameFile(output, options.input)) {
+        return Refusal{output, "is the input itself; give --in-place to change it, or another -o"};
+    }
+    if (!options.samples.empty() && (sameFile(options.samples, output) || sameFile(options.samples, options.input))) {
+        return Refusal{options.samples, "is the input or the result; give --samples another file"};
+    }
+    return std::nullopt;
+}
+
+std::optional<Refusal> chooseRange(const SolveOptions& options, const Composition& composition, FrameRange& range) {
+    range.first = options.startFrame.value_or(usableFrame(std::floor(FrameClock::snap(composition.inFrame))));
+    const int lastShown = usableFrame(std::ceil(FrameClock::snap(composition.outFrame)) - 1);
+    // A start beyond the work area without an end bakes that one frame.
+    range.last = options.endFrame.value_or(std::max(lastShown, range.first));
+    if (range.last > greatestFrame) {
+        return Refusal{"frame " + std::to_string(range.last),
+                       "is beyond the last that can be simulated, " + std::to_string(greatestFrame)};
+    }
+    if (range.first > range.last) {
+        return Refusal{"start frame " + std::to_string(range.first),
+                       "lies after the last frame to bake, " + std::to_string(range.last) + "; give a later --end"};
+    }
+    return std::nullopt;
+}
+
+} // namespace jostle::standalone

@@ -1,0 +1,73 @@
+#include "standalone/commands/solve_summary.h"
+
+#include <cstdint>
+#include <cstdio>
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+namespace jostle::standalone {
+
+namespace {
+
+void printJson(const SolveSummary& summary) {
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+    writer.StartObject();
+    writer.Key("input");
+    writer.String(summary.input.c_str());
+    writer.Key("output");
+    writer.String(summary.output.c_str());
+    const std::pair<const char*, std::uint64_t> numbers[] = {
+        {"bodies", static_cast<std::uint64_t>(summary.bodies)},
+        {"passedOver", static_cast<std::uint64_t>(summary.passedOver)},
+        {"startFrame", static_cast<std::uint64_t>(summary.range.first)},
+        {"endFrame", static_cast<std::uint64_t>(summary.range.last)},
+        {"keyframes", summary.keyframes},
+    };
+    for (const auto& [name, number] : numbers) {
+        writer.Key(name);
+        writer.Uint64(number);
+    }
+    writer.EndObject();
+    std::printf("%s\n", buffer.GetString());
+}
+
+void printSentence(const SolveSummary& summary) {
+    if (summary.bodies == 0) {
+        std::printf("%s: nothing to simulate, so it is the input as it was; \"jostle inspect\" tells why\n",
+                    summary.output.c_str());
+        return;
+    }
+    std::printf("%s: %d %s over frames %d to %d, %zu keyframes", summary.output.c_str(), summary.bodies,
+                summary.bodies == 1 ? "body" : "bodies", summary.range.first, summary.range.last, summary.keyframes);
+    if (summary.passedOver > 0) {
+        std::printf("; %d %s no body (\"jostle inspect\" tells why)", summary.passedOver,
+                    summary.passedOver == 1 ? "layer is" : "layers are");
+    }
+    std::printf("\n");
+}
+
+} // namespace
+
+std::size_t bakedKeyCount(const Composition& composition) {
+    std::size_t count = 0;
+    for (const std::unique_ptr<Layer>& layer : composition.layers) {
+        const Transform& transform = layer->transform;
+        for (const Stream* stream : {&transform.anchor, &transform.position, &transform.positionX, &transform.positionY,
+                                     &transform.scale, &transform.rotation}) {
+            count += stream->changed && isAnimated(*stream) ? stream->keys.size() : 0;
+        }
+    }
+    return count;
+}
+
+void printSummary(const SolveSummary& summary, const SolveOptions& options) {
+    if (options.json) {
+        printJson(summary);
+    } else if (!options.quiet) {
+        printSentence(summary);
+    }
+}
+
+} // namespace jostle::standalone

@@ -1,0 +1,160 @@
+#include "standalone/commands/target_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace jostle::standalone {
+
+namespace {
+
+std::string reason(int error) {
+    return std::strerror(error);
+}
+
+bool writeAll(int descriptor, std::string_view contents) {
+    while (!contents.empty()) {
+        const ssize_t written = ::write(descriptor, contents.data(), contents.size());
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written < 0) {
+            return false;
+        }
+        contents.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// Whether the open file is still the one of that name: another run may have renamed it away before we got the lock.
+bool isStillThere(int descriptor, const std::string& path) {
+    struct stat opened {};
+    struct stat named {};
+    return ::fstat(descriptor, &opened) == 0 && ::stat(path.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
+           opened.st_dev == named.st_dev;
+}
+
+} // namespace
+
+FileText readFile(const std::string& path, std::size_t mostBytes) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return {{}, "cannot be opened: " + reason(errno)};
+    }
+    FileText file;
+    struct stat status {};
+    if (::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
+        file.error = "is a directory; give a Lottie file (.json)";
+    } else {
+        // One byte past the announced size, so that a plain file ends with a short read and no second growth.
+        std::size_t filled = 0;
+        file.text.resize(static_cast<std::size_t>(status.st_size > 0 ? status.st_size : 0) + 1);
+        while (file.error.empty()) {
+            const ssize_t count = ::read(descriptor, file.text.data() + filled, file.text.size() - filled);
+            if (count < 0 && errno == EINTR) {
+                continue;
+            }
+            if (count < 0) {
+                file.error = "cannot be read: " + reason(errno);
+            } else if (count == 0) {
+                break;
+            }
+            filled += count > 0 ? static_cast<std::size_t>(count) : 0;
+            if (filled > mostBytes) {
+                file.error = "is larger than " + std::to_string(mostBytes >> 20U) + " MB";
+            } else if (filled == file.text.size()) {
+                file.text.resize(2 * filled);
+            }
+        }
+        file.text.resize(filled);
+    }
+    ::close(descriptor);
+    return file;
+}
+
+TargetFile::TargetFile(TargetFile&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)),
+      target_(std::move(other.target_)),
+      temporary_(std::move(other.temporary_)) {}
+
+TargetFile& TargetFile::operator=(TargetFile&& other) noexcept {
+    if (this != &other) {
+        discard();
+        descriptor_ = std::exchange(other.descriptor_, -1);
+        target_ = std::move(other.target_);
+        temporary_ = std::move(other.temporary_);
+    }
+    return *this;
+}
+
+TargetFile::~TargetFile() {
+    discard();
+}
+
+std::optional<std::string> TargetFile::open(const std::string& path) {
+    discard();
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+    target_ = error ? path : resolved.string();
+    const std::filesystem::file_status status = std::filesystem::status(target_, error);
+    if (std::filesystem::is_directory(status)) {
+        return "is a directory; name a file in it";
+    }
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        return "is no regular file; name one that can be replaced";
+    }
+    if (std::filesystem::exists(status) && ::access(target_.c_str(), W_OK) != 0) {
+        return "is write-protected; name another file or change its permissions";
+    }
+    const std::filesystem::path folder = std::filesystem::path(target_).parent_path();
+    temporary_ = (folder / ("." + std::filesystem::path(target_).filename().string() + ".jostle-part")).string();
+    for (;;) {
+        descriptor_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+        if (descriptor_ < 0) {
+            return "cannot be written: " + reason(errno) + " (folder " + folder.string() + ")";
+        }
+        if (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+            ::close(std::exchange(descriptor_, -1));
+            return "is being written by another run; wait for it or name another file";
+        }
+        if (isStillThere(descriptor_, temporary_)) {
+            break;
+        }
+        ::close(std::exchange(descriptor_, -1));
+    }
+    if (std::filesystem::exists(status)) {
+        // Only a courtesy: a file system without permissions takes the default.
+        (void)::fchmod(descriptor_, static_cast<mode_t>(status.permissions()) & 07777);
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> TargetFile::commit(std::string_view contents) {
+    if (::ftruncate(descriptor_, 0) != 0 || !writeAll(descriptor_, contents) || ::fsync(descriptor_) != 0) {
+        const int error = errno;
+        discard();
+        return "cannot be written: " + reason(error) + "; the file is as it was";
+    }
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
+        const int error = errno;
+        discard();
+        return "cannot be replaced: " + reason(error) + "; the file is as it was";
+    }
+    ::close(std::exchange(descriptor_, -1));
+    return std::nullopt;
+}
+
+void TargetFile::discard() {
+    if (descriptor_ >= 0) {
+        ::unlink(temporary_.c_str());
+        ::close(std::exchange(descriptor_, -1));
+    }
+}
+
+} // namespace jostle::standalone

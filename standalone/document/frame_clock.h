@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+
+namespace jostle::standalone {
+
+/// A time as the host's suites carry it: value / scale seconds.
+struct HostTime {
+    std::int32_t value = 0;
+    std::uint32_t scale = 1;
+};
+
+/// Turns frames into host times and back without losing one.
+///
+/// Frame rates are stored with sixteen fractional bits and the times beside them were made from exact durations, so
+/// whole frames come out a little off. Values near an integer are that integer.
+class FrameClock {
+public:
+    FrameClock() = default;
+    /// @param frameRate  frames per second, above 0
+    explicit FrameClock(double frameRate);
+
+    [[nodiscard]] double frameRate() const { return frameRate_; }
+
+    /// Duration of one frame: the least multiplier of 1, 10, 100, 1000 that makes the rate nearly whole, else 65536,
+    /// over that product.
+    [[nodiscard]] HostTime frameDuration() const { return duration_; }
+
+    /// Time of a frame; exact for whole frames as long as it fits 32 bits, else on a coarser scale.
+    [[nodiscard]] HostTime timeOf(double frame) const;
+
+    /// Frame at a time, snapped. A scale of 0 gives frame 0.
+    [[nodiscard]] double frameAt(HostTime time) const;
+
+    /// The nearest integer if `frame` differs from it by at most 0.001, or 2e-6 times itself; else `frame`.
+    [[nodiscard]] static double snap(double frame);
+
+private:
+    double frameRate_ = 25;
+    HostTime duration_{1, 25};
+};
+
+} // namespace jostle::standalone

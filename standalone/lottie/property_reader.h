@@ -1,0 +1,53 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "standalone/document/composition.h"
+#include "standalone/lottie/fields.h"
+#include "standalone/lottie/json_tree.h"
+
+namespace jostle::standalone {
+
+/// Largest magnitude of a number in a transform. Players hold such numbers in single precision, and sums and products
+/// of larger ones leave its range.
+constexpr double transformNumberLimit = 1e15;
+
+/// Whether a position's value has separated dimensions.
+[[nodiscard]] bool isSeparated(const JsonValue& property);
+
+/// The name of the member of a transform that holds the rotation.
+[[nodiscard]] std::string_view rotationMember(const JsonValue& transform, bool threeD);
+
+/// Makes streams of properties, old and new forms alike, looking up slots.
+class PropertyReader {
+public:
+    /// @param slots  the document's slots by name, or Missing
+    explicit PropertyReader(const JsonValue& slots);
+
+    /// The stream of a property; the default if it is missing or of a wrong type. A key's frame is snapped to the
+    /// whole frame it means.
+    /// @param form  Point, Scale or Single
+    [[nodiscard]] Stream stream(const JsonValue& property, FieldForm form);
+
+    /// The transform of a layer, defaults if it is missing.
+    [[nodiscard]] Transform transform(const JsonValue& object, bool threeD);
+
+    /// The first value met so far with a number beyond transformNumberLimit; Missing if all was well.
+    [[nodiscard]] const JsonValue& fault() const { return fault_; }
+
+private:
+    struct Key;
+
+    [[nodiscard]] JsonValue resolved(const JsonValue& property) const;
+    std::size_t take(const JsonValue& value, double* out, std::size_t most);
+    [[nodiscard]] std::vector<Key> keys(const JsonValue& list);
+    [[nodiscard]] KeySegment segment(const KeyframeMembers& members, FieldForm form, int components);
+    bool takeHandle(const JsonValue& handle, Components& x, Components& y);
+    void fillTrack(std::vector<Key>& keys, FieldForm form, Stream& stream);
+
+    std::map<std::string, JsonValue, std::less<>> slots_;
+    JsonValue fault_;
+};
+
+} // namespace jostle::standalone

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "standalone/document/stream.h"
+#include "standalone/lottie/fields.h"
+#include "standalone/lottie/splice.h"
+
+namespace jostle::standalone {
+
+/// The text of a property's member `k`: keyframes if the stream moves, else its value.
+///
+/// Keys without segments, as baked motion has them, are linear and rounded to a thousandth; others keep their easing
+/// and their numbers. In place of a number that is not finite stands the last finite one before it.
+/// @param style  of the object that holds the member
+[[nodiscard]] std::string valueText(const Stream& stream, FieldForm form, const TextStyle& style);
+
+/// The text of a property as a whole.
+/// @param style  of the object that holds the property
+[[nodiscard]] std::string propertyText(const Stream& stream, FieldForm form, const TextStyle& style);
+
+} // namespace jostle::standalone

@@ -1,0 +1,221 @@
+#include "standalone/lottie/reader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <set>
+
+#include "standalone/lottie/assets.h"
+#include "standalone/lottie/fields.h"
+#include "standalone/lottie/property_reader.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+constexpr double largestSize = 1e6; ///< pixels, either way
+
+std::string placed(const LottieSource& source, std::size_t offset) {
+    const TextPlace place = placeInText(source.text, offset);
+    return "line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+}
+
+/// The value as it stands in the text, cut short, for messages.
+std::string excerpt(const JsonValue& value) {
+    constexpr std::size_t most = 40;
+    const std::string_view text = value.text();
+    return text.size() <= most ? std::string(text) : std::string(text.substr(0, most)) + "...";
+}
+
+std::string layerTitle(const Layer& layer, std::size_t index) {
+    std::string title = "layer " + std::to_string(index + 1);
+    if (!layer.name.empty())
+        title += " \"" + layer.name + '"';
+    return title;
+}
+
+LayerKind kindFrom(const JsonValue& value) {
+    const int number = value.integer(-1);
+    return number >= 0 && number <= static_cast<int>(LayerKind::Data) ? static_cast<LayerKind>(number)
+                                                                      : LayerKind::Unknown;
+}
+
+int countObjects(const JsonValue& list) {
+    int count = 0;
+    if (list.isArray())
+        forEachChild(list, [&](const JsonValue& entry) { count += entry.isObject() ? 1 : 0; });
+    return count;
+}
+
+class DocumentReader {
+public:
+    DocumentReader(const LottieSource& source, const DocumentMembers& members)
+        : source_{source}, members_{members}, properties_{members.slots}, assets_{members.assets} {}
+
+    /// Why the document cannot be read; empty if it can.
+    [[nodiscard]] std::string refusal() const {
+        if (!members_.layers.isArray())
+            return "\"layers\" is missing or no array, so this is no Lottie animation; export it again";
+        for (const auto& [value, name] :
+             {std::pair{members_.frameRate, "fr"}, std::pair{members_.width, "w"}, std::pair{members_.height, "h"}}) {
+            if (!(value.number(0) > 0))
+                return std::string("\"") + name + "\" has to be a number above 0, but " +
+                       (value ? "is " + excerpt(value) : "is missing") + "; set it and try again";
+        }
+        if (members_.width.number(0) > largestSize || members_.height.number(0) > largestSize)
+            return "\"w\" and \"h\" are at most 1000000 pixels; make the composition smaller";
+        return {};
+    }
+
+    [[nodiscard]] std::string read(Composition& composition, std::vector<std::string>& notes) {
+        readSettings(composition);
+        std::string refused;
+        forEachChild(members_.layers, [&](const JsonValue& object) {
+            if (refused.empty())
+                refused = readLayer(composition, object);
+        });
+        if (!refused.empty())
+            return refused;
+        numberLayers(composition);
+        relinkParents(composition);
+        readLength(composition);
+        noteExpressions(composition, notes);
+        return {};
+    }
+
+private:
+    void readSettings(Composition& composition) const {
+        Item item;
+        item.kind = Item::Kind::Composition;
+        item.name = members_.name.string();
+        item.width = std::max(1, static_cast<int>(std::lround(members_.width.number(1))));
+        item.height = std::max(1, static_cast<int>(std::lround(members_.height.number(1))));
+        composition.item = std::make_shared<const Item>(std::move(item));
+        composition.clock = FrameClock(members_.frameRate.number(1));
+        composition.inFrame = FrameClock::snap(members_.inFrame.number(0));
+        composition.outFrame = FrameClock::snap(members_.outFrame.number(0));
+
+        double aspect[2], background[3];
+        if (members_.extension["pixelAspect"].numbers(aspect, 2) == 2 && aspect[0] > 0 && aspect[1] > 0 &&
+            std::isfinite(aspect[0] / aspect[1]))
+            composition.pixelAspect = aspect[0] / aspect[1];
+        if (members_.extension["background"].numbers(background, 3) == 3) {
+            for (double& share : background)
+                share = std::clamp(share, 0.0, 1.0);
+            composition.background = {background[0], background[1], background[2], 1};
+        }
+    }
+
+    // A document without an end lasts as long as its layers.
+    void readLength(Composition& composition) const {
+        if (members_.outFrame.type() != JsonType::Number) {
+            for (const auto& layer : composition.layers)
+                composition.outFrame = std::max(composition.outFrame, layer->outFrame);
+        }
+        const double full = FrameClock::snap(members_.extension["duration"].number(0));
+        composition.durationFrames = std::max(composition.outFrame, full);
+    }
+
+    [[nodiscard]] std::string readLayer(Composition& composition, const JsonValue& object) {
+        auto layer = std::make_unique<Layer>();
+        layer->source = object.span();
+        layer->kind = kindFrom(object["ty"]);
+        layer->name = object["nm"].string();
+        layer->outFrame = composition.outFrame;
+        readFields(layerFields, object, *layer);
+        for (double* frame : {&layer->inFrame, &layer->outFrame, &layer->startFrame})
+            *frame = FrameClock::snap(*frame);
+        if (layer->stretch == 0)
+            layer->stretch = 1;
+        layer->parentId = object["parent"].integer(noParent);
+        layer->usesMatteAbove = object["tt"].flag() && object["tp"].type() != JsonType::Number;
+        layer->maskCount = countObjects(object["masksProperties"]);
+        const JsonValue extension = object["jostle"];
+        layer->label = std::clamp(extension["label"].integer(0), 0, 16);
+        layer->guide = layer->kind == LayerKind::Guide || extension["guide"].boolean(false);
+        layer->adjustment = layer->kind == LayerKind::Adjustment || extension["adjustment"].boolean(false);
+        layer->item = assets_.itemOf(object, layer->kind);
+        layer->transform = properties_.transform(object["ks"], layer->threeD);
+        if (const JsonValue& fault = properties_.fault()) {
+            return layerTitle(*layer, composition.layers.size()) + ", " + fault.pointer() + " (" +
+                   placed(source_, fault.span().begin) + "): " + excerpt(fault) +
+                   " is beyond what a transform can hold; keep its numbers between -1e15 and 1e15";
+        }
+        composition.layers.push_back(std::move(layer));
+        return {};
+    }
+
+    void numberLayers(Composition& composition) const {
+        int greatest = 0;
+        std::set<int> taken;
+        std::size_t index = 0;
+        forEachChild(members_.layers, [&](const JsonValue& object) {
+            Layer& layer = *composition.layers[index++];
+            const int id = object["ind"].integer(noParent);
+            if (id == noParent)
+                return;
+            greatest = std::max(greatest, id);
+            layer.idInFile = taken.insert(id).second;
+            layer.id = id;
+        });
+        for (const auto& layer : composition.layers) {
+            if (!layer->idInFile)
+                layer->id = ++greatest;
+        }
+    }
+
+    static void noteExpressions(const Composition& composition, std::vector<std::string>& notes) {
+        std::string names;
+        for (std::size_t index = 0; index < composition.layers.size(); ++index) {
+            const Layer& layer = *composition.layers[index];
+            const Transform& t = layer.transform;
+            const auto streams = {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.positionZ,
+                                  &t.scale,  &t.rotation, &t.skew,      &t.skewAxis};
+            if (std::any_of(streams.begin(), streams.end(), [](const Stream* s) { return s->hasExpression; }))
+                names += (names.empty() ? "" : ", ") + layerTitle(layer, index);
+        }
+        if (!names.empty())
+            notes.push_back("Expressions are not evaluated; the values below them count: " + names + '.');
+    }
+
+    const LottieSource& source_;
+    const DocumentMembers& members_;
+    PropertyReader properties_;
+    AssetTable assets_;
+};
+
+std::string readInto(ReadResult& result, LottieSource& source) {
+    if (const auto error = source.tree.parse(source.text))
+        return placed(source, error->offset) + ": " + error->what + "; mend the text or export it again";
+    const JsonValue root = source.tree.root();
+    if (!root.isObject())
+        return "the document is no object, so this is no Lottie animation; export it again";
+    DocumentMembers members;
+    readFields(documentFields, root, members);
+    DocumentReader reader(source, members);
+    std::string error = reader.refusal();
+    if (!error.empty())
+        return error;
+    auto composition = std::make_unique<Composition>();
+    error = reader.read(*composition, result.notes);
+    if (error.empty())
+        result.composition = std::move(composition);
+    return error;
+}
+
+} // namespace
+
+ReadResult readLottie(std::string text, std::string fileName) {
+    ReadResult result;
+    auto source = std::make_shared<LottieSource>();
+    source->text = std::move(text);
+    source->fileName = std::move(fileName);
+    const std::string error = readInto(result, *source);
+    if (error.empty())
+        result.source = std::move(source);
+    else
+        result.error = (source->fileName.empty() ? std::string() : source->fileName + ": ") + error;
+    return result;
+}
+
+} // namespace jostle::standalone

@@ -1,0 +1,129 @@
+#include "standalone/lottie/splice.h"
+
+#include <algorithm>
+
+#include "standalone/lottie/json_string.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+/// White space before the first member of an object, within its brace.
+std::string_view leadIn(const JsonValue& object) {
+    const JsonValue first = object.firstChild();
+    if (!first)
+        return {};
+    return object.text().substr(1, first.keySpan().begin - object.span().begin - 1);
+}
+
+std::string_view afterLineBreak(std::string_view space) {
+    return space.substr(space.rfind('\n') + 1);
+}
+
+} // namespace
+
+TextStyle styleOf(const JsonValue& root) {
+    TextStyle style;
+    const JsonValue first = root.firstChild();
+    if (!first)
+        return style;
+    const std::string_view lead = leadIn(root);
+    if (lead.find('\n') != std::string_view::npos) {
+        style.newline = lead.find("\r\n") != std::string_view::npos ? "\r\n" : "\n";
+        style.unit = style.indent = afterLineBreak(lead);
+    }
+    if (first.span().begin > first.keySpan().end + 1) {
+        style.colon = ": ";
+        style.comma = ", ";
+    }
+    return style;
+}
+
+void TextEdits::replace(SourceSpan span, std::string text) {
+    edits_.push_back({span, std::move(text)});
+}
+
+std::string TextEdits::applied(std::string_view source) const {
+    std::vector<const Edit*> order;
+    std::size_t size = source.size();
+    for (const Edit& edit : edits_) {
+        order.push_back(&edit);
+        size += edit.text.size();
+    }
+    // What is inserted at a place comes before what is taken away from there on.
+    std::stable_sort(order.begin(), order.end(), [](const Edit* a, const Edit* b) {
+        return a->span.begin != b->span.begin ? a->span.begin < b->span.begin : a->span.empty() && !b->span.empty();
+    });
+    std::string out;
+    out.reserve(size);
+    std::size_t reached = 0;
+    for (const Edit* edit : order) {
+        out.append(source, reached, edit->span.begin - reached);
+        out += edit->text;
+        reached = edit->span.end;
+    }
+    out.append(source, reached);
+    return out;
+}
+
+ObjectEdit::ObjectEdit(const JsonValue& object, const TextStyle& document) : object_{object}, style_{document} {
+    const std::string_view lead = leadIn(object);
+    if (lead.find('\n') != std::string_view::npos)
+        style_.indent = afterLineBreak(lead);
+    else
+        style_.newline.clear();
+}
+
+std::string ObjectEdit::separator() const {
+    return style_.newline.empty() ? style_.comma : ',' + style_.newline + style_.indent;
+}
+
+void ObjectEdit::set(std::string_view name, std::string value) {
+    if (const JsonValue present = object_[name]) {
+        if (present.text() == value)
+            return;
+        replaced_.push_back(present.span());
+        replacements_.push_back(std::move(value));
+        return;
+    }
+    if (!inserted_.empty())
+        inserted_ += separator();
+    appendQuoted(inserted_, name);
+    inserted_ += style_.colon;
+    inserted_ += value;
+}
+
+void ObjectEdit::remove(std::string_view name) {
+    removed_.emplace_back(name);
+}
+
+void ObjectEdit::commit(TextEdits& edits) {
+    for (std::size_t i = 0; i < replaced_.size(); ++i)
+        edits.replace(replaced_[i], std::move(replacements_[i]));
+
+    // A removed member goes with what parts it from the member kept before it, or, without one, after it.
+    std::uint32_t keptEnd = 0;      // end of the last member kept
+    std::uint32_t removedBegin = 0; // of members at the front
+    std::uint32_t last = 0;
+    forEachChild(object_, [&](const JsonValue& member) {
+        const bool goes = std::any_of(removed_.begin(), removed_.end(),
+                                      [&](const std::string& name) { return member.hasKey(name); });
+        if (goes && keptEnd != 0)
+            edits.replace({last, member.span().end}, {});
+        else if (goes && removedBegin == 0)
+            removedBegin = member.keySpan().begin;
+        else if (!goes && keptEnd == 0 && removedBegin != 0)
+            edits.replace({removedBegin, member.keySpan().begin}, {});
+        if (!goes)
+            keptEnd = member.span().end;
+        last = member.span().end;
+    });
+    if (keptEnd == 0 && removedBegin != 0)
+        edits.replace({removedBegin, last}, {});
+    if (inserted_.empty())
+        return;
+    const std::uint32_t place = keptEnd != 0 ? keptEnd : removedBegin != 0 ? removedBegin : object_.span().begin + 1;
+    edits.replace({place, place}, (keptEnd != 0 ? separator() : std::string()) + inserted_);
+}
+
+} // namespace jostle::standalone

@@ -1,0 +1,68 @@
+#include <CLI/CLI.hpp>
+
+#include "standalone/commands/inspect.h"
+#include "standalone/commands/options.h"
+#include "standalone/commands/solve.h"
+
+namespace {
+
+using namespace jostle::standalone;
+
+constexpr const char* solveDescription =
+    "Simulates the layers of a Lottie file as rigid bodies and writes their motion as keyframes.";
+
+constexpr const char* setDescription =
+    "Changes a setting, as often as you like: floor.type=Static, \"*.restitution=0.8\", 3.density=2, "
+    "gravity.magnitude=5, solver.stepsPerFrame=4. Before the dot stands a layer's name, its number from 1, * for all, "
+    "solver or gravity. Body types: Static, Kinematic, Dynamic, Dormant, AEmatic, Dead.";
+
+void addSolve(CLI::App& app, SolveOptions& options) {
+    CLI::App* command = app.add_subcommand("solve", solveDescription);
+    command->add_option("input", options.input, "Lottie file (.json)")->required()->type_name("IN");
+    command->add_option("-o,--output", options.output, "Result; without it IN with \"-solved\" after its name")
+        ->type_name("OUT");
+    command->add_option("--set", options.sets, setDescription)
+        ->type_name("KEY=VALUE")
+        ->expected(1)
+        ->take_all()
+        ->allow_extra_args(false);
+    command->add_option("--start", options.startFrame, "First baked frame; without it the start of the work area")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
+    command->add_option("--end", options.endFrame, "Last baked frame; without it the last of the work area")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
+    command->add_flag("--in-place", options.inPlace,
+                      "Changes the composition itself, not a duplicate; without -o saves it in IN");
+    command->add_flag("--motion-blur", options.motionBlur, "Turns on motion blur for the layers that move");
+    command->add_option("--samples", options.samples, "Also writes where each body was on each frame, as JSON")
+        ->type_name("FILE");
+    command->add_flag("-q,--quiet", options.quiet, "Says nothing unless something is wrong");
+    command->add_flag("--json", options.json, "Prints the summary as JSON");
+}
+
+void addInspect(CLI::App& app, InspectOptions& options) {
+    CLI::App* command =
+        app.add_subcommand("inspect", "Tells which layers become bodies, of what shape, and why the others do not.");
+    command->add_option("input", options.input, "Lottie file (.json)")->required()->type_name("IN");
+    command->add_flag("--json", options.json, "Prints a JSON object");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"Jostle simulates the layers of a composition as rigid bodies and bakes their motion to keyframes."};
+    app.name("jostle");
+    app.require_subcommand(1);
+    app.footer("Exit status: 0 done, 1 failed while working, 2 wrong use.");
+    SolveOptions solveOptions;
+    InspectOptions inspectOptions;
+    addSolve(app, solveOptions);
+    addInspect(app, inspectOptions);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? exitDone : exitWrongUse;
+    }
+    return app.got_subcommand("inspect") ? runInspect(inspectOptions) : runSolve(solveOptions);
+}

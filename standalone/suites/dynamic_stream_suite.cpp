@@ -1,0 +1,136 @@
+#include <cstring>
+
+#include "standalone/suites/host_state.h"
+#include "standalone/suites/tables.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+StreamRef* groupOf(AEGP_StreamRefH handle) {
+    StreamRef* ref = state().usableStream(handle);
+    return ref != nullptr && !isLeaf(ref->node) ? ref : nullptr;
+}
+
+/// The reference, if it leads to a position: the one stream whose dimensions can be separated.
+StreamRef* leaderOf(AEGP_StreamRefH handle) {
+    StreamRef* ref = state().usableStream(handle);
+    return ref != nullptr && ref->node == StreamNode::Position ? ref : nullptr;
+}
+
+A_Err getNewStreamRefForLayer(AEGP_PluginID, AEGP_LayerH layer, AEGP_StreamRefH* root) {
+    if (state().layerOf(layer) == nullptr || root == nullptr)
+        return A_Err_PARAMETER;
+    *root = state().giveStream(layer, StreamNode::Root);
+    return A_Err_NONE;
+}
+
+A_Err getStreamDepth(AEGP_StreamRefH handle, A_long* depth) {
+    const StreamRef* ref = state().usableStream(handle);
+    if (ref == nullptr || depth == nullptr)
+        return A_Err_PARAMETER;
+    *depth = factsOf(ref->node).depth;
+    return A_Err_NONE;
+}
+
+A_Err getStreamGroupingType(AEGP_StreamRefH handle, AEGP_StreamGroupingType* type) {
+    const StreamRef* ref = state().usableStream(handle);
+    if (ref == nullptr || type == nullptr)
+        return A_Err_PARAMETER;
+    *type = factsOf(ref->node).grouping;
+    return A_Err_NONE;
+}
+
+A_Err getNumStreamsInGroup(AEGP_StreamRefH handle, A_long* count) {
+    const StreamRef* ref = groupOf(handle);
+    if (ref == nullptr || count == nullptr)
+        return A_Err_PARAMETER;
+    *count = childCount(*ref->layer->layer, ref->node);
+    return A_Err_NONE;
+}
+
+A_Err getNewStreamRefByIndex(AEGP_PluginID, AEGP_StreamRefH handle, A_long index, AEGP_StreamRefH* stream) {
+    const StreamRef* ref = groupOf(handle);
+    if (ref == nullptr || index < 0 || index >= childCount(*ref->layer->layer, ref->node) || stream == nullptr)
+        return A_Err_PARAMETER;
+    const std::optional<StreamNode> child = childAt(ref->node, index);
+    if (!child)
+        return state().refuse("AEGP_GetNewStreamRefByIndex for masks");
+    *stream = state().giveStream(ref->layerHandle, *child);
+    return A_Err_NONE;
+}
+
+A_Err getNewStreamRefByMatchname(AEGP_PluginID, AEGP_StreamRefH handle, const A_char* matchName,
+                                 AEGP_StreamRefH* stream) {
+    const StreamRef* ref = groupOf(handle);
+    if (ref == nullptr || factsOf(ref->node).grouping != AEGP_StreamGroupingType_NAMED_GROUP || matchName == nullptr ||
+        stream == nullptr)
+        return A_Err_PARAMETER;
+    const std::optional<StreamNode> child = childNamed(*ref->layer->layer, ref->node, matchName);
+    *stream = child ? state().giveStream(ref->layerHandle, *child) : nullptr;
+    return A_Err_NONE;
+}
+
+A_Err getMatchName(AEGP_StreamRefH handle, A_char* matchName) {
+    const StreamRef* ref = state().usableStream(handle);
+    if (ref == nullptr || matchName == nullptr)
+        return A_Err_PARAMETER;
+    // All names are shorter than AEGP_MAX_STREAM_MATCH_NAME_SIZE.
+    const bool isRoot = ref->node == StreamNode::Root;
+    std::strcpy(matchName, isRoot ? rootMatchName(*ref->layer->layer) : factsOf(ref->node).matchName);
+    return A_Err_NONE;
+}
+
+A_Err getNewParentStreamRef(AEGP_PluginID, AEGP_StreamRefH handle, AEGP_StreamRefH* parent) {
+    const StreamRef* ref = state().usableStream(handle);
+    if (ref == nullptr || ref->node == StreamNode::Root || parent == nullptr)
+        return A_Err_PARAMETER;
+    *parent = state().giveStream(ref->layerHandle, factsOf(ref->node).parent);
+    return A_Err_NONE;
+}
+
+A_Err isSeparationLeader(AEGP_StreamRefH handle, A_Boolean* leader) {
+    if (state().usableStream(handle) == nullptr || leader == nullptr)
+        return A_Err_PARAMETER;
+    *leader = leaderOf(handle) != nullptr;
+    return A_Err_NONE;
+}
+
+A_Err areDimensionsSeparated(AEGP_StreamRefH handle, A_Boolean* separated) {
+    const StreamRef* leader = leaderOf(handle);
+    if (leader == nullptr || separated == nullptr)
+        return A_Err_PARAMETER;
+    *separated = leader->layer->layer->transform.separated;
+    return A_Err_NONE;
+}
+
+A_Err getSeparationFollower(AEGP_StreamRefH handle, A_short dimension, AEGP_StreamRefH* follower) {
+    const StreamRef* leader = leaderOf(handle);
+    if (leader == nullptr || dimension < 0 || dimension > 2 || follower == nullptr)
+        return A_Err_PARAMETER;
+    if (!leader->layer->layer->transform.separated)
+        return A_Err_GENERIC;
+    constexpr StreamNode followers[] = {StreamNode::PositionX, StreamNode::PositionY, StreamNode::PositionZ};
+    *follower = state().giveStream(leader->layerHandle, followers[dimension]);
+    return A_Err_NONE;
+}
+
+} // namespace
+
+const AEGP_DynamicStreamSuite5 dynamicStreamSuite{
+    .AEGP_GetNewStreamRefForLayer = getNewStreamRefForLayer,
+    .AEGP_GetStreamDepth = getStreamDepth,
+    .AEGP_GetStreamGroupingType = getStreamGroupingType,
+    .AEGP_GetNumStreamsInGroup = getNumStreamsInGroup,
+    .AEGP_GetNewStreamRefByIndex = getNewStreamRefByIndex,
+    .AEGP_GetNewStreamRefByMatchname = getNewStreamRefByMatchname,
+    .AEGP_DeleteStream = refused<"AEGP_DeleteStream">,
+    .AEGP_GetMatchName = getMatchName,
+    .AEGP_GetNewParentStreamRef = getNewParentStreamRef,
+    .AEGP_IsSeparationLeader = isSeparationLeader,
+    .AEGP_AreDimensionsSeparated = areDimensionsSeparated,
+    .AEGP_SetDimensionsSeparated = refused<"AEGP_SetDimensionsSeparated">,
+    .AEGP_GetSeparationFollower = getSeparationFollower,
+};
+
+} // namespace jostle::standalone

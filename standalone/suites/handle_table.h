@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace jostle::standalone {
+
+/// Entries behind opaque handles of one family.
+///
+/// A handle is a number (family, generation, place), never an address: one that was given back, or that belongs to
+/// another family, is recognised without reading through it.
+template<class Entry, class Handle>
+class HandleTable {
+public:
+    /// @param family  1 to 255, different for each table of a host
+    explicit HandleTable(std::uint8_t family) : family_(family) {}
+
+    Handle add(Entry entry) {
+        std::size_t place = slots_.size();
+        if (free_.empty()) {
+            slots_.emplace_back();
+        } else {
+            place = free_.back();
+            free_.pop_back();
+        }
+        slots_[place].entry.emplace(std::move(entry));
+        return reinterpret_cast<Handle>(code(place));
+    }
+
+    /// The entry, at an address that holds until it is removed; null for a handle that is not out.
+    [[nodiscard]] Entry* find(Handle handle) {
+        const auto wanted = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
+        const std::size_t place = static_cast<std::size_t>((wanted & 0xFFFFFFFFu) >> 4) - 1;
+        if (place >= slots_.size() || !slots_[place].entry || code(place) != wanted)
+            return nullptr;
+        return &*slots_[place].entry;
+    }
+
+    /// @param handle  one that `find` knows
+    void remove(Handle handle) {
+        const auto wanted = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
+        const std::size_t place = static_cast<std::size_t>((wanted & 0xFFFFFFFFu) >> 4) - 1;
+        slots_[place].entry.reset();
+        ++slots_[place].generation;
+        free_.push_back(place);
+    }
+
+    /// Number of entries that are out.
+    [[nodiscard]] std::size_t size() const { return slots_.size() - free_.size(); }
+
+private:
+    struct Slot {
+        std::optional<Entry> entry;
+        std::uint32_t generation = 0;
+    };
+
+    [[nodiscard]] std::uint64_t code(std::size_t place) const {
+        return (static_cast<std::uint64_t>(family_) << 56) |
+               (static_cast<std::uint64_t>(slots_[place].generation & 0xFFFFFFu) << 32) |
+               (static_cast<std::uint64_t>(place + 1) << 4);
+    }
+
+    std::uint8_t family_;
+    std::deque<Slot> slots_;
+    std::vector<std::size_t> free_;
+};
+
+} // namespace jostle::standalone

@@ -1,0 +1,235 @@
+#include <algorithm>
+
+#include "standalone/document/evaluate.h"
+#include "standalone/suites/host_state.h"
+#include "standalone/suites/reparent.h"
+#include "standalone/suites/tables.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+const Composition& compositionOf(const LayerEntry& entry) {
+    return *entry.comp->composition;
+}
+
+bool isVideoOn(const Layer& layer) {
+    return !layer.hidden && !layer.matteSource;
+}
+
+AEGP_LayerFlags flagsOf(const Layer& layer) {
+    AEGP_LayerFlags flags = 0;
+    const auto add = [&](bool on, AEGP_LayerFlags flag) { flags |= on ? flag : 0; };
+    add(isVideoOn(layer), AEGP_LayerFlag_VIDEO_ACTIVE);
+    add(layer.motionBlur, AEGP_LayerFlag_MOTION_BLUR);
+    add(layer.autoOrient, AEGP_LayerFlag_AUTO_ORIENT_ROTATION);
+    add(layer.threeD, AEGP_LayerFlag_LAYER_IS_3D);
+    add(layer.kind == LayerKind::Null, AEGP_LayerFlag_NULL_LAYER);
+    add(layer.adjustment || layer.kind == LayerKind::Adjustment, AEGP_LayerFlag_ADJUSTMENT_LAYER);
+    add(layer.guide || layer.kind == LayerKind::Guide, AEGP_LayerFlag_GUIDE_LAYER);
+    return flags;
+}
+
+A_Err getCompNumLayers(AEGP_CompH handle, A_long* count) {
+    const CompEntry* comp = state().compOf(handle);
+    if (comp == nullptr || count == nullptr)
+        return A_Err_PARAMETER;
+    *count = static_cast<A_long>(comp->layers.size());
+    return A_Err_NONE;
+}
+
+A_Err getCompLayerByIndex(AEGP_CompH handle, A_long index, AEGP_LayerH* layer) {
+    const CompEntry* comp = state().compOf(handle);
+    if (comp == nullptr || static_cast<std::size_t>(index) >= comp->layers.size() || layer == nullptr)
+        return A_Err_PARAMETER;
+    *layer = comp->layers[static_cast<std::size_t>(index)];
+    return A_Err_NONE;
+}
+
+A_Err getLayerIndex(AEGP_LayerH handle, A_long* index) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || index == nullptr)
+        return A_Err_PARAMETER;
+    *index = entry->index;
+    return A_Err_NONE;
+}
+
+A_Err getLayerSourceItem(AEGP_LayerH handle, AEGP_ItemH* item) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || item == nullptr)
+        return A_Err_PARAMETER;
+    *item = entry->source;
+    return A_Err_NONE;
+}
+
+A_Err getLayerName(AEGP_PluginID, AEGP_LayerH handle, AEGP_MemHandle* layerName, AEGP_MemHandle* sourceName) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr)
+        return A_Err_PARAMETER;
+    if (layerName != nullptr)
+        *layerName = state().giveText(entry->layer->name);
+    if (sourceName != nullptr)
+        *sourceName = state().giveText(entry->layer->item ? std::string_view(entry->layer->item->name) : "");
+    return A_Err_NONE;
+}
+
+A_Err getLayerFlags(AEGP_LayerH handle, AEGP_LayerFlags* flags) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || flags == nullptr)
+        return A_Err_PARAMETER;
+    *flags = flagsOf(*entry->layer);
+    return A_Err_NONE;
+}
+
+A_Err setLayerFlag(AEGP_LayerH handle, AEGP_LayerFlags flag, A_Boolean value) {
+    LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || flag <= 0 || (flag & (flag - 1)) != 0)
+        return A_Err_PARAMETER;
+    Layer& layer = *entry->layer;
+    const bool isVideo = flag == AEGP_LayerFlag_VIDEO_ACTIVE;
+    if (!isVideo && flag != AEGP_LayerFlag_MOTION_BLUR)
+        return state().refuse("AEGP_SetLayerFlag for anything but video and motion blur");
+    bool& field = isVideo ? layer.hidden : layer.motionBlur;
+    const bool wanted = (value != 0) != isVideo;
+    if (field == wanted)
+        return A_Err_NONE;
+    state().journal.touchLayer(*entry);
+    field = wanted;
+    layer.changed = true;
+    return A_Err_NONE;
+}
+
+A_Err isLayerVideoReallyOn(AEGP_LayerH handle, A_Boolean* on) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || on == nullptr)
+        return A_Err_PARAMETER;
+    *on = isVideoOn(*entry->layer);
+    return A_Err_NONE;
+}
+
+A_Err getLayerInPoint(AEGP_LayerH handle, AEGP_LTimeMode mode, A_Time* time) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || !isValid(mode) || time == nullptr)
+        return A_Err_PARAMETER;
+    *time = toHost(compositionOf(*entry).clock.timeOf(entry->layer->inFrame));
+    return A_Err_NONE;
+}
+
+A_Err getLayerDuration(AEGP_LayerH handle, AEGP_LTimeMode mode, A_Time* duration) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || !isValid(mode) || duration == nullptr)
+        return A_Err_PARAMETER;
+    const double frames = std::max(0.0, entry->layer->outFrame - entry->layer->inFrame);
+    *duration = toHost(compositionOf(*entry).clock.timeOf(frames));
+    return A_Err_NONE;
+}
+
+A_Err getLayerOffset(AEGP_LayerH handle, A_Time* time) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || time == nullptr)
+        return A_Err_PARAMETER;
+    *time = toHost(compositionOf(*entry).clock.timeOf(entry->layer->startFrame));
+    return A_Err_NONE;
+}
+
+A_Err getLayerObjectType(AEGP_LayerH handle, AEGP_ObjectType* type) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || type == nullptr)
+        return A_Err_PARAMETER;
+    switch (entry->layer->kind) {
+    case LayerKind::Shape:
+        *type = AEGP_ObjectType_VECTOR;
+        break;
+    case LayerKind::Text:
+        *type = AEGP_ObjectType_TEXT;
+        break;
+    case LayerKind::Camera:
+        *type = AEGP_ObjectType_CAMERA;
+        break;
+    case LayerKind::Light:
+        *type = AEGP_ObjectType_LIGHT;
+        break;
+    default:
+        *type = AEGP_ObjectType_AV;
+    }
+    return A_Err_NONE;
+}
+
+A_Err isLayer3D(AEGP_LayerH handle, A_Boolean* is3D) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || is3D == nullptr)
+        return A_Err_PARAMETER;
+    *is3D = entry->layer->threeD;
+    return A_Err_NONE;
+}
+
+A_Err getLayerID(AEGP_LayerH handle, AEGP_LayerIDVal* id) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || id == nullptr)
+        return A_Err_PARAMETER;
+    *id = entry->layer->id;
+    return A_Err_NONE;
+}
+
+A_Err getLayerToWorld(AEGP_LayerH handle, const A_Time* time, A_Matrix4* matrix) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || !isValid(time) || matrix == nullptr)
+        return A_Err_PARAMETER;
+    const Matrix4d world = worldMatrix(*entry->layer, frameAt(*entry->comp, *time));
+    std::copy(&world.m[0][0], &world.m[0][0] + 16, &matrix->mat[0][0]);
+    return A_Err_NONE;
+}
+
+A_Err getLayerParent(AEGP_LayerH handle, AEGP_LayerH* parent) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || parent == nullptr)
+        return A_Err_PARAMETER;
+    const auto known = state().layerHandles.find(entry->layer->parent);
+    *parent = known == state().layerHandles.end() ? nullptr : known->second;
+    return A_Err_NONE;
+}
+
+A_Err setLayerParent(AEGP_LayerH handle, AEGP_LayerH parentHandle) {
+    LayerEntry* entry = state().layerOf(handle);
+    const LayerEntry* parent = state().layerOf(parentHandle);
+    if (entry == nullptr || (parentHandle != nullptr && parent == nullptr))
+        return A_Err_PARAMETER;
+    return setParent(*entry, parent) ? A_Err_NONE : A_Err_PARAMETER;
+}
+
+A_Err getLayerLabel(AEGP_LayerH handle, AEGP_LabelID* label) {
+    const LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || label == nullptr)
+        return A_Err_PARAMETER;
+    *label = static_cast<AEGP_LabelID>(entry->layer->label);
+    return A_Err_NONE;
+}
+
+} // namespace
+
+const AEGP_LayerSuite13 layerSuite{
+    .AEGP_GetCompNumLayers = getCompNumLayers,
+    .AEGP_GetCompLayerByIndex = getCompLayerByIndex,
+    .AEGP_GetLayerIndex = getLayerIndex,
+    .AEGP_GetLayerSourceItem = getLayerSourceItem,
+    .AEGP_GetLayerName = getLayerName,
+    .AEGP_GetLayerFlags = getLayerFlags,
+    .AEGP_SetLayerFlag = setLayerFlag,
+    .AEGP_IsLayerVideoReallyOn = isLayerVideoReallyOn,
+    .AEGP_GetLayerInPoint = getLayerInPoint,
+    .AEGP_GetLayerDuration = getLayerDuration,
+    .AEGP_GetLayerOffset = getLayerOffset,
+    .AEGP_ReorderLayer = refused<"AEGP_ReorderLayer">,
+    .AEGP_GetLayerObjectType = getLayerObjectType,
+    .AEGP_IsLayer3D = isLayer3D,
+    .AEGP_GetLayerID = getLayerID,
+    .AEGP_GetLayerToWorldXform = getLayerToWorld,
+    .AEGP_SetLayerName = refused<"AEGP_SetLayerName">,
+    .AEGP_GetLayerParent = getLayerParent,
+    .AEGP_SetLayerParent = setLayerParent,
+    .AEGP_DeleteLayer = refused<"AEGP_DeleteLayer">,
+    .AEGP_DuplicateLayer = refused<"AEGP_DuplicateLayer">,
+    .AEGP_GetLayerLabel = getLayerLabel,
+};
+
+} // namespace jostle::standalone

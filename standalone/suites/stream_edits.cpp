@@ -1,0 +1,152 @@
+#include "standalone/suites/stream_edits.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+
+#include "standalone/document/evaluate.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+constexpr double missingDepthScale = 100; // percent
+
+/// Spatial streams that a file gives one component only take their second with the first change.
+int storedComponents(const Stream& stream, StreamNode leaf) {
+    return factsOf(leaf).components == 3 && stream.keys.empty() ? std::max(stream.components, 2) : stream.components;
+}
+
+bool rises(const std::vector<double>& frames) {
+    return std::adjacent_find(frames.begin(), frames.end(), std::greater_equal<>()) == frames.end();
+}
+
+/// Appends one key of `from` to `to`. `segments` of `to` are kept only where `from` has them or `to` has begun to.
+void appendKey(KeyTrack& to, const KeyTrack& from, std::size_t index, std::size_t components, bool withSegments) {
+    to.frames.push_back(from.frames[index]);
+    const auto first = from.values.begin() + static_cast<std::ptrdiff_t>(index * components);
+    to.values.insert(to.values.end(), first, first + static_cast<std::ptrdiff_t>(components));
+    if (withSegments)
+        to.segments.push_back(from.segments.empty() ? KeySegment{} : from.segments[index]);
+}
+
+/// The batch in order of time, of equal frames only the last given.
+KeyTrack ordered(const KeyTrack& batch, std::size_t components) {
+    std::vector<std::size_t> order(batch.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return batch.frames[a] < batch.frames[b]; });
+    KeyTrack sorted;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        if (i + 1 == order.size() || batch.frames[order[i]] != batch.frames[order[i + 1]])
+            appendKey(sorted, batch, order[i], components, false);
+    }
+    return sorted;
+}
+
+/// Both tracks in one. A segment that a new key cuts in two becomes linear unless it holds: its handles were made
+/// for the whole.
+KeyTrack merged(const KeyTrack& old, const KeyTrack& added, std::size_t components) {
+    const bool withSegments = !old.segments.empty();
+    KeyTrack all;
+    std::size_t i = 0;
+    std::size_t k = 0;
+    bool lastIsOld = false;
+    while (i < old.size() || k < added.size()) {
+        const bool takeOld = k == added.size() || (i < old.size() && old.frames[i] < added.frames[k]);
+        if (takeOld) {
+            appendKey(all, old, i++, components, withSegments);
+        } else {
+            if (i < old.size() && old.frames[i] == added.frames[k])
+                ++i;
+            if (withSegments && lastIsOld && !all.segments.back().hold)
+                all.segments.back() = KeySegment{};
+            appendKey(all, added, k++, components, withSegments);
+        }
+        lastIsOld = takeOld;
+    }
+    return all;
+}
+
+} // namespace
+
+Components leafValueAt(Layer& layer, StreamNode leaf, double frame) {
+    return leaf == StreamNode::Position ? positionAt(layer.transform, frame) : valueAt(*streamAt(layer, leaf), frame);
+}
+
+AEGP_StreamVal2 toSuiteValue(const Layer& layer, StreamNode leaf, const Components& value) {
+    AEGP_StreamVal2 suiteValue{};
+    if (factsOf(leaf).components == 1) {
+        suiteValue.one_d = value[0];
+        return suiteValue;
+    }
+    const bool lacksDepth = leaf == StreamNode::Scale && layer.transform.scale.components < 3;
+    suiteValue.three_d = {value[0], value[1], lacksDepth ? missingDepthScale : value[2]};
+    return suiteValue;
+}
+
+Components fromSuiteValue(StreamNode leaf, const AEGP_StreamVal2& value) {
+    if (factsOf(leaf).components == 1)
+        return {value.one_d, 0, 0};
+    return {value.three_d.x, value.three_d.y, value.three_d.z};
+}
+
+bool isFinite(const Components& value) {
+    return std::all_of(value.begin(), value.end(), [](double component) { return std::isfinite(component); });
+}
+
+void setStaticValue(LayerEntry& entry, StreamNode leaf, const Components& value) {
+    Stream& stream = *streamAt(*entry.layer, leaf);
+    const int components = storedComponents(stream, leaf);
+    const std::size_t bytes = static_cast<std::size_t>(components) * sizeof(double);
+    if (components == stream.components && std::memcmp(stream.value.data(), value.data(), bytes) == 0)
+        return;
+    state().journal.touchStream(entry, leaf);
+    stream.components = components;
+    std::copy_n(value.begin(), components, stream.value.begin());
+    stream.changed = true;
+}
+
+std::size_t keyComponents(Layer& layer, StreamNode leaf) {
+    return static_cast<std::size_t>(storedComponents(*streamAt(layer, leaf), leaf));
+}
+
+void deleteKey(LayerEntry& entry, StreamNode leaf, std::size_t index) {
+    Stream& stream = *streamAt(*entry.layer, leaf);
+    state().journal.touchStream(entry, leaf);
+    KeyTrack& keys = stream.keys;
+    const auto components = static_cast<std::ptrdiff_t>(stream.components);
+    const auto place = static_cast<std::ptrdiff_t>(index);
+    const auto first = keys.values.begin() + place * components;
+    if (keys.size() == 1) {
+        stream.value = {};
+        std::copy_n(first, components, stream.value.begin());
+    }
+    keys.values.erase(first, first + components);
+    keys.frames.erase(keys.frames.begin() + place);
+    if (!keys.segments.empty())
+        keys.segments.erase(keys.segments.begin() + place);
+    stream.changed = true;
+}
+
+void addKeys(LayerEntry& entry, StreamNode leaf, KeyTrack batch) {
+    if (batch.empty())
+        return;
+    Layer& layer = *entry.layer;
+    Stream& stream = *streamAt(layer, leaf);
+    state().journal.touchStream(entry, leaf);
+    stream.components = storedComponents(stream, leaf);
+    const auto components = static_cast<std::size_t>(stream.components);
+    if (!rises(batch.frames))
+        batch = ordered(batch, components);
+    stream.keys = stream.keys.empty() ? std::move(batch) : merged(stream.keys, batch, components);
+    stream.changed = true;
+    if (leaf == StreamNode::Rotation && layer.autoOrient) {
+        state().journal.touchLayer(entry);
+        layer.autoOrient = false;
+        layer.changed = true;
+    }
+}
+
+} // namespace jostle::standalone

@@ -1,0 +1,256 @@
+#include "standalone/document/evaluate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace jostle::standalone {
+namespace {
+
+Stream fixed(double x, double y = 0) {
+    Stream stream;
+    stream.components = 2;
+    stream.value = {x, y, 0};
+    return stream;
+}
+
+Stream single(std::vector<double> frames, std::vector<double> values) {
+    Stream stream;
+    stream.keys.frames = std::move(frames);
+    stream.keys.values = std::move(values);
+    return stream;
+}
+
+KeySegment eased(double outX, double outY, double inX, double inY) {
+    KeySegment segment;
+    segment.linear = false;
+    segment.outX.fill(outX);
+    segment.outY.fill(outY);
+    segment.inX.fill(inX);
+    segment.inY.fill(inY);
+    return segment;
+}
+
+Stream curved(Components from, Components to, Components out, Components in) {
+    Stream stream;
+    stream.components = 3;
+    stream.keys.frames = {0, 30};
+    stream.keys.values = {from[0], from[1], from[2], to[0], to[1], to[2]};
+    KeySegment segment;
+    segment.spatial = true;
+    segment.outTangent = out;
+    segment.inTangent = in;
+    stream.keys.segments = {segment, KeySegment{}};
+    return stream;
+}
+
+TEST(ValueAt, BetweenAndBeyondKeys) {
+    Stream stream = single({0, 30, 40}, {40, 160, 100});
+    EXPECT_DOUBLE_EQ(valueAt(stream, 7)[0], 68);   // 40 + 120 * 7 / 30
+    EXPECT_DOUBLE_EQ(valueAt(stream, 22)[0], 128); // 40 + 120 * 22 / 30
+    EXPECT_EQ(valueAt(stream, -5)[0], 40);
+    EXPECT_EQ(valueAt(stream, 30)[0], 160);
+    EXPECT_EQ(valueAt(stream, 99)[0], 100);
+
+    stream.keys.segments.resize(3);
+    stream.keys.segments[0].hold = true;
+    stream.keys.segments[1].hasEnd = true;
+    stream.keys.segments[1].end = {200, 0, 0};
+    EXPECT_EQ(valueAt(stream, 29.9)[0], 40) << "held until the next key";
+    EXPECT_DOUBLE_EQ(valueAt(stream, 35)[0], 180) << "an end of its own: half way from 160 to 200";
+    EXPECT_EQ(valueAt(stream, 40)[0], 100);
+
+    EXPECT_EQ(valueAt(single({5}, {3}), 0)[0], 3) << "a lone key is a constant";
+    EXPECT_EQ(valueAt(fixed(4, 5), 9), (Components{4, 5, 0}));
+}
+
+// With handles at a third and two thirds of the time the cubic's time is its parameter s, so that the share of the
+// way is 3 (1-s)^2 s y1 + 3 (1-s) s^2 y2 + s^3.
+TEST(ValueAt, EasesByTheCubic) {
+    struct Case {
+        const char* name;
+        KeySegment segment;
+        double time, share;
+    };
+    const Case cases[] = {
+        {"3 * 9/16 * 1/4 + 1/64", eased(1 / 3.0, 1, 2 / 3.0, 0), 0.25, 0.4375},
+        {"beyond the end: 3 * 1/4 * 9/16 * 2 + 27/64", eased(1 / 3.0, 0, 2 / 3.0, 2), 0.75, 1.265625},
+        {"symmetric at half", eased(0.9, 0, 0.1, 1), 0.5, 0.5},
+        {"out x = y, in x = y is linear", eased(0.2, 0.2, 0.7, 0.7), 0.3, 0.3},
+        // x(s) = s^3 and y(s) = 3 s^2 - 2 s^3: at time 1/8, s is a half.
+        {"flat start of time", eased(0, 0, 0, 1), 0.125, 0.5},
+        {"handles outside of 0 to 1 count as 0", eased(-4, 0, -1, 1), 0.125, 0.5},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Stream stream = single({10, 20}, {1000, 3000});
+        stream.keys.segments = {c.segment, KeySegment{}};
+        EXPECT_NEAR(valueAt(stream, 10 + 10 * c.time)[0], 1000 + 2000 * c.share, 1e-4);
+    }
+}
+
+TEST(ValueAt, ComponentsEaseByTheirOwnHandles) {
+    Stream stream = single({0, 10}, {0, 0, 100, 100});
+    stream.components = 2;
+    KeySegment segment = eased(1 / 3.0, 1, 2 / 3.0, 0);
+    segment.outY[1] = 1 / 3.0;
+    segment.inY[1] = 2 / 3.0;
+    stream.keys.segments = {segment, KeySegment{}};
+    EXPECT_NEAR(valueAt(stream, 2.5)[0], 43.75, 1e-6);
+    EXPECT_NEAR(valueAt(stream, 2.5)[1], 25, 1e-9);
+}
+
+TEST(ValueAt, CurvesByLength) {
+    // Tangents on the line itself: as if there were none, even beyond the end.
+    Stream straight = curved({0, 0, 0}, {90, 120, 0}, {30, 40, 0}, {-3, -4, 0});
+    EXPECT_NEAR(valueAt(straight, 10)[0], 30, 1e-9);
+    straight.keys.segments[0].linear = false;
+    straight.keys.segments[0].outX.fill(1 / 3.0);
+    straight.keys.segments[0].inX.fill(2 / 3.0);
+    straight.keys.segments[0].inY.fill(2);
+    EXPECT_NEAR(valueAt(straight, 22.5)[1], 120 * 1.265625, 1e-4);
+
+    // A quarter of a circle of radius 100: a third of the length is a third of the angle. (The point of the
+    // parameter 1/3 would be half a pixel off.)
+    const double k = 55.2284749831;
+    const Stream quarter = curved({100, 0, 0}, {0, 100, 0}, {0, k, 0}, {k, 0, 0});
+    EXPECT_NEAR(valueAt(quarter, 15)[0], 100 * std::sqrt(0.5), 1e-6);
+    EXPECT_NEAR(valueAt(quarter, 10)[0], 100 * std::cos(30 * 3.14159265358979 / 180), 0.04);
+    EXPECT_NEAR(valueAt(quarter, 10)[1], 50, 0.04);
+}
+
+/// Point at a share of a cubic's length, by a polyline of very many points.
+Components pointByPolyline(const Components& p0, const Components& p1, const Components& p2, const Components& p3,
+                           double share) {
+    constexpr int count = 200000;
+    std::vector<Components> points;
+    std::vector<double> reached{0};
+    for (int i = 0; i <= count; ++i) {
+        const double t = static_cast<double>(i) / count, r = 1 - t;
+        Components point{};
+        for (std::size_t c = 0; c < 3; ++c)
+            point[c] = r * r * r * p0[c] + 3 * r * r * t * p1[c] + 3 * r * t * t * p2[c] + t * t * t * p3[c];
+        if (i > 0)
+            reached.push_back(reached.back() + std::hypot(point[0] - points.back()[0], point[1] - points.back()[1],
+                                                          point[2] - points.back()[2]));
+        points.push_back(point);
+    }
+    const auto at = std::lower_bound(reached.begin(), reached.end(), share * reached.back()) - reached.begin();
+    return points[static_cast<std::size_t>(at)];
+}
+
+TEST(ValueAt, CurvesAreWithinAHundredthOfAPixel) {
+    struct Case {
+        const char* name;
+        Components from, to, out, in;
+    };
+    const Case cases[] = {
+        {"uneven speed", {0, 0, 0}, {300, 0, 0}, {0, -400, 0}, {-10, 0, 0}},
+        {"a loop", {0, 0, 0}, {100, 0, 0}, {400, 300, 0}, {-400, 300, 0}},
+        {"a cusp", {0, 0, 0}, {100, 0, 0}, {100, 300, 0}, {-100, 300, 0}},
+        {"start is end", {50, 50, 0}, {50, 50, 0}, {800, 0, 0}, {0, 800, 0}},
+        {"depth too", {0, 0, 0}, {500, 100, 300}, {0, 0, 600}, {0, -200, 0}},
+        {"one tangent only", {0, 0, 0}, {1000, 500, 0}, {}, {-700, 300, 0}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Stream stream = curved(c.from, c.to, c.out, c.in);
+        Components p1{}, p2{};
+        for (std::size_t i = 0; i < 3; ++i) {
+            p1[i] = c.from[i] + c.out[i];
+            p2[i] = c.to[i] + c.in[i];
+        }
+        for (const double share : {0.1, 0.37, 0.5, 0.9}) {
+            const Components expected = pointByPolyline(c.from, p1, p2, c.to, share);
+            const Components value = valueAt(stream, 30 * share);
+            for (std::size_t i = 0; i < 3; ++i)
+                EXPECT_NEAR(value[i], expected[i], 0.01) << share;
+        }
+    }
+}
+
+std::array<double, 2> mapped(const Matrix4d& matrix, double x, double y) {
+    return {x * matrix.m[0][0] + y * matrix.m[1][0] + matrix.m[3][0],
+            x * matrix.m[0][1] + y * matrix.m[1][1] + matrix.m[3][1]};
+}
+
+Layer placed(double x, double y) {
+    Layer layer;
+    layer.transform.position = fixed(x, y);
+    layer.transform.anchor = fixed(0, 0);
+    layer.transform.scale = fixed(100, 100);
+    return layer;
+}
+
+TEST(Matrices, ParentTurnsAndStretchesItsChild) {
+    Layer parent = placed(100, 100);
+    parent.transform.rotation.value[0] = 90;
+    parent.transform.scale = fixed(200, 100);
+    Layer child = placed(30, 0);
+    child.parent = &parent;
+    // (30, 0) stretched to (60, 0), turned clockwise to (0, 60), moved to (100, 160).
+    const auto origin = mapped(worldMatrix(child, 0), 0, 0);
+    EXPECT_NEAR(origin[0], 100, 1e-9);
+    EXPECT_NEAR(origin[1], 160, 1e-9);
+    // The child's own x axis is the parent's: 10 along it are 20 down.
+    const auto along = mapped(worldMatrix(child, 0), 10, 0);
+    EXPECT_NEAR(along[1], 180, 1e-9);
+}
+
+TEST(Matrices, AnchorLandsOnThePosition) {
+    Layer layer = placed(7, 8);
+    layer.transform.anchor = fixed(50, 20);
+    layer.transform.rotation.value[0] = 33;
+    layer.transform.scale = fixed(-70, 30);
+    layer.transform.skew.value[0] = 12;
+    const auto anchor = mapped(localMatrix(layer, 0), 50, 20);
+    EXPECT_NEAR(anchor[0], 7, 1e-12);
+    EXPECT_NEAR(anchor[1], 8, 1e-12);
+}
+
+TEST(Matrices, SkewLeansTheTopToTheRight) {
+    Layer layer = placed(0, 0);
+    layer.transform.skew.value[0] = 45;
+    EXPECT_NEAR(mapped(localMatrix(layer, 0), 0, -10)[0], 10, 1e-9);
+    // At axis 90: (10, 0) turned to (0, 10), sheared to (-10, 10), turned back to (10, 10).
+    layer.transform.skewAxis.value[0] = 90;
+    const auto right = mapped(localMatrix(layer, 0), 10, 0);
+    EXPECT_NEAR(right[0], 10, 1e-9);
+    EXPECT_NEAR(right[1], 10, 1e-9);
+}
+
+TEST(Matrices, AutoOrientFollowsTheWay) {
+    Layer layer = placed(0, 0);
+    layer.autoOrient = true;
+    EXPECT_EQ(travelDirection(layer.transform, 3), 0) << "at rest";
+    Stream& position = layer.transform.position;
+    position.keys.frames = {0, 10, 20};
+    position.keys.values = {0, 0, 0, 100, -100, 100}; // down, then to the left
+    EXPECT_NEAR(travelDirection(layer.transform, -3), 90, 1e-6) << "before the first key";
+    EXPECT_NEAR(travelDirection(layer.transform, 5), 90, 1e-6);
+    EXPECT_NEAR(travelDirection(layer.transform, 10), 180, 1e-6) << "at a key the way ahead counts";
+    EXPECT_NEAR(travelDirection(layer.transform, 50), 180, 1e-6) << "after the last key";
+    layer.transform.rotation.value[0] = 90;
+    // 90 of its own and 90 of the way: half a turn.
+    EXPECT_NEAR(localMatrix(layer, 5).m[0][0], -1, 1e-9);
+
+    const double k = 55.2284749831;
+    layer.transform.position = curved({100, 0, 0}, {0, 100, 0}, {0, k, 0}, {k, 0, 0});
+    EXPECT_NEAR(travelDirection(layer.transform, 15), 135, 0.01) << "the tangent of a quarter circle at half";
+}
+
+TEST(Matrices, SeparatedDimensions) {
+    Layer layer = placed(5, 5);
+    layer.transform.separated = true;
+    layer.transform.positionX = single({0, 10}, {0, 10});
+    layer.transform.positionY = single({10, 20}, {0, 20});
+    EXPECT_EQ(positionAt(layer.transform, 15), (Components{10, 10, 0}));
+    EXPECT_NEAR(travelDirection(layer.transform, 2), 0, 1e-6);
+    EXPECT_NEAR(travelDirection(layer.transform, 15), 90, 1e-6);
+    EXPECT_NEAR(travelDirection(layer.transform, 25), 90, 1e-6);
+}
+
+} // namespace
+} // namespace jostle::standalone

@@ -1,0 +1,80 @@
+#include "standalone/document/frame_clock.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace jostle::standalone {
+namespace {
+
+TEST(FrameClock, DurationIsTheOneTheRateWasMadeFrom) {
+    struct Case {
+        const char* name;
+        double rate;
+        std::int32_t value;
+        std::uint32_t scale;
+    };
+    constexpr Case cases[] = {
+        {"whole rate", 25, 1, 25},
+        {"29.97 in sixteen bits", 29.9700012207031, 100, 2997},
+        {"23.976 in sixteen bits", 23.9759979248047, 1000, 23976},
+        {"12.5 needs a tenth", 12.5, 10, 125},
+        {"no plain fraction", 60.0333709716797, 65536, 3934347},
+        {"a rate near 0 is no scale of 0", 0.001, 1000, 1},
+        {"a rate beyond 32 bits stays within", 1e12, 1, 4294967295u},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const HostTime duration = FrameClock(c.rate).frameDuration();
+        EXPECT_EQ(duration.value, c.value);
+        EXPECT_EQ(duration.scale, c.scale);
+    }
+}
+
+TEST(FrameClock, SnapsWhatWasMeantWhole) {
+    EXPECT_EQ(FrameClock::snap(61.0000024845809), 61);
+    EXPECT_EQ(FrameClock::snap(99.99989), 100);
+    EXPECT_EQ(FrameClock::snap(-0.0009), 0);
+    EXPECT_EQ(FrameClock::snap(12.5), 12.5);
+    EXPECT_EQ(FrameClock::snap(10.0011), 10.0011);
+    EXPECT_EQ(FrameClock::snap(10000.019), 10000); // 2e-6 times itself is 0.02
+}
+
+TEST(FrameClock, NoFrameIsLostOnTheWayToATimeAndBack) {
+    for (const double rate : {24.0, 25.0, 29.9700012207031, 23.9759979248047, 60.0333709716797, 24.002}) {
+        const FrameClock clock(rate);
+        const HostTime duration = clock.frameDuration();
+        for (int frame = -50; frame < 30000; ++frame) {
+            const HostTime time = clock.timeOf(frame);
+            ASSERT_EQ(clock.frameAt(time), frame) << rate;
+            // Callers divide by the duration and cut.
+            const double quotient = (static_cast<double>(time.value) / time.scale) /
+                                    (static_cast<double>(duration.value) / duration.scale);
+            ASSERT_EQ(std::floor(quotient + 1e-9), frame) << rate;
+        }
+    }
+}
+
+TEST(FrameClock, TimesBeyondTheScale) {
+    const HostTime half = FrameClock(25).timeOf(12.5);
+    EXPECT_EQ(half.value, 125);
+    EXPECT_EQ(half.scale, 250u);
+
+    // 3 000 000 frames times 1000 / 23976 do not fit; both divided by 24 do.
+    const HostTime late = FrameClock(23.9759979248047).timeOf(3e6);
+    EXPECT_EQ(late.value, 125000000);
+    EXPECT_EQ(late.scale, 999u);
+
+    // A third of a frame has no exact time.
+    const HostTime third = FrameClock(24).timeOf(1.0 / 3);
+    EXPECT_NEAR(static_cast<double>(third.value) / third.scale, 1.0 / 72, 1e-9);
+
+    const HostTime never = FrameClock(25).timeOf(1e300);
+    EXPECT_EQ(never.value, 2147483647);
+    EXPECT_EQ(never.scale, 1u);
+    EXPECT_EQ(FrameClock(25).frameAt({100, 0}), 0);
+    EXPECT_NEAR(FrameClock(25).timeOf(1e10).value / 1.0 / FrameClock(25).timeOf(1e10).scale, 4e8, 1);
+}
+
+} // namespace
+} // namespace jostle::standalone

@@ -1,0 +1,128 @@
+#include "standalone/lottie/json_tree.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "standalone/lottie/json_string.h"
+
+namespace jostle::standalone {
+namespace {
+
+/// A tree with the text it refers to.
+struct Parsed {
+    std::string text;
+    JsonTree tree;
+    std::optional<JsonError> error;
+
+    explicit Parsed(std::string_view json) : text{json}, error{tree.parse(text)} {}
+    JsonValue root() const { return tree.root(); }
+};
+
+TEST(JsonTree, ValuesKnowTheirPlace) {
+    const Parsed p(" { \"a\" : [1, -2.5e1 ,3] ,\r\n\t\"b\":{ \"c\" :\"x, y: {\" }, \"d\":[[1],null,true, 7]}\n");
+    ASSERT_FALSE(p.error);
+    EXPECT_EQ(p.root()["a"].text(), "[1, -2.5e1 ,3]");
+    EXPECT_EQ(p.root()["b"].text(), "{ \"c\" :\"x, y: {\" }");
+    EXPECT_EQ(p.root()["b"]["c"].string(), "x, y: {");
+    EXPECT_EQ(p.text.substr(p.root()["b"].keySpan().begin, 3), "\"b\"");
+
+    double numbers[5] = {};
+    EXPECT_EQ(p.root()["a"].numbers(numbers, 5), 3u);
+    EXPECT_EQ(numbers[1], -25);
+    EXPECT_EQ(p.root()["a"].numbers(numbers, 2), 2u);
+    EXPECT_FALSE(p.root()["a"].firstChild()) << "plain numbers are one entry";
+
+    JsonValue element = p.root()["d"].firstChild();
+    EXPECT_EQ(element.text(), "[1]");
+    element = element.nextSibling(p.root()["d"]).nextSibling(p.root()["d"]);
+    EXPECT_EQ(element.text(), "true");
+    element = element.nextSibling(p.root()["d"]);
+    EXPECT_EQ(element.integer(0), 7);
+    EXPECT_EQ(element.pointer(), "/d/3");
+    EXPECT_FALSE(element.nextSibling(p.root()["d"]));
+    EXPECT_EQ(p.tree.valueAt(element.span()).text(), "7");
+}
+
+TEST(JsonTree, WrongTypesGiveDefaults) {
+    const Parsed p(R"({"s":"5","n":4.0,"h":4.5,"t":true,"z":null,"big":1e300,"e":1e999,"tiny":-1e-999,"long":)" +
+                   std::string("1") + std::string(400, '0') + "e-400,\"k\":1,\"k\":2,\"\\u0061b\":3}");
+    ASSERT_FALSE(p.error);
+    const JsonValue root = p.root();
+    EXPECT_EQ(root["s"].number(9), 9);
+    EXPECT_EQ(root["n"].integer(9), 4);
+    EXPECT_EQ(root["h"].integer(9), 9);
+    EXPECT_EQ(root["big"].integer(9), 9);
+    EXPECT_EQ(root["n"].boolean(true), true);
+    EXPECT_EQ(root["n"].string("none"), "none");
+    EXPECT_TRUE(root["t"].flag());
+    EXPECT_FALSE(root["z"].flag());
+    EXPECT_EQ(*root["e"].number(), HUGE_VAL);
+    EXPECT_EQ(root["e"].number(9), 9);
+    EXPECT_EQ(*root["tiny"].number(), 0);
+    EXPECT_EQ(root["e"].text(), "1e999");
+    EXPECT_EQ(root["long"].number(9), 1) << "a long number that is small by its exponent";
+    EXPECT_EQ(root["k"].integer(0), 2) << "of doubled members the last counts";
+    EXPECT_EQ(root["ab"].integer(0), 3) << "names have escapes too";
+    EXPECT_EQ(root["n"]["deeper"]["yet"].number(9), 9);
+    EXPECT_EQ(root["missing"].type(), JsonType::Missing);
+}
+
+TEST(JsonTree, StringsAreUtf8) {
+    const Parsed p(R"(["\u00e9\/\n\"", "\ud83d\ude00", "\ude00", "a\u0000b"])");
+    ASSERT_FALSE(p.error);
+    JsonValue s = p.root().firstChild();
+    EXPECT_EQ(s.string(), "\xC3\xA9/\n\"");
+    s = s.nextSibling(p.root());
+    EXPECT_EQ(s.string(), "\xF0\x9F\x98\x80");
+    s = s.nextSibling(p.root());
+    EXPECT_EQ(s.string(), "\xEF\xBF\xBD") << "half a pair";
+    s = s.nextSibling(p.root());
+    EXPECT_EQ(s.string(), std::string("a\0b", 3));
+    EXPECT_EQ(unescaped("\xFFz\xC3"), "\xEF\xBF\xBDz\xEF\xBF\xBD") << "no UTF-8";
+    std::string quoted;
+    appendQuoted(quoted, "a\"\\\x01\xC3\xA9");
+    EXPECT_EQ(quoted, "\"a\\\"\\\\\\u0001\xC3\xA9\"");
+}
+
+TEST(JsonTree, RefusesWhatIsNoJson) {
+    struct Case {
+        const char* name;
+        std::string text;
+        const char* says;
+        std::size_t line, column;
+    };
+    const Case cases[] = {
+        {"empty", "", "empty", 1, 1},
+        {"cut off", "{\"a\":[1,2", "Missing a comma", 1, 10},
+        {"not a number", "{\n  \"a\": NaN}", "Invalid value", 2, 8},
+        {"text behind", "{} x", "after the end", 1, 4},
+        {"zero byte behind", std::string("{}\0 ", 4), "after the end", 1, 3},
+        {"zero byte within", std::string("{\"a\0\":1}", 8), "not valid JSON", 1, 0},
+        {"201 levels", std::string(201, '[') + std::string(201, ']'), "deeper than 200", 1, 201},
+        {"very many levels", std::string(1000000, '['), "deeper than 200", 1, 201},
+        {"unclosed string", "\xEF\xBB\xBF[\"\xC3\xA9", "not valid JSON", 1, 0},
+        {"no sign of a number", "[1e999,1-2]", "not valid JSON", 1, 0},
+        {"a leading zero", "[1e999,012]", "not valid JSON", 1, 0},
+        {"two points", "[1e999,1.5.5]", "not valid JSON", 1, 0},
+        {"no exponent", "[1e999,1e]", "not valid JSON", 1, 0},
+        {"half an escape", "[\"\\u12", "not valid JSON", 1, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Parsed p(c.text);
+        ASSERT_TRUE(p.error);
+        EXPECT_NE(p.error->what.find(c.says), std::string::npos) << p.error->what;
+        EXPECT_FALSE(p.root());
+        const TextPlace place = placeInText(p.text, p.error->offset);
+        EXPECT_EQ(place.line, c.line);
+        if (c.column != 0) {
+            EXPECT_EQ(place.column, c.column);
+        }
+    }
+    EXPECT_FALSE(Parsed(std::string(200, '[') + std::string(200, ']')).error);
+    EXPECT_FALSE(Parsed("\xEF\xBB\xBF{\"a\":1}").error) << "a byte-order mark is skipped";
+}
+
+} // namespace
+} // namespace jostle::standalone

@@ -1,0 +1,225 @@
+#include "standalone/lottie/reader.h"
+
+#include <gtest/gtest.h>
+
+#include "standalone/document/evaluate.h"
+#include "standalone/lottie/assets.h"
+
+namespace jostle::standalone {
+namespace {
+
+/// A document of the given layers.
+std::string document(const std::string& layers, const std::string& more = "") {
+    return R"({"v":"5.7.4","fr":25,"ip":0,"op":100,"w":640,"h":480,"nm":"Scene")" + more + ",\"layers\":[" + layers +
+           "]}";
+}
+
+/// The transform of a document's only layer.
+Transform transformOf(const std::string& ks, const std::string& more = "") {
+    const ReadResult result = readLottie(document("{\"ty\":4,\"ks\":" + ks + "}", more), "t.json");
+    return result ? result.composition->layers[0]->transform : Transform{};
+}
+
+TEST(Reader, Settings) {
+    const ReadResult read = readLottie(
+        R"({"fr":29.9700012207031,"ip":48.0000019550801,"op":120.00000488770,"w":640,"h":480.0,"nm":"Caf\u00e9","layers":[],
+            "jostle":{"version":1,"duration":240,"pixelAspect":[4,3],"background":[1,0.5,0]}})",
+        "a.json");
+    ASSERT_TRUE(read) << read.error;
+    const Composition& c = *read.composition;
+    EXPECT_EQ(c.item->name, "Caf\xC3\xA9");
+    EXPECT_EQ(c.item->width, 640);
+    EXPECT_EQ(c.item->height, 480);
+    EXPECT_EQ(c.inFrame, 48);
+    EXPECT_EQ(c.outFrame, 120);
+    EXPECT_EQ(c.durationFrames, 240);
+    EXPECT_NEAR(c.pixelAspect, 4.0 / 3, 1e-15);
+    EXPECT_EQ(c.background.green, 0.5);
+}
+
+TEST(Reader, LayersAndWhatTheyShow) {
+    const ReadResult read = readLottie(document(R"(
+        {"ty":1,"nm":"floor","ind":7,"sw":300,"sh":20,"sc":"#FF0000","ip":2,"op":50.5,"st":-3,"sr":0,"hd":true,"mb":true},
+        {"ty":2,"ind":7,"refId":"pic","parent":7,"hd":1,"td":1,"ao":1},
+        {"ty":0,"refId":"pre","w":50,"h":60,"tt":1,"masksProperties":[{},{"pt":{}},3]},
+        {"ty":0,"refId":"loop","w":50,"h":60,"tt":1,"tp":7},
+        {"ty":3.0,"ind":3.0,"jostle":{"label":9,"guide":true}},
+        {"ty":5},{"ty":99,"op":"x"},null)",
+                                                R"(,"assets":[{"id":"pic","w":32,"h":16,"p":"a.png"},
+        {"id":"pre","nm":"Inner","layers":[{"ty":2,"refId":"pic"}]},{"id":"loop","layers":[{"ty":0,"refId":"loop"}]}])"),
+                                       "a.json");
+    ASSERT_TRUE(read) << read.error;
+    const auto& layers = read.composition->layers;
+    ASSERT_EQ(layers.size(), 8u) << "every entry counts in the order";
+    EXPECT_EQ(layers[0]->name, "floor");
+    EXPECT_TRUE(layers[0]->item->isSolid);
+    EXPECT_EQ(layers[0]->item->solidColor.green, 0);
+    EXPECT_EQ(layers[0]->outFrame, 50.5);
+    EXPECT_EQ(layers[0]->stretch, 1);
+    EXPECT_TRUE(layers[0]->hidden && layers[0]->motionBlur);
+    EXPECT_EQ(layers[1]->id, 8) << "7 was taken";
+    EXPECT_FALSE(layers[1]->idInFile);
+    EXPECT_EQ(layers[1]->parent, layers[0].get());
+    EXPECT_FALSE(layers[1]->hidden) << "only true hides";
+    EXPECT_TRUE(layers[1]->matteSource && layers[1]->autoOrient);
+    EXPECT_EQ(layers[1]->item->name, "pic");
+    EXPECT_EQ(layers[1]->item->width, 32);
+    EXPECT_EQ(layers[2]->item->kind, Item::Kind::Composition);
+    EXPECT_EQ(layers[2]->item->name, "Inner");
+    EXPECT_EQ(layers[2]->item->height, 60);
+    EXPECT_EQ(layers[2]->maskCount, 2);
+    EXPECT_TRUE(layers[2]->usesMatteAbove);
+    EXPECT_EQ(layers[3]->item->width, 0) << "contains itself";
+    EXPECT_FALSE(layers[3]->usesMatteAbove);
+    EXPECT_EQ(layers[4]->kind, LayerKind::Null);
+    EXPECT_EQ(layers[4]->id, 3);
+    EXPECT_EQ(layers[4]->item->width, 100);
+    EXPECT_EQ(layers[4]->label, 9);
+    EXPECT_TRUE(layers[4]->guide);
+    EXPECT_EQ(layers[5]->item, nullptr);
+    EXPECT_EQ(layers[6]->kind, LayerKind::Unknown);
+    EXPECT_EQ(layers[6]->outFrame, 100) << "the composition's end";
+    EXPECT_EQ(layers[7]->transform.scale.value, (Components{100, 100, 100}));
+}
+
+TEST(Reader, SolidColours) {
+    EXPECT_EQ(colourFromHex("#0f8").blue, 8 / 15.0);
+    EXPECT_EQ(colourFromHex("#00FF0080").green, 1);
+    EXPECT_EQ(colourFromHex("#00FF0080").red, 0);
+    for (const char* broken : {"", "#", "#12", "red", "#gg0000", "#-10000"})
+        EXPECT_EQ(colourFromHex(broken).red, 1) << broken;
+}
+
+TEST(Reader, StaticProperties) {
+    struct Case {
+        const char* name;
+        const char* position;
+        int components;
+        Components value;
+    };
+    constexpr Case cases[] = {
+        {"two components", R"({"a":0,"k":[1,2]})", 2, {1, 2, 0}},
+        {"three components", R"({"k":[1,2,3]})", 3, {1, 2, 3}},
+        {"four: the rest is dropped", R"({"k":[1,2,3,4]})", 3, {1, 2, 3}},
+        {"one component is padded", R"({"k":[5]})", 2, {5, 0, 0}},
+        {"a bare number", R"({"k":5})", 2, {5, 0, 0}},
+        {"strings", R"({"k":["1","2"]})", 3, {0, 0, 0}},
+        {"no value", R"({"a":0})", 3, {0, 0, 0}},
+        {"no keys", R"({"a":1,"k":[]})", 3, {0, 0, 0}},
+        {"an array", "[1,2]", 3, {0, 0, 0}},
+        {"a path", R"({"k":{"v":[]}})", 3, {0, 0, 0}},
+        {"a says animated, k is not", R"({"a":1,"k":[1,2]})", 2, {1, 2, 0}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Stream position = transformOf(std::string("{\"p\":") + c.position + "}").position;
+        EXPECT_EQ(position.components, c.components);
+        EXPECT_EQ(position.value, c.value);
+        EXPECT_TRUE(position.keys.empty());
+    }
+    EXPECT_EQ(transformOf(R"({"s":{"k":[50,60]}})").scale.value, (Components{50, 60, 0}));
+    EXPECT_EQ(transformOf(R"({"r":{"k":[45,1]}})").rotation.value, (Components{45, 0, 0}));
+}
+
+TEST(Reader, Keyframes) {
+    struct Case {
+        const char* name;
+        const char* keys;
+        std::vector<double> frames, values;
+    };
+    const Case cases[] = {
+        {"new files", R"([{"t":0,"s":[1]},{"t":10,"s":[2]}])", {0, 10}, {1, 2}},
+        {"old files end with a bare time", R"([{"t":0,"s":[1],"e":[2]},{"t":10,"s":[2],"e":[5]},{"t":20}])",
+         {0, 10, 20}, {1, 2, 5}},
+        {"the last key without a value, held before", R"([{"t":0,"s":[1],"e":[2],"h":1},{"t":9}])", {0, 9}, {1, 1}},
+        {"the next key's value wins over the end", R"([{"t":0,"s":[1],"e":[7]},{"t":9,"s":[2]}])", {0, 9}, {1, 2}},
+        {"out of order", R"([{"t":9,"s":[2]},{"t":-1.5,"s":[1]}])", {-1.5, 9}, {1, 2}},
+        {"at one time the later counts", R"([{"t":0,"s":[1]},{"t":9,"s":[2]},{"t":9,"s":[3]}])", {0, 9}, {1, 3}},
+        {"whole frames are snapped", R"([{"t":0,"s":[1]},{"t":61.0000024845809,"s":[3]}])", {0, 61}, {1, 3}},
+        {"values without an array", R"([{"t":0,"s":1},{"t":3,"s":2}])", {0, 3}, {1, 2}},
+        {"a lone key", R"([{"t":4,"s":[8]}])", {4}, {8}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Stream rotation = transformOf(std::string("{\"r\":{\"k\":") + c.keys + "}}").rotation;
+        EXPECT_EQ(rotation.keys.frames, c.frames);
+        EXPECT_EQ(rotation.keys.values, c.values);
+    }
+    const Stream leap = transformOf(R"({"r":{"k":[{"t":0,"s":[0]},{"t":10,"s":[10]},{"t":10,"s":[50]},{"t":20,"s":[60]}]}})")
+                            .rotation;
+    EXPECT_DOUBLE_EQ(valueAt(leap, 5)[0], 5) << "before a leap the way leads to its foot";
+    EXPECT_EQ(valueAt(leap, 10)[0], 50);
+}
+
+TEST(Reader, EasingHoldsAndTangents) {
+    const Transform t = transformOf(
+        R"({"s":{"k":[{"t":0,"s":[0,0],"o":{"x":[0.3],"y":[0]},"i":{"x":[0.7,0.5],"y":[1,1]}},{"t":9,"s":[9,9]}]},
+            "p":{"k":[{"t":0,"s":[0,0,0],"o":{"x":0.3,"y":0},"i":{"x":0.7,"y":1},"to":[1,2,3],"ti":[0,0,0]},
+                      {"t":5,"s":[1,1,1],"h":1},{"t":9,"s":[9,9,9]}]},
+            "r":{"k":[{"t":0,"s":[0],"o":{"x":[0.167],"y":[0.167]},"i":{"x":[0.833],"y":[0.833]}},{"t":9,"s":[9]}]}})");
+    const KeySegment& scale = t.scale.keys.segments[0];
+    EXPECT_EQ(scale.outX[1], 0.3) << "a short array's first element counts for the rest";
+    EXPECT_EQ(scale.inX[1], 0.5);
+    EXPECT_FALSE(scale.linear);
+    EXPECT_TRUE(t.position.keys.segments[0].spatial);
+    EXPECT_EQ(t.position.keys.segments[0].outTangent, (Components{1, 2, 3}));
+    EXPECT_TRUE(t.position.keys.segments[1].hold);
+    EXPECT_TRUE(t.rotation.keys.segments.empty()) << "linear keys need none";
+}
+
+TEST(Reader, SlotsExpressionsAndSeparatedDimensions) {
+    const Transform slotted =
+        transformOf(R"({"p":{"k":[1,2],"sid":"where"},"r":{"k":3,"sid":"nowhere"}})", R"(,"slots":{"where":{"p":{"k":[8,9]}}})");
+    EXPECT_EQ(slotted.position.value, (Components{8, 9, 0}));
+    EXPECT_EQ(slotted.rotation.value[0], 3);
+
+    const ReadResult read = readLottie(
+        document(R"({"ty":4,"nm":"arm","ddd":1,"ks":{"p":{"s":true,"x":{"k":1,"x":"var $bm_rt;"},"y":{"k":2}},"rz":{"k":30}}},{"ty":4})"),
+        "a.json");
+    ASSERT_TRUE(read) << read.error;
+    const Transform& t = read.composition->layers[0]->transform;
+    EXPECT_TRUE(t.separated);
+    EXPECT_EQ(positionAt(t, 0), (Components{1, 2, 0}));
+    EXPECT_TRUE(t.positionX.hasExpression && t.positionX.expressionEnabled);
+    EXPECT_FALSE(t.positionY.hasExpression);
+    EXPECT_EQ(t.rotation.value[0], 30);
+    ASSERT_EQ(read.notes.size(), 1u);
+    EXPECT_NE(read.notes[0].find("layer 1 \"arm\""), std::string::npos) << read.notes[0];
+}
+
+TEST(Reader, RefusesWithAMessage) {
+    struct Case {
+        const char* name;
+        std::string text;
+        std::vector<std::string> says;
+    };
+    const auto second = [](const std::string& ks) { return document("{\"ty\":4},{\"ty\":4,\"nm\":\"ball\",\"ks\":" + ks + "}"); };
+    const Case cases[] = {
+        {"not JSON", "{\n\"fr\":NaN}", {"f.json", "line 2, column 6", "not valid JSON"}},
+        {"root is an array", "[1]", {"no object"}},
+        {"layers missing", R"({"fr":25,"w":1,"h":1})", {"\"layers\""}},
+        {"layers no array", R"({"fr":25,"w":1,"h":1,"layers":{}})", {"\"layers\""}},
+        {"no frame rate", R"({"w":1,"h":1,"layers":[]})", {"\"fr\"", "missing"}},
+        {"frame rate 0", R"({"fr":0,"w":1,"h":1,"layers":[]})", {"\"fr\"", "is 0"}},
+        {"width of a wrong type", R"({"fr":25,"w":"640","h":1,"layers":[]})", {"\"w\"", "\"640\""}},
+        {"height without end", R"({"fr":25,"w":1,"h":1e999,"layers":[]})", {"\"h\"", "1e999"}},
+        {"width beyond reason", R"({"fr":25,"w":1e300,"h":1,"layers":[]})", {"1000000"}},
+        {"position without end", second(R"({"p":{"k":[1,1e999]}})"), {"layer 2 \"ball\"", "/layers/1/ks/p/k", "1e999"}},
+        {"rotation too large", second(R"({"r":{"k":-1e16}})"), {"layer 2 \"ball\"", "/ks/r/k", "1e15"}},
+        {"a key's time", second(R"({"s":{"k":[{"t":1e999,"s":[1,1]}]}})"), {"layer 2", "/ks/s/k/0/t"}},
+        {"a key's tangent", second(R"({"p":{"k":[{"t":0,"s":[1,1],"to":[1e99,0]}]}})"), {"/ks/p/k/0/to"}},
+        {"a separated dimension", second(R"({"p":{"s":true,"x":{"k":0},"y":{"k":1e40}}})"), {"/ks/p/y/k"}},
+        {"too deep", document("{\"shapes\":" + std::string(500, '[') + std::string(500, ']') + "}"), {"200 levels"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const ReadResult read = readLottie(c.text, "f.json");
+        EXPECT_FALSE(read);
+        for (const std::string& words : c.says)
+            EXPECT_NE(read.error.find(words), std::string::npos) << read.error;
+    }
+    EXPECT_TRUE(readLottie(second(R"({"p":{"k":[1e15,-1e15]},"r":{"k":1e-999}})"), "f.json"));
+}
+
+} // namespace
+} // namespace jostle::standalone
