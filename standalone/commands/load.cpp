@@ -13,6 +13,10 @@ std::optional<LoadedDocument> loadDocument(const std::string& path) {
         complain(path, file.error);
         return std::nullopt;
     }
+    if (file.text.starts_with("PK")) {
+        complain(path, "is an archive (.lottie); unpack it and give the animation in it (.json)");
+        return std::nullopt;
+    }
     ReadResult read = readLottie(std::move(file.text), path);
     if (!read) {
         std::fprintf(stderr, "jostle: %s\n", read.error.c_str()); // names the file itself
