@@ -10,10 +10,12 @@ namespace {
 
 constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
-template <class Key> using Places = std::vector<std::pair<Key, std::size_t>>;
+template<class Key>
+using Places = std::vector<std::pair<Key, std::size_t>>;
 
 /// First place of a key in a list sorted by key, then by place.
-template <class Key> std::size_t firstPlace(const Places<Key>& places, const Key& key) {
+template<class Key>
+std::size_t firstPlace(const Places<Key>& places, const Key& key) {
     const auto found = std::lower_bound(places.begin(), places.end(), std::pair{key, std::size_t{0}});
     return found != places.end() && found->first == key ? found->second : nowhere;
 }
@@ -39,8 +41,13 @@ void cutRings(std::vector<std::size_t>& parents) {
 } // namespace
 
 Composition::Composition(const Composition& other)
-    : item{other.item}, clock{other.clock}, inFrame{other.inFrame}, outFrame{other.outFrame},
-      durationFrames{other.durationFrames}, pixelAspect{other.pixelAspect}, background{other.background},
+    : item{other.item},
+      clock{other.clock},
+      inFrame{other.inFrame},
+      outFrame{other.outFrame},
+      durationFrames{other.durationFrames},
+      pixelAspect{other.pixelAspect},
+      background{other.background},
       changed{other.changed} {
     Places<const Layer*> places;
     layers.reserve(other.layers.size());

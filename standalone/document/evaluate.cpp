@@ -17,7 +17,8 @@ constexpr double degrees = std::numbers::pi / 180;
 
 /// Root of a rising function within 0 to 1, by Newton's method kept within a shrinking bracket.
 /// @param evaluate  gives the value, less the target, and sets the derivative
-template <class Evaluate> double solveRising(double guess, double tolerance, const Evaluate& evaluate) {
+template<class Evaluate>
+double solveRising(double guess, double tolerance, const Evaluate& evaluate) {
     double low = 0, high = 1, at = guess;
     for (int step = 0; step < 64; ++step) {
         double slope = 0;
@@ -109,9 +110,9 @@ struct Curve {
         const double within = sought - reached[index];
         const double tolerance = 1e-9 * reached[pieces];
         return from + piece * solveRising(within / span, tolerance, [&](double s, double& slope) {
-                   slope = speed(from + s * piece) * piece;
-                   return length(from, from + s * piece) - within;
-               });
+                          slope = speed(from + s * piece) * piece;
+                          return length(from, from + s * piece) - within;
+                      });
     }
 };
 
@@ -148,8 +149,8 @@ Components between(const Stream& stream, std::size_t key, double time) {
     for (std::size_t c = 0; c < 3; ++c)
         way[c] = end[c] - start[c];
     if (segment && segment->spatial) {
-        const bool straight = lengthOf(way) > 0 && liesOnLine(way, segment->outTangent) &&
-                              liesOnLine(way, segment->inTangent);
+        const bool straight =
+            lengthOf(way) > 0 && liesOnLine(way, segment->outTangent) && liesOnLine(way, segment->inTangent);
         if (!straight) {
             const Curve curve{start, segment->outTangent, segment->inTangent, end};
             return curve.at(curve.parameterAt(std::clamp(ease(*segment, 0, time), 0.0, 1.0)));

@@ -32,7 +32,8 @@ enum class FieldForm {
     Single,  ///< property of one component; handles in arrays
 };
 
-template <class Record> struct Field {
+template<class Record>
+struct Field {
     using Member =
         std::variant<std::monostate, JsonValue Record::*, double Record::*, bool Record::*, Stream Record::*>;
 
@@ -43,7 +44,8 @@ template <class Record> struct Field {
 };
 
 /// The field that a member of an object belongs to, or null.
-template <class Table> [[nodiscard]] const typename Table::value_type* findField(const Table& table, JsonValue member) {
+template<class Table>
+[[nodiscard]] const typename Table::value_type* findField(const Table& table, JsonValue member) {
     for (const auto& field : table) {
         if (member.hasKey(field.name))
             return &field;
@@ -52,7 +54,8 @@ template <class Table> [[nodiscard]] const typename Table::value_type* findField
 }
 
 /// Reads what is told by the table alone. Members of a wrong type leave the record's defaults.
-template <class Table, class Record> void readFields(const Table& table, const JsonValue& object, Record& record) {
+template<class Table, class Record>
+void readFields(const Table& table, const JsonValue& object, Record& record) {
     if (!object.isObject())
         return;
     forEachChild(object, [&](const JsonValue& value) {
@@ -140,7 +143,6 @@ inline constexpr std::array layerFields{
     Field<Layer>{"ln", FieldUse::Ignore},
     Field<Layer>{"tg", FieldUse::Ignore},
     Field<Layer>{"au", FieldUse::Ignore},
-    Field<Layer>{"hasExpressions", FieldUse::Ignore},
     Field<Layer>{"xt", FieldUse::Ignore},
 };
 

@@ -218,6 +218,7 @@ TextPlace placeInText(std::string_view text, std::size_t offset) {
 /// Builds the tree from what the parser finds in `json`; an error without words if it met a number too large for it.
 std::optional<JsonError> JsonTree::build(std::string_view json, std::size_t shift) {
     nodes_.clear();
+    nodes_.reserve(json.size() / 12); // animations have a value every ten to twenty bytes
     rapidjson::MemoryStream stream(json.data(), json.size());
     TreeBuilder builder(*this, stream, shift);
     rapidjson::Reader reader;

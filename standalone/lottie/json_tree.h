@@ -122,7 +122,8 @@ private:
 };
 
 /// Calls `visit` with each member of an object or element of an array.
-template <class Visit> void forEachChild(const JsonValue& parent, const Visit& visit) {
+template<class Visit>
+void forEachChild(const JsonValue& parent, const Visit& visit) {
     for (JsonValue child = parent.firstChild(); child; child = child.nextSibling(parent))
         visit(child);
 }

@@ -107,8 +107,8 @@ std::vector<PropertyReader::Key> PropertyReader::keys(const JsonValue& list) {
 
 KeySegment PropertyReader::segment(const KeyframeMembers& members, FieldForm form, int components) {
     KeySegment segment;
-    const bool eased = takeHandle(members.easeOut, segment.outX, segment.outY) &&
-                       takeHandle(members.easeIn, segment.inX, segment.inY);
+    const bool eased =
+        takeHandle(members.easeOut, segment.outX, segment.outY) && takeHandle(members.easeIn, segment.inX, segment.inY);
     if (eased) {
         for (std::size_t c = 0; c < static_cast<std::size_t>(components); ++c) {
             if (segment.outX[c] != segment.outY[c] || segment.inX[c] != segment.inY[c])
@@ -132,8 +132,9 @@ void PropertyReader::fillTrack(std::vector<Key>& keys, FieldForm form, Stream& s
         if (key.startCount > 0)
             std::copy(padding.begin() + key.startCount, padding.end(), key.start.begin() + key.startCount);
         else
-            key.start = i == 0 ? padding : keys[i - 1].hold || keys[i - 1].endCount == 0 ? keys[i - 1].start
-                                                                                          : keys[i - 1].end;
+            key.start = i == 0                                          ? padding
+                        : keys[i - 1].hold || keys[i - 1].endCount == 0 ? keys[i - 1].start
+                                                                        : keys[i - 1].end;
         std::copy(padding.begin() + key.endCount, padding.end(), key.end.begin() + key.endCount);
         key.start = trimmed(key.start, stream.components);
         key.end = trimmed(key.end, stream.components);

@@ -14,7 +14,10 @@ using Print = char* (*)(char*, double);
 class PropertyPrinter {
 public:
     PropertyPrinter(const Stream& stream, FieldForm form, const TextStyle& style)
-        : stream_{stream}, form_{form}, style_{style}, components_{static_cast<std::size_t>(stream.components)},
+        : stream_{stream},
+          form_{form},
+          style_{style},
+          components_{static_cast<std::size_t>(stream.components)},
           print_{stream.keys.segments.empty() ? Print{printThousandths} : Print{printShortest}} {}
 
     [[nodiscard]] std::string value() {
@@ -54,9 +57,7 @@ private:
         out += ']';
     }
 
-    [[nodiscard]] std::string name(std::string_view text) const {
-        return '"' + std::string(text) + '"' + style_.colon;
-    }
+    [[nodiscard]] std::string name(std::string_view text) const { return '"' + std::string(text) + '"' + style_.colon; }
 
     /// One side of a segment's easing as a member, with the comma before it.
     [[nodiscard]] std::string handle(std::string_view side, const Components& x, const Components& y) const {
@@ -110,7 +111,8 @@ private:
         const std::string between = style_.newline.empty() ? style_.comma : ',' + indent;
         const std::string begin = '{' + name("t"), middle = style_.comma + name("s") + '[';
         const std::string linear = linearEasing();
-        out.reserve(keys.size() * (between.size() + begin.size() + middle.size() + linear.size() + 3 + 9 * components_));
+        out.reserve(keys.size() *
+                    (between.size() + begin.size() + middle.size() + linear.size() + 3 + 9 * components_));
         out += '[' + indent;
         double frame = 0;
         for (std::size_t key = 0; key < keys.size(); ++key) {

@@ -106,8 +106,8 @@ void ObjectEdit::commit(TextEdits& edits) {
     std::uint32_t removedBegin = 0; // of members at the front
     std::uint32_t last = 0;
     forEachChild(object_, [&](const JsonValue& member) {
-        const bool goes = std::any_of(removed_.begin(), removed_.end(),
-                                      [&](const std::string& name) { return member.hasKey(name); });
+        const bool goes =
+            std::any_of(removed_.begin(), removed_.end(), [&](const std::string& name) { return member.hasKey(name); });
         if (goes && keptEnd != 0)
             edits.replace({last, member.span().end}, {});
         else if (goes && removedBegin == 0)

@@ -27,7 +27,10 @@ bool sameMotion(const Stream& a, const Stream& b) {
 class DocumentWriter {
 public:
     DocumentWriter(const LottieSource& source, const Composition& composition)
-        : source_{source}, composition_{composition}, root_{source.tree.root()}, style_{styleOf(root_)},
+        : source_{source},
+          composition_{composition},
+          root_{source.tree.root()},
+          style_{styleOf(root_)},
           properties_{root_["slots"]} {
         for (const auto& layer : composition.layers) {
             if (layer->changed && layer->parent && !layer->parent->idInFile)

@@ -48,8 +48,8 @@ TEST(FrameClock, NoFrameIsLostOnTheWayToATimeAndBack) {
             const HostTime time = clock.timeOf(frame);
             ASSERT_EQ(clock.frameAt(time), frame) << rate;
             // Callers divide by the duration and cut.
-            const double quotient = (static_cast<double>(time.value) / time.scale) /
-                                    (static_cast<double>(duration.value) / duration.scale);
+            const double quotient =
+                (static_cast<double>(time.value) / time.scale) / (static_cast<double>(duration.value) / duration.scale);
             ASSERT_EQ(std::floor(quotient + 1e-9), frame) << rate;
         }
     }

@@ -1,9 +1,14 @@
 #include "standalone/lottie/reader.h"
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
 #include <gtest/gtest.h>
 
 #include "standalone/document/evaluate.h"
 #include "standalone/lottie/assets.h"
+#include "standalone/lottie/fields.h"
 
 namespace jostle::standalone {
 namespace {
@@ -129,8 +134,10 @@ TEST(Reader, Keyframes) {
     };
     const Case cases[] = {
         {"new files", R"([{"t":0,"s":[1]},{"t":10,"s":[2]}])", {0, 10}, {1, 2}},
-        {"old files end with a bare time", R"([{"t":0,"s":[1],"e":[2]},{"t":10,"s":[2],"e":[5]},{"t":20}])",
-         {0, 10, 20}, {1, 2, 5}},
+        {"old files end with a bare time",
+         R"([{"t":0,"s":[1],"e":[2]},{"t":10,"s":[2],"e":[5]},{"t":20}])",
+         {0, 10, 20},
+         {1, 2, 5}},
         {"the last key without a value, held before", R"([{"t":0,"s":[1],"e":[2],"h":1},{"t":9}])", {0, 9}, {1, 1}},
         {"the next key's value wins over the end", R"([{"t":0,"s":[1],"e":[7]},{"t":9,"s":[2]}])", {0, 9}, {1, 2}},
         {"out of order", R"([{"t":9,"s":[2]},{"t":-1.5,"s":[1]}])", {-1.5, 9}, {1, 2}},
@@ -145,8 +152,8 @@ TEST(Reader, Keyframes) {
         EXPECT_EQ(rotation.keys.frames, c.frames);
         EXPECT_EQ(rotation.keys.values, c.values);
     }
-    const Stream leap = transformOf(R"({"r":{"k":[{"t":0,"s":[0]},{"t":10,"s":[10]},{"t":10,"s":[50]},{"t":20,"s":[60]}]}})")
-                            .rotation;
+    const Stream leap =
+        transformOf(R"({"r":{"k":[{"t":0,"s":[0]},{"t":10,"s":[10]},{"t":10,"s":[50]},{"t":20,"s":[60]}]}})").rotation;
     EXPECT_DOUBLE_EQ(valueAt(leap, 5)[0], 5) << "before a leap the way leads to its foot";
     EXPECT_EQ(valueAt(leap, 10)[0], 50);
 }
@@ -168,13 +175,14 @@ TEST(Reader, EasingHoldsAndTangents) {
 }
 
 TEST(Reader, SlotsExpressionsAndSeparatedDimensions) {
-    const Transform slotted =
-        transformOf(R"({"p":{"k":[1,2],"sid":"where"},"r":{"k":3,"sid":"nowhere"}})", R"(,"slots":{"where":{"p":{"k":[8,9]}}})");
+    const Transform slotted = transformOf(R"({"p":{"k":[1,2],"sid":"where"},"r":{"k":3,"sid":"nowhere"}})",
+                                          R"(,"slots":{"where":{"p":{"k":[8,9]}}})");
     EXPECT_EQ(slotted.position.value, (Components{8, 9, 0}));
     EXPECT_EQ(slotted.rotation.value[0], 3);
 
     const ReadResult read = readLottie(
-        document(R"({"ty":4,"nm":"arm","ddd":1,"ks":{"p":{"s":true,"x":{"k":1,"x":"var $bm_rt;"},"y":{"k":2}},"rz":{"k":30}}},{"ty":4})"),
+        document(
+            R"({"ty":4,"nm":"arm","ddd":1,"ks":{"p":{"s":true,"x":{"k":1,"x":"var $bm_rt;"},"y":{"k":2}},"rz":{"k":30}}},{"ty":4})"),
         "a.json");
     ASSERT_TRUE(read) << read.error;
     const Transform& t = read.composition->layers[0]->transform;
@@ -187,13 +195,40 @@ TEST(Reader, SlotsExpressionsAndSeparatedDimensions) {
     EXPECT_NE(read.notes[0].find("layer 1 \"arm\""), std::string::npos) << read.notes[0];
 }
 
+// What we rewrite holds nothing that we would leave beside it without knowing what players make of it.
+TEST(Reader, SamplesHaveNoUnknownMembersInTransforms) {
+    const auto expectKnown = [](const auto& table, const JsonValue& object) {
+        forEachChild(
+            object, [&](const JsonValue& member) { EXPECT_NE(findField(table, member), nullptr) << member.pointer(); });
+    };
+    for (const auto& entry : std::filesystem::directory_iterator(JOSTLE_TEST_DATA "/lottie")) {
+        if (entry.path().extension() != ".json")
+            continue;
+        SCOPED_TRACE(entry.path().filename());
+        std::ifstream file(entry.path(), std::ios::binary);
+        const ReadResult read =
+            readLottie({std::istreambuf_iterator<char>(file), {}}, entry.path().filename().string());
+        ASSERT_TRUE(read) << read.error;
+        for (const auto& layer : read.composition->layers) {
+            const JsonValue transform = read.source->tree.valueAt(layer->transform.source);
+            expectKnown(transformFields, transform);
+            forEachChild(transform, [&](const JsonValue& property) {
+                expectKnown(propertyFields, property);
+                forEachChild(property["k"], [&](const JsonValue& key) { expectKnown(keyframeFields, key); });
+            });
+        }
+    }
+}
+
 TEST(Reader, RefusesWithAMessage) {
     struct Case {
         const char* name;
         std::string text;
         std::vector<std::string> says;
     };
-    const auto second = [](const std::string& ks) { return document("{\"ty\":4},{\"ty\":4,\"nm\":\"ball\",\"ks\":" + ks + "}"); };
+    const auto second = [](const std::string& ks) {
+        return document("{\"ty\":4},{\"ty\":4,\"nm\":\"ball\",\"ks\":" + ks + "}");
+    };
     const Case cases[] = {
         {"not JSON", "{\n\"fr\":NaN}", {"f.json", "line 2, column 6", "not valid JSON"}},
         {"root is an array", "[1]", {"no object"}},

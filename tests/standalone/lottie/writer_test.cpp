@@ -15,7 +15,8 @@ namespace jostle::standalone {
 namespace {
 
 /// Reads a document, has it changed and writes it.
-template <class Change> std::string rewritten(const std::string& text, const Change& change) {
+template<class Change>
+std::string rewritten(const std::string& text, const Change& change) {
     const ReadResult read = readLottie(text, "t.json");
     if (!read)
         return read.error;
@@ -107,12 +108,20 @@ TEST(Writer, EditsOfOneProperty) {
     const Case cases[] = {
         {"baked position of two components, expression and slot go",
          R"({"a":0,"x":"wiggle","k":[1,2],"sid":"s","ix":2})",
-         [](Transform& t) { bake(t.position, {0, 1}, {1, 2, 1.5, 2.0004}); },
+         [](Transform& t) {
+             bake(t.position, {0, 1}, {1, 2, 1.5, 2.0004});
+         },
          R"({"a":1,"k":[{"t":0,"s":[1,2],"o":{"x":0.167,"y":0.167},"i":{"x":0.833,"y":0.833}},{"t":1,"s":[1.5,2]}],"ix":2})"},
-        {"a lone key is static", R"({"k":[1,2,3]})", [](Transform& t) { bake(t.position, {4}, {-0.0001, 0.0005, 7}); },
+        {"a lone key is static", R"({"k":[1,2,3]})",
+         [](Transform& t) {
+             bake(t.position, {4}, {-0.0001, 0.0005, 7});
+         },
          R"({"k":[0,0.001,7],"a":0})"},
         {"static in place of keys", R"({"a":1,"k":[{"t":0,"s":[1,2]},{"t":9,"s":[3,4]}],"l":2})",
-         [](Transform& t) { setStatic(t.position, {5.12345, -6, 0}); }, R"({"a":0,"k":[5.123,-6],"l":2})"},
+         [](Transform& t) {
+             setStatic(t.position, {5.12345, -6, 0});
+         },
+         R"({"a":0,"k":[5.123,-6],"l":2})"},
         {"only the expression is disabled", R"({"x":"time","a":0,"k":[1,2]})",
          [](Transform& t) {
              t.position.expressionEnabled = false;
@@ -137,9 +146,16 @@ TEST(Writer, EditsOfOneProperty) {
              setStatic(t.positionY, {4, 0, 0});
          },
          R"({"s":true,"x":{"k":[{"t":0,"s":[0],"o":{"x":[0.167],"y":[0.167]},"i":{"x":[0.833],"y":[0.833]}},{"t":2,"s":[1]}],"a":1},"y":{"k":4,"a":0}})"},
-        {"no object", "7", [](Transform& t) { setStatic(t.position, {1, 2, 0}); }, R"({"a":0,"k":[1,2,0]})"},
+        {"no object", "7",
+         [](Transform& t) {
+             setStatic(t.position, {1, 2, 0});
+         },
+         R"({"a":0,"k":[1,2,0]})"},
         {"doubled members", R"({"k":[9,9],"a":0,"k":[1,2],"sid":"a","sid":"b"})",
-         [](Transform& t) { setStatic(t.position, {3, 4, 0}); }, R"({"k":[9,9],"a":0,"k":[3,4]})"},
+         [](Transform& t) {
+             setStatic(t.position, {3, 4, 0});
+         },
+         R"({"k":[9,9],"a":0,"k":[3,4]})"},
         {"keys of the file keep what they are",
          R"({"a":1,"k":[{"t":0,"s":[1,2],"e":[3,4],"o":{"x":0.1234567,"y":0},"i":{"x":0.5,"y":1},"n":"0p1","to":[5,6],"ti":[-1,0]},{"t":4.5,"s":[3,4],"h":1},{"t":9,"s":[0.33333,0]}]})",
          [](Transform& t) {
@@ -151,7 +167,8 @@ TEST(Writer, EditsOfOneProperty) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const auto layer = [](const char* position) {
-            return around(R"({"ty":4, "ks":{"o":{"k":1e2}, "p":)" + std::string(position) + R"(,"unknown":[ 1.0 ]},"nm":"\u00e9"})");
+            return around(R"({"ty":4, "ks":{"o":{"k":1e2}, "p":)" + std::string(position) +
+                          R"(,"unknown":[ 1.0 ]},"nm":"\u00e9"})");
         };
         const auto change = [&](Composition& composition) { c.change(composition.layers[0]->transform); };
         EXPECT_EQ(rewritten(layer(c.before), change), layer(c.after));
@@ -166,7 +183,8 @@ TEST(Writer, HandlesByStream) {
     });
     const char* scale = R"({"t":0,"s":[1,2,3],"o":{"x":[0.167,0.167,0.167],"y":[0.167,0.167,0.167]},)"
                         R"("i":{"x":[0.833,0.833,0.833],"y":[0.833,0.833,0.833]}},{"t":1,"s":[4,5,6]}])";
-    const char* rotation = R"({"t":0,"s":[0],"o":{"x":[0.167],"y":[0.167]},"i":{"x":[0.833],"y":[0.833]}},{"t":1,"s":[720.5]}])";
+    const char* rotation =
+        R"({"t":0,"s":[0],"o":{"x":[0.167],"y":[0.167]},"i":{"x":[0.833],"y":[0.833]}},{"t":1,"s":[720.5]}])";
     EXPECT_NE(out.find(scale), std::string::npos) << out;
     EXPECT_NE(out.find(rotation), std::string::npos) << out;
 }
@@ -194,7 +212,8 @@ TEST(Writer, MembersThatAreMissing) {
 }
 
 TEST(Writer, FlagsAndParents) {
-    const std::string before = around(R"({"ty":4,"parent":2,"ao":1,"hd":true},{"ind":2,"parent":5},{"ty":3,"nm":"new parent"})");
+    const std::string before =
+        around(R"({"ty":4,"parent":2,"ao":1,"hd":true},{"ind":2,"parent":5},{"ty":3,"nm":"new parent"})");
     const std::string out = rewritten(before, [](Composition& c) {
         Layer& first = *c.layers[0];
         first.autoOrient = first.hidden = false;
@@ -203,7 +222,8 @@ TEST(Writer, FlagsAndParents) {
         c.layers[1]->parent = c.layers[2].get();
         c.layers[1]->changed = true;
     });
-    EXPECT_EQ(out, around(R"({"ty":4,"ao":0,"hd":false,"mb":true},{"ind":2,"parent":4},{"ty":3,"nm":"new parent","ind":4})"));
+    EXPECT_EQ(
+        out, around(R"({"ty":4,"ao":0,"hd":false,"mb":true},{"ind":2,"parent":4},{"ty":3,"nm":"new parent","ind":4})"));
     // The only member taken out; and the first of two.
     const auto unparent = [](Composition& c) {
         c.layers[0]->parent = nullptr;
@@ -224,7 +244,8 @@ TEST(Writer, WorkAreaKeepsTheLength) {
         c.changed = true;
     };
     const std::string after = rewritten(before, trim);
-    EXPECT_EQ(after, R"({"fr":25,"w":9,"h":9,"nm":"A 2","ip":10,"op":60,"layers":[],"jostle":{"version":1,"duration":100}})");
+    EXPECT_EQ(after,
+              R"({"fr":25,"w":9,"h":9,"nm":"A 2","ip":10,"op":60,"layers":[],"jostle":{"version":1,"duration":100}})");
     EXPECT_EQ(readLottie(after, "again").composition->durationFrames, 100);
     EXPECT_EQ(rewritten(after, [](Composition& c) { c.changed = true; }), after);
     // A second time the extension is there.
@@ -245,7 +266,8 @@ TEST(Writer, NewTextLooksLikeItsSurroundings) {
     const std::string value = "\"a\": 0,\n          \"k\": [1, 2]\n        }";
     const std::string baked =
         "\"a\": 1,\n          \"k\": [\n"
-        "            {\"t\": 0, \"s\": [1, 2], \"o\": {\"x\": 0.167, \"y\": 0.167}, \"i\": {\"x\": 0.833, \"y\": 0.833}},\n"
+        "            {\"t\": 0, \"s\": [1, 2], \"o\": {\"x\": 0.167, \"y\": 0.167}, \"i\": {\"x\": 0.833, \"y\": "
+        "0.833}},\n"
         "            {\"t\": 1, \"s\": [3, 4]}\n          ]\n        },\n        \"r\": {\"a\": 0, \"k\": 5}";
     after.replace(after.find(value), value.size(), baked);
     const auto change = [](Composition& c) {
