@@ -1,7 +1,8 @@
 #include "simulation/body_behaviours.h"
 
+#include "simulation/body_fixtures.h"
+#include "simulation/collision_shape.h"
 #include "simulation/numbers.h"
-#include "simulation/polygon_shape.h"
 #include "simulation/world_builder.h"
 
 #include <box2d/b2_collision.h>
@@ -10,6 +11,7 @@
 #include <box2d/b2_mouse_joint.h>
 
 #include <cmath>
+#include <limits>
 
 namespace jostle {
 
@@ -62,9 +64,7 @@ void scaleFixtures(b2Body& body, b2Vec2 older, b2Vec2 newer) {
         return;
     }
     for (b2Fixture* fixture = body.GetFixtureList(); fixture; fixture = fixture->GetNext()) {
-        if (fixture->GetType() == b2Shape::e_polygon) {
-            scalePolygon(static_cast<b2PolygonShape&>(*fixture->GetShape()), body.GetLocalCenter(), ratioX, ratioY);
-        }
+        scaleShape(*fixture->GetShape(), body.GetLocalCenter(), ratioX, ratioY);
     }
 }
 
@@ -94,6 +94,9 @@ bool sleeps(const Scene& scene, b2Body& body) {
 }
 
 bool overlap(b2Body& a, b2Body& b) {
+    if (!a.IsEnabled() || !b.IsEnabled()) {
+        return false;
+    }
     for (b2Fixture* fixtureA = a.GetFixtureList(); fixtureA; fixtureA = fixtureA->GetNext()) {
         for (b2Fixture* fixtureB = b.GetFixtureList(); fixtureB; fixtureB = fixtureB->GetNext()) {
             // The stored bounds are never smaller than the shapes, and quicker to compare.
@@ -141,9 +144,19 @@ bool isReached(const Scene& scene, const BodyRecord& record) {
 } // namespace
 
 bool isOutOfTime(const BodyRecord& record, const TickTimes& times) {
-    const double inTime = record.inPoint * times.frameDuration * times.timeDivider;
-    const double outTime = record.outPoint * times.frameDuration * times.timeDivider;
-    return record.type == BodyType::Dead || inTime > times.tickTime || times.tickTime > outTime;
+    const double frame = times.frameDuration * times.timeDivider;
+    return record.type == BodyType::Dead || record.inPoint * frame > times.tickTime ||
+           times.tickTime > record.outPoint * frame;
+}
+
+double nextChange(const BodyRecord& record, const TickTimes& times) {
+    const double frame = times.frameDuration * times.timeDivider;
+    for (const double change : {record.inPoint * frame, record.outPoint * frame}) {
+        if (change >= times.tickTime) {
+            return change;
+        }
+    }
+    return std::numeric_limits<double>::infinity();
 }
 
 void applyInAndOut(const BehaviorPreferences& preferences, BodyRecord& record, const TickTimes& times) {
@@ -159,15 +172,15 @@ void applyInAndOut(const BehaviorPreferences& preferences, BodyRecord& record, c
         changeType(*record.body, b2_staticBody);
     }
     record.userData->outOfTime = isOut;
-    for (; fixture; fixture = fixture->GetNext()) {
+    // All fixtures of a body are alike, and on most ticks nothing changes.
+    for (; fixture && fixture->IsSensor() != isOut; fixture = fixture->GetNext()) {
         fixture->SetSensor(isOut);
     }
 }
 
 void applyGravityScale(const BodyRecord& record) {
-    const float gravityScale = bounded(record.gravityScale);
-    if (record.type == BodyType::Dormant && !record.isDormant && record.body->GetGravityScale() != gravityScale) {
-        record.body->SetGravityScale(gravityScale);
+    if (record.type == BodyType::Dormant && !record.isDormant) {
+        record.body->SetGravityScale(bounded(record.gravityScale));
     }
 }
 

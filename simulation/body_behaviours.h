@@ -12,6 +12,10 @@ namespace jostle {
 /// In and out points are stretched by the time divider, so that a layer lives for as many ticks more.
 [[nodiscard]] bool isOutOfTime(const BodyRecord& record, const TickTimes& times);
 
+/// The first tick, by its `TickTimes::tickTime`, on which a body may begin or cease to be out of time; infinite if
+/// none.
+[[nodiscard]] double nextChange(const BodyRecord& record, const TickTimes& times);
+
 /// The in-and-out pass: fixtures of bodies that are out are sensors, and a `Dynamic` body is static while it is out.
 /// To be made on each tick, also when paused. Does nothing for a body without fixtures.
 void applyInAndOut(const BehaviorPreferences& preferences, BodyRecord& record, const TickTimes& times);

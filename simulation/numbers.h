@@ -2,6 +2,8 @@
 
 #include "simulation/scene.h"
 
+#include <box2d/b2_body.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -11,6 +13,9 @@ namespace jostle {
 /// degrees. Far beyond any composition, and small enough that no product inside the library overflows.
 constexpr float worldLimit = 1.0e6f;
 
+/// The largest number that a panel takes: coefficients without a length or a speed in them go up to it.
+constexpr float settingLimit = 16777200.0f;
+
 /// A value kept within limits; what is not a number counts as 0.
 [[nodiscard]] inline float bounded(float value, float low = -worldLimit, float high = worldLimit) {
     return std::clamp(std::isnan(value) ? 0.0f : value, low, high);
@@ -18,6 +23,17 @@ constexpr float worldLimit = 1.0e6f;
 
 [[nodiscard]] inline b2Vec2 bounded(b2Vec2 value, float limit = worldLimit) {
     return {bounded(value.x, -limit, limit), bounded(value.y, -limit, limit)};
+}
+
+[[nodiscard]] inline float boundedSetting(float value) {
+    return bounded(value, -settingLimit, settingLimit);
+}
+
+/// A force on a body, in newtons, kept below what no body could follow: the library moves none by more than 2 m in a
+/// step. What is not a number counts as 0.
+[[nodiscard]] inline b2Vec2 boundedForce(const b2Body& body, b2Vec2 force) {
+    constexpr float greatestAcceleration = 1.0e9f; // metres per second squared
+    return bounded(force, greatestAcceleration * body.GetMass());
 }
 
 /// The vector of a length, in any unit, and a direction in degrees, 0 being right and 90 down; worked out in floats.

@@ -2,11 +2,12 @@
 
 #include "geometry/projection.h"
 #include "geometry/shape_def.h"
+#include "simulation/color.h"
+#include "simulation/joint_record.h"
 #include "simulation/owned.h"
 
 #include <box2d/b2_math.h>
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -32,17 +33,6 @@ enum class KinematicBehavior : std::int32_t { DynamicAfterLastKeyframe = 0, Dyna
 /// What a `Dormant` body is in the world until it wakes.
 enum class DormantBehavior : std::int32_t { UsesGravityScale = 0, UsesStatic = 1 };
 
-/// Each from 0 to 1.
-struct Color {
-    double alpha = 1.0;
-    double red = 0.5;
-    double green = 0.5;
-    double blue = 0.5;
-};
-
-/// Red, green and blue from 0 to 1, as the preview takes them.
-using Rgb = std::array<float, 3>;
-
 /// What the user data of a body and of each of its fixtures points at. It belongs to the body's record.
 struct BodyUserData {
     Rgb color{0.5f, 0.5f, 0.5f};      ///< fill
@@ -59,8 +49,9 @@ struct BodyUserData {
 
 /// One layer that became a body. Lasting: a world is made from records and thrown away.
 ///
-/// Running a simulation changes nothing here but `isDormant`, `isDenseMesh`, `aematicWorldAnchor`, the two pointers
-/// into the world and the flags in `userData`. Fields ending in `Stored` keep the value that a drag began from.
+/// Running a simulation changes nothing here but `isDormant`, `isDenseMesh`, `aematicWorldAnchor`, `connectedJoints`,
+/// the two pointers into the world and the flags in `userData`. Fields ending in `Stored` keep the value that a drag
+/// began from.
 struct BodyRecord {
     b2Body* body = nullptr;            ///< the world's; valid until the next world construction
     b2Joint* aematicJoint = nullptr;   ///< the mouse joint of an `AEmatic` body; likewise
@@ -116,6 +107,9 @@ struct BodyRecord {
     Color importColor;
     bool staticOnImport = false;
     bool rotationAnimated = false; ///< the layer's rotation, or its parent's, varies over time
+    /// Copies of the joints that touch this body, as they were at the last world construction. `Scene::joints` is the
+    /// list that counts.
+    std::vector<JointRecord> connectedJoints;
     Owned<BodyUserData> userData;
 };
 
@@ -141,12 +135,13 @@ struct BehaviorPreferences {
 ///
 /// World space is metres from the composition's centre, x to the right and y down, 100 pixels to the metre.
 struct Scene {
-    std::vector<BodyRecord> bodies;         ///< in the order of the layers, the topmost first
+    std::vector<BodyRecord> bodies; ///< in the order of the layers, the topmost first
+    std::vector<JointRecord> joints;
     std::vector<std::int32_t> layerIndices; ///< for record i the layer's index in the composition, from 0
     GlobalProperties globals;
     BehaviorPreferences preferences;
 
-    // Latches: set when a body is first given that type, and never cleared.
+    // Latches: set when a body is first given that type or a magnetism, and never cleared.
     bool hasKinematic = false;
     bool hasDormant = false;
     bool hasAEmatic = false;
@@ -163,6 +158,12 @@ struct Scene {
     b2Body* groundBody = nullptr; ///< the world's; what mouse joints hang from; null without `AEmatic` bodies
 
     [[nodiscard]] std::int32_t bodyCount() const { return static_cast<std::int32_t>(bodies.size()); }
+
+    /// Whether a joint names two bodies of this scene; one that does not is left out of the world.
+    [[nodiscard]] bool joinsTwoBodies(const JointRecord& joint) const {
+        const auto exists = [this](std::int32_t index) { return index >= 0 && index < bodyCount(); };
+        return exists(joint.bodyAId) && exists(joint.bodyBId) && joint.bodyAId != joint.bodyBId;
+    }
 
     /// One frame of the composition in seconds.
     [[nodiscard]] double frameDurationSeconds() const {
@@ -199,6 +200,9 @@ struct Scene {
         hasDormant = hasDormant || type == BodyType::Dormant;
         hasAEmatic = hasAEmatic || type == BodyType::AEmatic;
     }
+
+    /// Sets the latch of magnets. To be called by whoever gives a body its magnetism type.
+    void latchMagnetism(std::int32_t magnetismType) { hasMagnets = hasMagnets || magnetismType != 0; }
 };
 
 /// Radians to degrees, in floats.

@@ -2,7 +2,12 @@
 
 #include "simulation/body_behaviours.h"
 #include "simulation/gravity.h"
+#include "simulation/joints.h"
+#include "simulation/magnetism.h"
 #include "simulation/world_builder.h"
+
+#include <algorithm>
+#include <limits>
 
 namespace jostle {
 
@@ -21,17 +26,17 @@ void SimulationClock::tick() {
     loopIfRepeating();
     const TickTimes times = tickTimes(scene_, frame_);
     buildIfNeeded();
-    world_->SetGravity(currentGravity(scene_.globals, layers_, times.simTime));
+    setGravity(times);
     paceIfRunning();
     makeBodyPasses(times);
-    if (!isRunning_) {
-        return;
+    if (isRunning_) {
+        followLayers();
+        takeSamples();
+        stepWorld(times);
+        endSingleStep();
+        countFrame();
     }
-    followLayers();
-    takeSamples();
-    stepWorld(times);
-    endSingleStep();
-    countFrame();
+    pullSprings();
 }
 
 void SimulationClock::loopIfRepeating() {
@@ -46,17 +51,45 @@ void SimulationClock::buildIfNeeded() {
     }
 }
 
+void SimulationClock::setGravity(const TickTimes& times) {
+    const b2Vec2 gravity = currentGravity(scene_.globals, layers_, times.simTime);
+    world_->SetGravity(gravity);
+    if (!isRunning_ || !isPlaying_ || !isCapturingGravity_) {
+        return;
+    }
+    gravityCapture_.values.push_back(gravity);
+    if (gravityCapture_.values.size() == 1) {
+        gravityCapture_.startFrame = frame_;
+        gravityCapture_.firstValue = gravity;
+    }
+}
+
 void SimulationClock::paceIfRunning() {
     if (isRunning_) {
         pacer_.pace(scene_.fps, isSingleStep_);
     }
 }
 
-// In the order of the world's body list, which is the reverse of the records'.
+// In the order of the world's body list, which is the reverse of the records'. Without magnets and sleepers there is
+// nothing to do until some body comes or goes.
 void SimulationClock::makeBodyPasses(const TickTimes& times) {
-    for (auto record = scene_.bodies.rbegin(); record != scene_.bodies.rend(); ++record) {
-        applyInAndOut(scene_.preferences, *record, times);
-        applyGravityScale(*record);
+    const bool magnetsPull = isRunning_ && scene_.hasMagnets;
+    if (!magnetsPull && !scene_.hasDormant && times.tickTime < quietUntil_) {
+        return;
+    }
+    magnets_.clear();
+    if (magnetsPull) {
+        findMagnets(scene_, times, magnets_);
+    }
+    quietUntil_ = std::numeric_limits<double>::infinity();
+    for (std::int32_t i = scene_.bodyCount() - 1; i >= 0; --i) {
+        BodyRecord& record = scene_.bodies[static_cast<std::size_t>(i)];
+        applyInAndOut(scene_.preferences, record, times);
+        if (!magnets_.empty()) {
+            applyMagnets(scene_, i, magnets_);
+        }
+        applyGravityScale(record);
+        quietUntil_ = std::min(quietUntil_, nextChange(record, times));
     }
 }
 
@@ -82,14 +115,23 @@ void SimulationClock::takeSamples() {
     }
 }
 
+// The library drops all forces after each step, so that those of magnets and springs act during the first one only.
 void SimulationClock::stepWorld(const TickTimes& times) {
     const int steps = scene_.globals.stepsPerFrame;
     for (int i = 0; i < steps; ++i) {
-        world_->Step(static_cast<float>(times.stepTime / steps), velocityIterations, positionIterations);
-        if (scene_.hasDormant) {
-            for (auto record = scene_.bodies.rbegin(); record != scene_.bodies.rend(); ++record) {
-                wakeDormant(scene_, *record);
-            }
+        const auto stepTime = static_cast<float>(times.stepTime / steps);
+        tuneFrequencies(scene_, stepTime);
+        lostBodies_.remember(scene_, *world_);
+        world_->Step(stepTime, velocityIterations, positionIterations);
+        lostBodies_.recover(scene_);
+        wakeSleepers();
+    }
+}
+
+void SimulationClock::wakeSleepers() {
+    if (scene_.hasDormant) {
+        for (auto record = scene_.bodies.rbegin(); record != scene_.bodies.rend(); ++record) {
+            wakeDormant(scene_, *record);
         }
     }
 }
@@ -112,6 +154,12 @@ void SimulationClock::countFrame() {
     ++frame_;
 }
 
+void SimulationClock::pullSprings() {
+    if (isPlaying_) {
+        applySprings(scene_);
+    }
+}
+
 void SimulationClock::rebuild() {
     world_ = createWorld();
     for (BodyRecord& record : scene_.bodies) {
@@ -119,6 +167,7 @@ void SimulationClock::rebuild() {
     }
     buildWorld(scene_, *world_);
     worldBuilt_ = true;
+    quietUntil_ = -1.0;
 }
 
 void SimulationClock::play() {
@@ -166,6 +215,15 @@ void SimulationClock::repeat() {
         repeatEndFrame_ = frame_;
         playFromStart();
     }
+}
+
+void SimulationClock::startGravityCapture() {
+    isCapturingGravity_ = true;
+    gravityCapture_ = {};
+}
+
+void SimulationClock::stopGravityCapture() {
+    isCapturingGravity_ = false;
 }
 
 void SimulationClock::startExport(ExportRun& run) {

@@ -2,15 +2,25 @@
 
 #include "simulation/export_run.h"
 #include "simulation/layer_motion.h"
+#include "simulation/lost_bodies.h"
 #include "simulation/pacer.h"
 #include "simulation/scene.h"
 #include "simulation/tick_times.h"
 
 #include <box2d/b2_world.h>
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace jostle {
+
+/// Gravity of the ticks that were played while it was captured, in metres per second squared.
+struct GravityCapture {
+    std::vector<b2Vec2> values; ///< one for each tick
+    int startFrame = 0;         ///< frame of the first value
+    b2Vec2 firstValue{0.0f, 0.0f};
+};
 
 /// Owns the world and advances it, one frame at each tick. Nothing else steps it.
 ///
@@ -55,6 +65,11 @@ public:
     /// Lets go of a run, and restarts.
     void cancelExport();
 
+    /// From the next playing tick on, keeps the gravity of each; what was captured before is dropped.
+    void startGravityCapture();
+    /// Ends that; what was captured stays.
+    void stopGravityCapture();
+
     /// One tick. When not running, it reads gravity and makes the passes that show the present frame, and no more.
     void tick();
 
@@ -63,6 +78,8 @@ public:
     [[nodiscard]] bool isSingleStep() const { return isSingleStep_; }
     [[nodiscard]] bool isRepeating() const { return isRepeating_; }
     [[nodiscard]] bool isExporting() const { return exportRun_ != nullptr; }
+    [[nodiscard]] bool isCapturingGravity() const { return isCapturingGravity_; }
+    [[nodiscard]] const GravityCapture& gravityCapture() const { return gravityCapture_; }
     /// Ticks since the last restart.
     [[nodiscard]] int frame() const { return frame_; }
     /// Another one after each rebuild. Without bodies until the first tick or rebuild.
@@ -73,13 +90,16 @@ private:
     void rebuild();
     void loopIfRepeating();
     void buildIfNeeded();
+    void setGravity(const TickTimes& times);
     void paceIfRunning();
     void makeBodyPasses(const TickTimes& times);
     void followLayers();
     void takeSamples();
     void stepWorld(const TickTimes& times);
+    void wakeSleepers();
     void endSingleStep();
     void countFrame();
+    void pullSprings();
 
     Scene& scene_;
     LayerMotion& layers_;
@@ -93,6 +113,11 @@ private:
     int repeatEndFrame_ = 0;
     int frame_ = 0;
     ExportRun* exportRun_ = nullptr;
+    bool isCapturingGravity_ = false;
+    GravityCapture gravityCapture_;
+    double quietUntil_ = -1.0; ///< tick time, in seconds, up to which no body comes or goes
+    LostBodies lostBodies_;
+    std::vector<std::int32_t> magnets_; ///< of the present tick; kept so that ticks allocate nothing
 };
 
 } // namespace jostle

@@ -13,7 +13,7 @@ namespace jostle {
 /// until the first tick.
 [[nodiscard]] std::unique_ptr<b2World> createWorld();
 
-/// Makes the bodies of a scene in an empty world, and stores them in their records.
+/// Makes the bodies and joints of a scene in an empty world, and stores them in their records.
 ///
 /// The scene's tolerance is put in force first, for all worlds of the process: shapes take their skin from it when
 /// they are made, and the solver reads it at each step. Bodies are made in the order of their records, after the
@@ -26,8 +26,5 @@ void buildWorld(Scene& scene, b2World& world);
 
 /// Metres per second.
 [[nodiscard]] b2Vec2 initialVelocity(const BodyRecord& record);
-
-/// Gives a body another type. A dynamic body without fixtures weighs 1 kg, so that it falls like any other.
-void changeType(b2Body& body, b2BodyType type);
 
 } // namespace jostle

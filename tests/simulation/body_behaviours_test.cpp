@@ -1,6 +1,6 @@
 #include "simulation/body_behaviours.h"
 
-#include "simulation/simulation_clock.h"
+#include "tests/support/playback.h"
 #include "tests/support/scenes.h"
 
 #include <box2d/b2_fixture.h>
@@ -19,8 +19,6 @@ class MovingLayer final : public LayerMotion {
 public:
     int lastKeyframe = 100000;
     double lastVelocityTime = -1.0;
-    bool vanishes = false; ///< whole at frame 0 and without any size after it, in place of growing
-    b2Vec2 layerGravity{100.0f, 0.0f};
 
     int lastKeyframeFrame(int) override { return lastKeyframe; }
     b2Vec2 velocity(int, double simTime, double) override {
@@ -31,29 +29,8 @@ public:
     b2Vec2 pointToComposition(int, b2Vec2 pixels, double seconds) override {
         return pixels + b2Vec2(100.0f + 100.0f * static_cast<float>(seconds), 0.0f);
     }
-    b2Vec2 scale(int, double seconds) override {
-        if (vanishes) {
-            return seconds > 0.0 ? b2Vec2(0.0f, 0.0f) : b2Vec2(1.0f, 1.0f);
-        }
-        return {static_cast<float>(std::max(0.0, seconds)), 1.0f};
-    }
-    b2Vec2 gravity(int, double) override { return layerGravity; }
-};
-
-struct Playback {
-    explicit Playback(Scene s) : scene(std::move(s)), clock(scene, layers, pacer) { clock.playFromStart(); }
-    void playTo(int frame) {
-        while (clock.frame() < frame) {
-            clock.tick();
-        }
-    }
-    b2Body& body(std::size_t i = 0) { return *scene.bodies[i].body; }
-    bool isSensor(std::size_t i = 0) { return body(i).GetFixtureList()->IsSensor(); }
-
-    MovingLayer layers;
-    FreePacer pacer;
-    Scene scene;
-    SimulationClock clock;
+    b2Vec2 scale(int, double seconds) override { return {static_cast<float>(std::max(0.0, seconds)), 1.0f}; }
+    b2Vec2 gravity(int, double) override { return {100.0f, 0.0f}; }
 };
 
 Scene weightlessScene() {
@@ -69,55 +46,45 @@ TEST(BodyBehaviours, aDynamicBodyLivesFromInPointToOutPoint) {
     record.outPoint = 20;
     record.linearVelocityMagnitude = 25; // a metre a frame
     scene.globals.timeDivider = 2;       // so that it lives from tick 20 to tick 40, at half a metre a tick
-    Playback run(std::move(scene));
+    Playback<MovingLayer> run(std::move(scene));
+    const auto lives = [&] {
+        return run.body().GetType() == b2_dynamicBody && !run.body().GetFixtureList()->IsSensor();
+    };
     run.playTo(20);
-    EXPECT_EQ(run.body().GetType(), b2_staticBody);
-    EXPECT_TRUE(run.isSensor());
+    EXPECT_FALSE(lives());
     run.playTo(21);
-    EXPECT_EQ(run.body().GetType(), b2_dynamicBody);
-    EXPECT_FALSE(run.isSensor());
+    EXPECT_TRUE(lives());
     EXPECT_NEAR(run.body().GetPosition().x, 0.5f, 1e-4f) << "the initial velocity waits for the in-point";
     run.playTo(50);
-    EXPECT_EQ(run.body().GetType(), b2_staticBody);
-    EXPECT_TRUE(run.isSensor());
+    EXPECT_FALSE(lives());
     EXPECT_NEAR(run.body().GetPosition().x, 0.5f * 21, 1e-3f) << "ticks 20 to 40, both included";
 }
 
-TEST(BodyBehaviours, aDeadBodyIsASensorThatStopsNothing) {
-    Scene scene = emptyScene(25);
-    addBox(scene, {0, 0}, 1, 1);
-    addBox(scene, {0, 1.1f}, 5, 1, BodyType::Dead).linearVelocityMagnitude = 5;
-    Playback run(std::move(scene));
-    run.playTo(25);
-    EXPECT_TRUE(run.isSensor(1));
-    EXPECT_EQ(run.body(1).GetPosition(), b2Vec2(0, 1.1f));
-    EXPECT_NEAR(run.body(0).GetPosition().y, 10 * 0.02 * 0.02 * 50 * 51 / 2, 1e-3);
-}
-
 TEST(BodyBehaviours, aKinematicBodyFollowsAndThenFliesOff) {
-    Scene scene = weightlessScene();
-    addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic);
-    Playback run(std::move(scene));
-    run.layers.lastKeyframe = 6; // followed while (6 - 1) frames is at least the time: up to frame 5
-    run.playTo(6);
-    EXPECT_EQ(run.body().GetType(), b2_kinematicBody);
-    EXPECT_NEAR(run.body().GetPosition().x, 6 * 0.04f, 1e-5f);
-    EXPECT_NEAR(run.body().GetAngle(), 6 * 0.04f, 1e-5f);
-    run.playTo(7);
-    EXPECT_EQ(run.body().GetType(), b2_dynamicBody);
-    EXPECT_DOUBLE_EQ(run.layers.lastVelocityTime, 5 * 0.04) << "the speed of one frame back";
-    run.playTo(20);
-    EXPECT_NEAR(run.body().GetPosition().x, 20 * 0.04f, 1e-4f);
-}
-
-TEST(BodyBehaviours, aKinematicBodyWithoutKeyframesIsDynamicAtOnce) {
-    Scene scene = weightlessScene();
-    addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic);
-    Playback run(std::move(scene));
-    run.layers.lastKeyframe = -1;
-    run.playTo(1);
-    EXPECT_EQ(run.body().GetType(), b2_dynamicBody);
-    EXPECT_DOUBLE_EQ(run.layers.lastVelocityTime, -0.04);
+    const struct {
+        const char* name;
+        int lastKeyframe;
+        int dynamicAfter; ///< frames followed: while (last keyframe - 1) frames is at least the time
+    } cases[] = {
+        {"up to frame 5", 6, 6},
+        {"without keyframes not at all", -1, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Scene scene = weightlessScene();
+        addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic);
+        Playback<MovingLayer> run(std::move(scene));
+        run.layers.lastKeyframe = c.lastKeyframe;
+        run.playTo(c.dynamicAfter);
+        EXPECT_EQ(run.body().GetType(), b2_kinematicBody);
+        EXPECT_NEAR(run.body().GetPosition().x, 0.04f * static_cast<float>(c.dynamicAfter), 1e-5f);
+        EXPECT_NEAR(run.body().GetAngle(), 0.04f * static_cast<float>(c.dynamicAfter), 1e-5f);
+        run.playTo(c.dynamicAfter + 1);
+        EXPECT_EQ(run.body().GetType(), b2_dynamicBody);
+        EXPECT_DOUBLE_EQ(run.layers.lastVelocityTime, (c.dynamicAfter - 1) * 0.04) << "the speed of one frame back";
+        run.playTo(20);
+        EXPECT_NEAR(run.body().GetPosition().x, 20 * 0.04f, 1e-4f);
+    }
 }
 
 TEST(BodyBehaviours, aKinematicBodyMayBecomeDynamicAtItsInPoint) {
@@ -125,7 +92,7 @@ TEST(BodyBehaviours, aKinematicBodyMayBecomeDynamicAtItsInPoint) {
         Scene scene = weightlessScene();
         scene.preferences.kinematicBehavior = behavior;
         addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic).inPoint = 3;
-        Playback run(std::move(scene));
+        Playback<MovingLayer> run(std::move(scene));
         run.playTo(3);
         EXPECT_EQ(run.body().GetType(), b2_kinematicBody);
         run.playTo(4);
@@ -136,36 +103,22 @@ TEST(BodyBehaviours, aKinematicBodyMayBecomeDynamicAtItsInPoint) {
 TEST(BodyBehaviours, fixturesGrowWithTheLayer) {
     Scene scene = weightlessScene();
     addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic);
-    Playback run(std::move(scene));
+    addBody(scene, {0, 0}, {circleShape(1)}, BodyType::Kinematic);
+    Playback<MovingLayer> run(std::move(scene));
     // The scale along x is the time. From nothing, taken as a thousandth, to 0.04 on frame 1 is a factor of 40; from
-    // there it grows by 10 to frame 10.
-    const auto width = [&] {
+    // there it grows by 10 to frame 10. Circles take it for their radius.
+    for (const auto& [frame, factor] : {std::pair{1, 1.0f}, {2, 40.0f}, {11, 400.0f}}) {
+        run.playTo(frame);
         const auto& box = static_cast<const b2PolygonShape&>(*run.body().GetFixtureList()->GetShape());
-        return box.m_vertices[1].x - box.m_vertices[0].x;
-    };
-    run.playTo(1);
-    EXPECT_FLOAT_EQ(width(), 1.0f);
-    run.playTo(2);
-    EXPECT_NEAR(width(), 40.0f, 1e-3f);
-    run.playTo(11);
-    EXPECT_NEAR(width(), 400.0f, 1e-2f);
-}
-
-TEST(BodyBehaviours, aLayerThatShrinksToNothingLeavesNoMassToDivideBy) {
-    Scene scene = weightlessScene();
-    addBox(scene, {0, 0}, 0.02f, 0.02f, BodyType::Kinematic);
-    Playback run(std::move(scene));
-    run.layers.lastKeyframe = 6;
-    run.layers.vanishes = true;
-    run.playTo(10);
-    EXPECT_EQ(run.body().GetType(), b2_dynamicBody);
-    EXPECT_NEAR(run.body().GetPosition().x, 10 * 0.04f, 1e-4f) << "flies off nevertheless";
+        EXPECT_NEAR(box.m_vertices[1].x - box.m_vertices[0].x, factor, 1e-2f);
+        EXPECT_NEAR(run.body(1).GetFixtureList()->GetShape()->m_radius, factor, 1e-2f);
+    }
 }
 
 TEST(BodyBehaviours, anAEmaticTargetIsMovedByTheDifferenceOfTwoPasses) {
     Scene scene = weightlessScene();
     addBox(scene, {2, 3}, 1, 1, BodyType::AEmatic).rotationAnimated = true;
-    Playback run(std::move(scene));
+    Playback<MovingLayer> run(std::move(scene));
     run.playTo(10);
     // Each pass adds a metre, and the first one its time in metres: A = P + 1 + t, and B, which starts from A, is
     // A + 1. Whatever P is, the target is the anchor plus A - B, a metre to the left of it.
@@ -174,6 +127,15 @@ TEST(BodyBehaviours, anAEmaticTargetIsMovedByTheDifferenceOfTwoPasses) {
     EXPECT_NEAR(joint.GetTarget().y, 3.0f, 1e-4f);
     EXPECT_LT(run.body().GetPosition().x, 2.0f) << "the spring pulls to the target";
     EXPECT_NEAR(run.body().GetAngularVelocity(), 1.0f, 0.2f);
+}
+
+TEST(BodyBehaviours, gravityMayComeFromALayer) {
+    Scene scene = emptyScene(25);
+    scene.globals.takeValueFrom = true;
+    addBox(scene, {0, 0}, 1, 1);
+    Playback<MovingLayer> run(std::move(scene));
+    run.playTo(1);
+    EXPECT_NEAR(run.body().GetLinearVelocity().x, 4.0f, 1e-5f) << "100 metres per second squared for a 25th";
 }
 
 TEST(BodyBehaviours, aDormantBodyWakesAtATouchOfOneThatIsAwake) {
@@ -185,7 +147,7 @@ TEST(BodyBehaviours, aDormantBodyWakesAtATouchOfOneThatIsAwake) {
         addBox(scene, {0.9f, 0}, 1, 1, BodyType::Dormant); // overlaps the first
         addBox(scene, {-10, 0}, 1, 1, BodyType::Dormant);
         addBox(scene, {-10, -2}, 1, 1); // falls on the third
-        Playback run(std::move(scene));
+        Playback<MovingLayer> run(std::move(scene));
         run.playTo(30);
         EXPECT_TRUE(run.scene.bodies[0].isDormant) << "two sleepers do not wake each other";
         EXPECT_TRUE(run.scene.bodies[1].isDormant);
@@ -202,7 +164,7 @@ TEST(BodyBehaviours, aStaticSleeperWakesWhereAKinematicBodyOverlapsIt) {
     addBox(scene, {2, 0}, 1, 1, BodyType::Dormant);
     addBox(scene, {0, 0}, 0.001f, 0.5f, BodyType::Kinematic); // its width in metres is the time: see MovingLayer
     addBox(scene, {2, 9}, 1, 1, BodyType::Dormant);
-    Playback run(std::move(scene));
+    Playback<MovingLayer> run(std::move(scene));
     // The layer's growth of 1000 a second makes the blade's right edge stand at t + t / 2: at 1.5 after a second.
     run.playTo(20);
     EXPECT_TRUE(run.scene.bodies[0].isDormant);
@@ -210,17 +172,6 @@ TEST(BodyBehaviours, aStaticSleeperWakesWhereAKinematicBodyOverlapsIt) {
     EXPECT_FALSE(run.scene.bodies[0].isDormant);
     EXPECT_EQ(run.body(0).GetType(), b2_dynamicBody);
     EXPECT_TRUE(run.scene.bodies[2].isDormant) << "only the one that is overlapped";
-}
-
-TEST(BodyBehaviours, gravityMayComeFromALayer) {
-    Scene scene = emptyScene(25);
-    scene.globals.stepsPerFrame = 1;
-    scene.globals.takeValueFrom = true;
-    addBox(scene, {0, 0}, 1, 1);
-    Playback run(std::move(scene));
-    run.playTo(1);
-    EXPECT_NEAR(run.body().GetLinearVelocity().x, 4.0f, 1e-5f) << "100 metres per second squared for a 25th";
-    EXPECT_EQ(run.body().GetLinearVelocity().y, 0.0f);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <box2d/b2_circle_shape.h>
 #include <box2d/b2_polygon_shape.h>
 
 #include <span>
@@ -19,16 +20,26 @@ namespace jostle {
 ///         library takes)
 [[nodiscard]] bool fillPolygon(std::span<const b2Vec2> vertices, b2PolygonShape& polygon);
 
-/// Whether the library can work out a polygon's mass: its area exceeds the float epsilon. Always so for one that was
-/// just filled, but scaling may have flattened it since.
-[[nodiscard]] bool canHaveMass(const b2PolygonShape& polygon);
+/// Makes a circle.
+///
+/// @param center  metres relative to the body
+/// @param radius  metres
+/// @param circle  left alone if the answer is false
+/// @return false if the circle reaches farther than 10000 m from the body, is not finite, or has an area of no more
+/// than
+///         the float epsilon
+[[nodiscard]] bool fillCircle(b2Vec2 center, float radius, b2CircleShape& circle);
 
-/// Scales a polygon in place about a point. Mass is not touched.
+/// Whether the library can work out the mass of a polygon or circle: its area exceeds the float epsilon. Always so for
+/// one that was just filled, but scaling may have flattened it since.
+[[nodiscard]] bool canHaveMass(const b2Shape& shape);
+
+/// Scales a polygon in place about a point, or the radius of a circle by `ratioX`, its centre staying where it is. Mass
+/// is not touched. A shape that would reach farther than 10000 m from the body stays as it is.
 ///
 /// @param pivot   metres relative to the body
 /// @param ratioX  above 0
 /// @param ratioY  above 0
-/// A polygon that would reach farther than 10000 m from the body stays as it is.
-void scalePolygon(b2PolygonShape& polygon, b2Vec2 pivot, float ratioX, float ratioY);
+void scaleShape(b2Shape& shape, b2Vec2 pivot, float ratioX, float ratioY);
 
 } // namespace jostle

@@ -1,4 +1,4 @@
-#include "simulation/polygon_shape.h"
+#include "simulation/collision_shape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -47,6 +47,29 @@ bool hasEdges(std::span<const b2Vec2> vertices) {
     return true;
 }
 
+float circleArea(float radius) {
+    return radius > 0.0f ? b2_pi * radius * radius : 0.0f;
+}
+
+void scalePolygon(b2PolygonShape& polygon, b2Vec2 pivot, float ratioX, float ratioY) {
+    const auto scaled = [&](b2Vec2 v) {
+        return b2Vec2(pivot.x + (v.x - pivot.x) * ratioX, pivot.y + (v.y - pivot.y) * ratioY);
+    };
+    const std::span vertices(polygon.m_vertices, static_cast<std::size_t>(polygon.m_count));
+    if (!std::all_of(vertices.begin(), vertices.end(), [&](b2Vec2 v) { return isWithinReach(scaled(v)); })) {
+        return;
+    }
+    for (std::size_t i = 0; i < vertices.size(); ++i) {
+        vertices[i] = scaled(vertices[i]);
+        // A normal scales with the inverse of the ratios: n' = (nx / rx, ny / ry), here times rx ry.
+        b2Vec2 normal(polygon.m_normals[i].x * ratioY, polygon.m_normals[i].y * ratioX);
+        if (normal.Normalize() > 0.0f) {
+            polygon.m_normals[i] = normal;
+        }
+    }
+    polygon.m_centroid = scaled(polygon.m_centroid);
+}
+
 } // namespace
 
 bool fillPolygon(std::span<const b2Vec2> vertices, b2PolygonShape& polygon) {
@@ -73,27 +96,29 @@ bool fillPolygon(std::span<const b2Vec2> vertices, b2PolygonShape& polygon) {
     return true;
 }
 
-bool canHaveMass(const b2PolygonShape& polygon) {
+bool fillCircle(b2Vec2 center, float radius, b2CircleShape& circle) {
+    if (!isWithinReach(center) || !(radius <= farthestVertex) || !isEnough(circleArea(radius))) {
+        return false;
+    }
+    circle.m_p = center;
+    circle.m_radius = radius;
+    return true;
+}
+
+bool canHaveMass(const b2Shape& shape) {
+    if (shape.GetType() == b2Shape::e_circle) {
+        return isEnough(circleArea(shape.m_radius));
+    }
+    const auto& polygon = static_cast<const b2PolygonShape&>(shape);
     return isEnough(areaMoment({polygon.m_vertices, static_cast<std::size_t>(polygon.m_count)}).area);
 }
 
-void scalePolygon(b2PolygonShape& polygon, b2Vec2 pivot, float ratioX, float ratioY) {
-    const auto scaled = [&](b2Vec2 v) {
-        return b2Vec2(pivot.x + (v.x - pivot.x) * ratioX, pivot.y + (v.y - pivot.y) * ratioY);
-    };
-    const std::span vertices(polygon.m_vertices, static_cast<std::size_t>(polygon.m_count));
-    if (!std::all_of(vertices.begin(), vertices.end(), [&](b2Vec2 v) { return isWithinReach(scaled(v)); })) {
-        return;
+void scaleShape(b2Shape& shape, b2Vec2 pivot, float ratioX, float ratioY) {
+    if (shape.GetType() != b2Shape::e_circle) {
+        scalePolygon(static_cast<b2PolygonShape&>(shape), pivot, ratioX, ratioY);
+    } else if (shape.m_radius * ratioX <= farthestVertex) {
+        shape.m_radius *= ratioX;
     }
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        vertices[i] = scaled(vertices[i]);
-        // A normal scales with the inverse of the ratios: n' = (nx / rx, ny / ry), here times rx ry.
-        b2Vec2 normal(polygon.m_normals[i].x * ratioY, polygon.m_normals[i].y * ratioX);
-        if (normal.Normalize() > 0.0f) {
-            polygon.m_normals[i] = normal;
-        }
-    }
-    polygon.m_centroid = scaled(polygon.m_centroid);
 }
 
 } // namespace jostle

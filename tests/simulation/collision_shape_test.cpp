@@ -1,4 +1,4 @@
-#include "simulation/polygon_shape.h"
+#include "simulation/collision_shape.h"
 
 #include <gtest/gtest.h>
 
@@ -8,30 +8,25 @@
 namespace jostle {
 namespace {
 
-const std::vector<b2Vec2> square{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
-
-TEST(PolygonShape, keepsVerticesAndPointsNormalsOutwards) {
-    b2PolygonShape polygon;
-    ASSERT_TRUE(fillPolygon(square, polygon));
-    const b2Vec2 normals[] = {{0, -1}, {1, 0}, {0, 1}, {-1, 0}};
-    for (std::size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(polygon.m_vertices[i], square[i]);
-        EXPECT_EQ(polygon.m_normals[i], normals[i]);
+TEST(CollisionShape, keepsVerticesAndPointsNormalsOutwards) {
+    // The last is so narrow that the library would weld it at its usual slop.
+    for (const float width : {2.0f, 0.001f}) {
+        const std::vector<b2Vec2> square{{0, 0}, {width, 0}, {width, 2}, {0, 2}};
+        for (const auto& vertices : {square, std::vector<b2Vec2>(square.rbegin(), square.rend())}) {
+            b2PolygonShape polygon;
+            ASSERT_TRUE(fillPolygon(vertices, polygon));
+            const b2Vec2 normals[] = {{0, -1}, {1, 0}, {0, 1}, {-1, 0}};
+            for (std::size_t i = 0; i < 4; ++i) {
+                EXPECT_EQ(polygon.m_vertices[i], square[i]) << "either way round";
+                EXPECT_EQ(polygon.m_normals[i], normals[i]);
+            }
+            EXPECT_NEAR(polygon.m_centroid.x, width / 2, 1e-6f);
+            EXPECT_NEAR(polygon.m_centroid.y, 1, 1e-6f);
+        }
     }
-    EXPECT_EQ(polygon.m_centroid, b2Vec2(1, 1));
-    EXPECT_TRUE(polygon.Validate());
 }
 
-TEST(PolygonShape, turnsTheOtherWindingRound) {
-    b2PolygonShape polygon;
-    ASSERT_TRUE(fillPolygon(std::vector<b2Vec2>(square.rbegin(), square.rend()), polygon));
-    EXPECT_EQ(polygon.m_vertices[0], square[0]);
-    EXPECT_EQ(polygon.m_vertices[3], square[3]);
-    EXPECT_EQ(polygon.m_normals[0], b2Vec2(0, -1));
-    EXPECT_EQ(polygon.m_centroid, b2Vec2(1, 1));
-}
-
-TEST(PolygonShape, refusesWhatTheLibraryCannotTake) {
+TEST(CollisionShape, refusesWhatTheLibraryCannotTake) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const struct {
         const char* name;
@@ -54,11 +49,11 @@ TEST(PolygonShape, refusesWhatTheLibraryCannotTake) {
     }
 }
 
-TEST(PolygonShape, scalesAboutAPivotAndKeepsNormalsSquare) {
+TEST(CollisionShape, scalesAboutAPivotAndKeepsNormalsSquare) {
     b2PolygonShape polygon;
     const std::vector<b2Vec2> triangle{{0, 0}, {1, 0}, {0, 1}};
     ASSERT_TRUE(fillPolygon(triangle, polygon));
-    scalePolygon(polygon, {1, 0}, 2.0f, 3.0f);
+    scaleShape(polygon, {1, 0}, 2.0f, 3.0f);
     // x' = 1 + (x - 1) * 2, y' = 3 y; the long side then runs along (-2, 3), and (3, 2) stands square on it.
     EXPECT_EQ(polygon.m_vertices[0], b2Vec2(-1, 0));
     EXPECT_EQ(polygon.m_vertices[1], b2Vec2(1, 0));

@@ -1,0 +1,108 @@
+#include "simulation/body_fixtures.h"
+
+#include "simulation/world_builder.h"
+#include "tests/support/scenes.h"
+
+#include <box2d/b2_circle_shape.h>
+#include <box2d/b2_fixture.h>
+#include <box2d/b2_polygon_shape.h>
+#include <gtest/gtest.h>
+
+namespace jostle {
+namespace {
+
+/// A world of one dynamic body of some pieces.
+struct BuiltBody {
+    explicit BuiltBody(std::vector<ShapeDef> pieces, float density = 1) : world(createWorld()), scene(emptyScene(25)) {
+        addBody(scene, {0, 0}, std::move(pieces)).density = density;
+        buildWorld(scene, *world);
+    }
+    b2Body& body() { return *scene.bodies[0].body; }
+    std::unique_ptr<b2World> world;
+    Scene scene;
+};
+
+const ShapeDef triangle = outlineShape({{0, 0}, {1, 0}, {0, 1}}, true);
+const ShapeDef path = outlineShape({{1, 0}, {3, 0}, {3, 1}}, false);
+
+TEST(BodyFixtures, whichPiecesBecomeFixtures) {
+    const struct {
+        const char* name;
+        ShapeDef piece;
+        int fixtures;
+    } cases[] = {
+        {"a circle", circleShape(0.5f), 1},
+        {"a circle of no size", circleShape(0), 0},
+        {"a box above the least area", boxShape(0.02f, 0.006f), 1},
+        {"a box at 0.0001 square metres and below", boxShape(0.01f, 0.0099f), 0},
+        {"a triangle", triangle, 1},
+        {"a triangle of 0.000008 square metres", outlineShape({{0, 0}, {0.004f, 0}, {0, 0.004f}}, true), 0},
+        {"a path has a box a segment", path, 2},
+        {"a repeated point of a path is no segment", outlineShape({{0, 0}, {0, 0}, {1, 0}}, false), 1},
+        {"a path of one point", outlineShape({{0, 0}}, false), 0},
+        {"nothing", outlineShape({}, false), 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        BuiltBody built({c.piece});
+        EXPECT_EQ(built.world->GetProxyCount(), c.fixtures);
+        EXPECT_GT(built.body().GetMass(), 0.0f) << "a body without fixtures falls all the same";
+    }
+}
+
+TEST(BodyFixtures, aPathIsAStripOfItsWidthAboutItsOrigin) {
+    BuiltBody built({path});
+    // Fixtures are listed last first: the segment from (1, 0) to (3, 0), 0.015 wide, is the second.
+    const b2Fixture& fixture = *built.body().GetFixtureList()->GetNext();
+    EXPECT_NEAR(fixture.GetAABB(0).lowerBound.y, -0.0075f - 0.01f, 1e-5f) << "half the width, and the skin";
+    EXPECT_NEAR(fixture.GetAABB(0).upperBound.y, 0.0075f + 0.01f, 1e-5f);
+    b2MassData first, second;
+    fixture.GetMassData(&first);
+    built.body().GetFixtureList()->GetMassData(&second);
+    EXPECT_NEAR(built.body().GetMass(), 0.015f * 3, 1e-6f);
+    EXPECT_EQ(built.body().GetLocalCenter(), b2Vec2(0, 0));
+    EXPECT_FLOAT_EQ(built.body().GetInertia(), first.I + second.I);
+
+    BuiltBody withTriangle({path, triangle});
+    EXPECT_GT(withTriangle.body().GetLocalCenter().x, 0.3f) << "a piece after the path gives the true centre";
+}
+
+TEST(BodyFixtures, massEqualsTheLibrarysOwn) {
+    ShapeDef other = boxShape(0.5f, 3);
+    ShapeDef circle = circleShape(0.5f);
+    for (std::size_t i = 0; i < 4; ++i) {
+        other.verts[i] += {2, 1};
+        circle.verts[i] += {-1, 2}; // the centre is the mean of these
+    }
+    BuiltBody built({boxShape(1, 1), other, circle}, 2.5f);
+
+    b2World plain({0, 0});
+    b2BodyDef def;
+    def.type = b2_dynamicBody;
+    b2Body& body = *plain.CreateBody(&def);
+    b2PolygonShape box;
+    box.SetAsBox(0.5f, 0.5f);
+    body.CreateFixture(&box, 2.5f);
+    box.SetAsBox(0.25f, 1.5f, {2, 1}, 0);
+    body.CreateFixture(&box, 2.5f);
+    b2CircleShape disc;
+    disc.m_p = {-1, 2};
+    disc.m_radius = 0.5f;
+    body.CreateFixture(&disc, 2.5f);
+
+    EXPECT_FLOAT_EQ(built.body().GetMass(), body.GetMass());
+    EXPECT_FLOAT_EQ(built.body().GetInertia(), body.GetInertia());
+    EXPECT_NEAR(built.body().GetLocalCenter().x, body.GetLocalCenter().x, 1e-6f);
+    EXPECT_NEAR(built.body().GetLocalCenter().y, body.GetLocalCenter().y, 1e-6f);
+}
+
+TEST(BodyFixtures, moreThan75TrianglesAreADenseMesh) {
+    for (const std::size_t count : {75u, 76u}) {
+        std::vector<ShapeDef> pieces(count, triangle);
+        pieces.push_back(boxShape(1, 1));
+        EXPECT_EQ(BuiltBody(pieces).scene.bodies[0].isDenseMesh, count > 75);
+    }
+}
+
+} // namespace
+} // namespace jostle
