@@ -8,7 +8,8 @@ if(JOSTLE_FUZZ)
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         message(FATAL_ERROR "JOSTLE_FUZZ needs clang++: install it and configure with -DCMAKE_CXX_COMPILER=clang++")
     endif()
-    add_compile_options(-fsanitize=fuzzer-no-link)
+    add_compile_options(-fsanitize=fuzzer-no-link
+        "-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/sanitizer_ignorelist.txt")
 endif()
 
 if(JOSTLE_SANITIZE)
