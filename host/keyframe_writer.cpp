@@ -55,6 +55,7 @@ bool scalesDiffer(AEGP_TwoDVal a, AEGP_TwoDVal b) {
 /// the one of time 0.
 struct ScaleSamples {
     bool keyframed = false;
+    bool flippedOnImport = false; ///< whether x is below 0 at time 0, whatever the range
     std::vector<AEGP_TwoDVal> percent;
 };
 
@@ -111,15 +112,17 @@ void Writer::readScales() {
     for (std::size_t record = 0; record < scales_.size() && !chain_.failed(); ++record) {
         const WorldScale worldScale(chain_, composition_.layer(chain_, job_.scene.layerIndices[record]));
         ScaleSamples& samples = scales_[record];
-        const auto read = [&](A_Time time) {
+        const auto percentAt = [&](A_Time time) {
             const AEGP_TwoDVal scale = worldScale.at(chain_, time);
-            samples.percent.push_back({scale.x * 100.0, scale.y * 100.0});
+            return AEGP_TwoDVal{scale.x * 100.0, scale.y * 100.0};
         };
+        const AEGP_TwoDVal onImport = percentAt(sampleTime);
+        samples.flippedOnImport = onImport.x < 0.0;
         samples.keyframed = worldScale.isKeyframed();
         if (!samples.keyframed)
-            read(sampleTime);
+            samples.percent.push_back(onImport);
         for (int frame = job_.startFrame; samples.keyframed && frame <= job_.endFrame && !chain_.failed(); ++frame)
-            read(timeOfFrame(frameDuration_, frame));
+            samples.percent.push_back(percentAt(timeOfFrame(frameDuration_, frame)));
     }
 }
 
@@ -180,9 +183,9 @@ void Writer::writeScale(const BodyRecord& body, const Stream& stream, ScaleSampl
     if (scale.percent.empty())
         return;
     if (body.type != BodyType::Dead) {
-        // The written rotation is that of the layer's x axis, and holds a half turn where that axis is flipped. With
-        // both axes turned over once more the layer keeps its look.
-        if (scale.percent.front().x < 0.0) {
+        // The written rotation goes on from that of the layer's x axis on import, and holds a half turn if that axis
+        // was flipped then. With both axes turned over once more the layer keeps its look.
+        if (scale.flippedOnImport) {
             for (AEGP_TwoDVal& percent : scale.percent)
                 percent = {-percent.x, -percent.y};
         }

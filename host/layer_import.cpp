@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 #include "host/composition.h"
@@ -16,6 +17,8 @@ namespace {
 
 // A layer that outlasts the composition never ends while it is simulated.
 constexpr int endlessFrame = 100000;
+// No frame is farther away than this: lengths between any two fit an int.
+constexpr int farthestFrame = 1000000000;
 constexpr float leastScale = 0.001f;
 constexpr float radiansPerDegree = 0.017453292f;
 
@@ -103,7 +106,7 @@ LayerOutcome outcomeOf(HostChain& chain, const Layer& layer) {
         if (!source.exists())
             return chain.failed() ? LayerOutcome::Unreadable : LayerOutcome::NoSource;
         if (size.width < 1 && size.height < 1)
-            return chain.failed() ? LayerOutcome::Unreadable : LayerOutcome::SoundOnly;
+            return chain.failed() ? LayerOutcome::Unreadable : LayerOutcome::NoPicture;
     }
     const bool hasMasks = layer.maskCount(chain) > 0;
     if (chain.failed())
@@ -118,8 +121,8 @@ LayerOutcome outcomeOf(HostChain& chain, const Layer& layer) {
 void readSpan(HostChain& chain, const Layer& layer, const CompositionFacts& facts, int compFrames, BodyRecord& body) {
     const double start = framesOf(layer.inPoint(chain), facts.frameDuration);
     const double length = framesOf(layer.duration(chain), facts.frameDuration);
-    body.inPoint = wholeFrames(start);
-    body.outPoint = wholeFrames(start + length);
+    body.inPoint = std::clamp(wholeFrames(start), -farthestFrame, farthestFrame);
+    body.outPoint = std::clamp(wholeFrames(start + length), -farthestFrame, farthestFrame);
     if (body.outPoint >= compFrames)
         body.outPoint = endlessFrame;
 }
@@ -248,8 +251,8 @@ std::string_view outcomeText(LayerOutcome outcome) {
         return "not shown while another layer is soloed";
     case LayerOutcome::NoSource:
         return "without a source";
-    case LayerOutcome::SoundOnly:
-        return "sound only";
+    case LayerOutcome::NoPicture:
+        return "without a picture (0 by 0 pixels)";
     case LayerOutcome::Masks:
         return "has masks; only the bounds of solids, images and precompositions are read";
     case LayerOutcome::Text:
@@ -268,7 +271,6 @@ ImportReport initFromComposition(const HostContext& context, Scene& scene) {
     scene.bodies.clear();
     scene.layerIndices.clear();
     const Composition composition = activeComposition(chain);
-    report.hasComposition = composition.exists();
     CompositionFacts facts;
     if (!composition.exists() || !readComposition(chain, composition, facts, scene)) {
         report.error = chain.code();
@@ -288,7 +290,8 @@ ImportReport initFromComposition(const HostContext& context, Scene& scene) {
             scene.bodies.push_back(importLayer(chain, layer, facts, scene, entry));
             scene.layerIndices.push_back(index);
             const BodyRecord& body = scene.bodies.back();
-            scene.hasShortLayers = scene.hasShortLayers || body.outPoint - body.inPoint < scene.compFrames;
+            const std::int64_t length = std::int64_t{body.outPoint} - body.inPoint;
+            scene.hasShortLayers = scene.hasShortLayers || length < scene.compFrames;
         }
         // One layer that cannot be read does not keep the others from being bodies.
         entry.error = chain.restart();

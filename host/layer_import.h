@@ -22,7 +22,7 @@ enum class LayerOutcome {
     ThreeD,
     NotShown, ///< its own switch is on, another layer's solo or the like keeps it off
     NoSource,
-    SoundOnly,
+    NoPicture, ///< a source of 0 by 0 pixels: sound, or a picture that is not there
     Masks,
     Text,
     VectorShapes,
@@ -46,7 +46,6 @@ struct LayerReport {
 struct ImportReport {
     std::vector<LayerReport> layers;
     A_Err error = A_Err_NONE; ///< the host's first refusal outside any layer; the import ended there
-    bool hasComposition = false;
 };
 
 /// Reads the layers of the active composition into a scene.

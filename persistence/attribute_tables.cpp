@@ -13,6 +13,8 @@ constexpr double spaceLimit = 1e6;
 
 constexpr std::array<std::string_view, 6> typeNames{"Static", "Kinematic", "Dynamic", "Dormant", "AEmatic", "Dead"};
 
+constexpr std::array<std::string_view, 3> magnetismNames{"None", "Attracts", "Repels"};
+
 constexpr std::array bodyTable{
     attribute<&BodyRecord::type>("type", 0, 5, typeNames),
     attribute<&BodyRecord::density>("density", 0.001, panelLimit),
@@ -29,6 +31,10 @@ constexpr std::array bodyTable{
     attribute<&BodyRecord::maskBits>("maskBits", 0, 65535),
     flagAttribute<&BodyRecord::fixedRotation>("fixedRotation"),
     attribute<&BodyRecord::gravityScale>("gravityScale", -panelLimit, panelLimit),
+    attribute<&BodyRecord::magnetismType>("magnetismType", 0, 2, magnetismNames),
+    attribute<&BodyRecord::magnetIntensity>("magnetIntensity", -panelLimit, panelLimit),
+    attribute<&BodyRecord::magnetDistance>("magnetDistance", 0, panelLimit),
+    flagAttribute<&BodyRecord::acceptMagnetism>("acceptMagnetism"),
     attribute<&BodyRecord::position, &b2Vec2::x>("positionX", -spaceLimit, spaceLimit),
     attribute<&BodyRecord::position, &b2Vec2::y>("positionY", -spaceLimit, spaceLimit),
     attribute<&BodyRecord::angle>("angle", -spaceLimit, spaceLimit),

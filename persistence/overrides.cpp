@@ -102,6 +102,17 @@ std::string unknownLayer(const SettingOverride& setting, std::span<const NamedLa
                          : near);
 }
 
+/// Keeps what is derived from a body's type and magnetism in step with them.
+void noteKind(Scene& scene, BodyRecord& record) {
+    scene.latchType(record.type);
+    scene.latchMagnetism(record.magnetismType);
+    BodyUserData& flags = *record.userData;
+    flags.isStatic = record.type == BodyType::Static;
+    flags.isMagnet = record.magnetismType != 0;
+    flags.isRepulsive = record.magnetismType == 2;
+    flags.magnetDistance = record.magnetDistance;
+}
+
 std::optional<std::string> applyToBodies(const SettingOverride& setting, Scene& scene,
                                          std::span<const NamedLayer> layers) {
     const std::vector<std::size_t> found = layersNamed(setting.target, layers);
@@ -124,9 +135,9 @@ std::optional<std::string> applyToBodies(const SettingOverride& setting, Scene& 
         records.push_back(&unused);
     }
     std::optional<std::string> error = setInAll<BodyRecord>(setting, bodyAttributes(), records);
-    for (const BodyRecord* record : records) {
+    for (BodyRecord* record : records) {
         if (record != &unused) {
-            scene.latchType(record->type);
+            noteKind(scene, *record);
         }
     }
     return error;
@@ -150,7 +161,7 @@ std::optional<std::string> applyToGlobals(const SettingOverride& setting, Scene&
 } // namespace
 
 std::optional<SettingOverride> parseOverride(std::string_view text) {
-    const std::size_t equals = text.find('=');
+    const std::size_t equals = text.rfind('=');
     const std::size_t dot = equals == std::string_view::npos ? equals : text.rfind('.', equals);
     if (dot == std::string_view::npos || dot == 0 || dot + 1 == equals) {
         return std::nullopt;

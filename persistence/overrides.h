@@ -22,7 +22,7 @@ struct NamedLayer {
     std::string whyNoBody; ///< empty if it became a body
 };
 
-/// Splits KEY=VALUE at the first "=", and KEY at its last ".", so that names of layers may hold dots.
+/// Splits KEY=VALUE at the last "=", and KEY at its last ".", so that names of layers may hold both.
 /// @return nothing if the text has no "=" or no "."
 [[nodiscard]] std::optional<SettingOverride> parseOverride(std::string_view text);
 

@@ -1,6 +1,12 @@
+#include <csignal>
+#include <cstdio>
+#include <new>
+#include <string>
+
 #include <CLI/CLI.hpp>
 
 #include "standalone/commands/inspect.h"
+#include "standalone/commands/load.h"
 #include "standalone/commands/options.h"
 #include "standalone/commands/solve.h"
 
@@ -28,10 +34,10 @@ void addSolve(CLI::App& app, SolveOptions& options) {
         ->allow_extra_args(false);
     command->add_option("--start", options.startFrame, "First baked frame; without it the start of the work area")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Range(0, greatestFrame));
     command->add_option("--end", options.endFrame, "Last baked frame; without it the last of the work area")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Range(0, greatestFrame));
     command->add_flag("--in-place", options.inPlace,
                       "Changes the composition itself, not a duplicate; without -o saves it in IN");
     command->add_flag("--motion-blur", options.motionBlur, "Turns on motion blur for the layers that move");
@@ -48,12 +54,26 @@ void addInspect(CLI::App& app, InspectOptions& options) {
     command->add_flag("--json", options.json, "Prints a JSON object");
 }
 
+int run(bool inspects, const InspectOptions& inspectOptions, const SolveOptions& solveOptions) {
+    try {
+        return inspects ? runInspect(inspectOptions) : runSolve(solveOptions);
+    } catch (const std::bad_alloc&) {
+        complain(inspects ? inspectOptions.input : solveOptions.input,
+                 "there is not enough memory for it; nothing was written. Solve fewer frames at a time");
+        return exitFailed;
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     CLI::App app{"Jostle simulates the layers of a composition as rigid bodies and bakes their motion to keyframes."};
     app.name("jostle");
     app.require_subcommand(1);
+    app.set_version_flag("--version", std::string("jostle ") + JOSTLE_VERSION);
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("jostle: ") + error.what() + "; \"jostle --help\" tells how it is used\n";
+    });
     app.footer("Exit status: 0 done, 1 failed while working, 2 wrong use.");
     SolveOptions solveOptions;
     InspectOptions inspectOptions;
@@ -64,5 +84,12 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exitDone : exitWrongUse;
     }
-    return app.got_subcommand("inspect") ? runInspect(inspectOptions) : runSolve(solveOptions);
+    // A file that grows beyond a limit is then an error of writing, and is told as one.
+    std::signal(SIGXFSZ, SIG_IGN);
+    const int status = run(app.got_subcommand("inspect"), inspectOptions, solveOptions);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        complain("standard output", "cannot be written");
+        return status == exitDone ? exitFailed : status;
+    }
+    return status;
 }

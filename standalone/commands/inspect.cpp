@@ -14,6 +14,7 @@
 
 #include "host/layer_import.h"
 #include "standalone/commands/load.h"
+#include "standalone/document/printable.h"
 #include "standalone/suites/document_host.h"
 
 namespace jostle::standalone {
@@ -34,13 +35,6 @@ std::string kindText(LayerKind kind) {
 std::size_t shownWidth(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-}
-
-/// Names come from files: what would move the cursor is shown as a blank.
-std::string printable(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
-    return text;
 }
 
 std::string becameText(const LayerReport& layer, const Scene& scene) {

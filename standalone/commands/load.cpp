@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "standalone/commands/target_file.h"
+#include "standalone/document/printable.h"
 
 namespace jostle::standalone {
 
@@ -30,7 +31,7 @@ std::optional<LoadedDocument> loadDocument(const std::string& path) {
 }
 
 void complain(const std::string& about, const std::string& message) {
-    std::fprintf(stderr, "jostle: %s: %s\n", about.c_str(), message.c_str());
+    std::fprintf(stderr, "jostle: %s: %s\n", printable(about).c_str(), printable(message).c_str());
 }
 
 } // namespace jostle::standalone

@@ -9,13 +9,16 @@ namespace jostle::standalone {
 /// What the program returns to the shell.
 enum ExitStatus : int { exitDone = 0, exitFailed = 1, exitWrongUse = 2 };
 
+/// The last frame that the clock of the simulation counts to.
+constexpr int greatestFrame = 100000;
+
 struct SolveOptions {
     std::string input;
-    std::string output;            ///< empty: beside the input, or the input itself with `inPlace`
-    std::vector<std::string> sets; ///< KEY=VALUE
-    std::optional<int> startFrame; ///< first baked frame; without it the start of the work area
-    std::optional<int> endFrame;   ///< last baked frame; without it the last of the work area
-    std::string samples;           ///< file for the simulated samples; empty: none
+    std::optional<std::string> output; ///< without one: beside the input, or the input itself with `inPlace`
+    std::vector<std::string> sets;     ///< KEY=VALUE
+    std::optional<int> startFrame;     ///< first baked frame; without it the start of the work area
+    std::optional<int> endFrame;       ///< last baked frame; without it the last of the work area
+    std::string samples;               ///< file for the simulated samples; empty: none
     bool inPlace = false;
     bool motionBlur = false;
     bool quiet = false;

@@ -36,6 +36,18 @@ extern "C" void onInterrupt(int signal) {
     std::signal(signal, SIG_DFL);
 }
 
+/// The bodies of which not all could be read, as in "layer 3 "ball", layer 5 "box"".
+std::string doubtfulLayers(const ImportReport& report) {
+    std::string text;
+    for (const LayerReport& layer : report.layers) {
+        if (layer.outcome == LayerOutcome::Body && (layer.numbersReplaced || layer.error != A_Err_NONE)) {
+            text += (text.empty() ? "layer " : ", layer ") + std::to_string(layer.layerIndex + 1) + " \"" + layer.name +
+                    "\"";
+        }
+    }
+    return text;
+}
+
 /// One run of the command, from its options to its files.
 class SolveRun {
 public:
@@ -140,6 +152,11 @@ bool SolveRun::bake(const HostContext& context) {
                                         " layers); nothing was saved");
     }
     progress_.end();
+    if (written.layersMended > 0) {
+        complain(options_.input,
+                 std::to_string(written.layersMended) +
+                     " layers came to positions that are no finite numbers; they stand still from there");
+    }
     return true;
 }
 
@@ -148,6 +165,10 @@ void SolveRun::solveInHost(const HostContext& context) {
     if (report_.error != A_Err_NONE) {
         (void)fail(options_.input, "the layers cannot be read (host error " + std::to_string(report_.error) + ")");
         return;
+    }
+    const std::string doubtful = doubtfulLayers(report_);
+    if (!doubtful.empty() && !options_.quiet) {
+        complain(options_.input, "defaults were taken for what could not be read of " + doubtful);
     }
     exportRun_.emplace(range_.first, range_.last);
     // Without a body the composition stays as it is, and the result is the input to the byte.
@@ -180,6 +201,9 @@ int SolveRun::run() {
             complain(options_.input, note);
         }
     }
+    // Up to here nothing needs an orderly end.
+    std::signal(SIGINT, onInterrupt);
+    std::signal(SIGTERM, onInterrupt);
     const fs::path path(options_.input);
     DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
     if (!runPlugin(host, [this](const HostContext& context) { solveInHost(context); })) {
@@ -207,8 +231,6 @@ int SolveRun::run() {
 } // namespace
 
 int runSolve(const SolveOptions& options) {
-    std::signal(SIGINT, onInterrupt);
-    std::signal(SIGTERM, onInterrupt);
     return SolveRun(options).run();
 }
 

@@ -10,8 +10,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int greatestFrame = 100000; // where the clock of the simulation ends
-
 bool sameFile(const std::string& a, const std::string& b) {
     std::error_code error;
     const fs::path pathA = fs::weakly_canonical(a, error);
@@ -30,9 +28,9 @@ int usableFrame(double frame) {
 } // namespace
 
 std::optional<Refusal> choosePaths(const SolveOptions& options, std::string& output) {
-    output = options.output;
+    output = options.output.value_or(options.inPlace ? options.input : besideInput(options.input));
     if (output.empty()) {
-        output = options.inPlace ? options.input : besideInput(options.input);
+        return Refusal{"-o", "names no file"};
     }
     if (!options.inPlace && sameFile(output, options.input)) {
         return Refusal{output, "is the input itself; give --in-place to change it, or another -o"};
@@ -48,9 +46,10 @@ std::optional<Refusal> chooseRange(const SolveOptions& options, const Compositio
     const int lastShown = usableFrame(std::ceil(FrameClock::snap(composition.outFrame)) - 1);
     // A start beyond the work area without an end bakes that one frame.
     range.last = options.endFrame.value_or(std::max(lastShown, range.first));
-    if (range.last > greatestFrame) {
-        return Refusal{"frame " + std::to_string(range.last),
-                       "is beyond the last that can be simulated, " + std::to_string(greatestFrame)};
+    const int lastOfAll = usableFrame(std::ceil(FrameClock::snap(composition.durationFrames)) - 1);
+    if (range.first > lastOfAll) {
+        return Refusal{"start frame " + std::to_string(range.first),
+                       "lies after the composition's last frame, " + std::to_string(lastOfAll)};
     }
     if (range.first > range.last) {
         return Refusal{"start frame " + std::to_string(range.first),

@@ -32,6 +32,25 @@ bool writeAll(int descriptor, std::string_view contents) {
     return true;
 }
 
+/// The file at the end of a row of symbolic links, be it there or not; nothing if the row is endless.
+std::optional<std::filesystem::path> followLinks(std::filesystem::path path) {
+    constexpr int mostLinks = 40;
+    std::error_code error;
+    for (int i = 0; i < mostLinks; ++i) {
+        if (!std::filesystem::is_symlink(path, error)) {
+            return path;
+        }
+        path = path.parent_path() / std::filesystem::read_symlink(path, error);
+    }
+    return std::nullopt;
+}
+
+/// Whether an open file is a regular one that has no second name.
+bool isOrdinary(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink <= 1;
+}
+
 /// Whether the open file is still the one of that name: another run may have renamed it away before we got the lock.
 bool isStillThere(int descriptor, const std::string& path) {
     struct stat opened {};
@@ -100,8 +119,12 @@ TargetFile::~TargetFile() {
 std::optional<std::string> TargetFile::open(const std::string& path) {
     discard();
     std::error_code error;
-    const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
-    target_ = error ? path : resolved.string();
+    const std::optional<std::filesystem::path> followed = followLinks(path);
+    if (!followed) {
+        return "is a ring of symbolic links; name another file";
+    }
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(*followed, error);
+    target_ = error ? followed->string() : resolved.string();
     const std::filesystem::file_status status = std::filesystem::status(target_, error);
     if (std::filesystem::is_directory(status)) {
         return "is a directory; name a file in it";
@@ -113,11 +136,18 @@ std::optional<std::string> TargetFile::open(const std::string& path) {
         return "is write-protected; name another file or change its permissions";
     }
     const std::filesystem::path folder = std::filesystem::path(target_).parent_path();
-    temporary_ = (folder / ("." + std::filesystem::path(target_).filename().string() + ".jostle-part")).string();
+    constexpr std::size_t longestBeginning = 200; // of a name that may have 255 bytes with what is put around it
+    const std::string name = std::filesystem::path(target_).filename().string().substr(0, longestBeginning);
+    temporary_ = (folder / ("." + name + ".jostle-part")).string();
     for (;;) {
-        descriptor_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+        // Whatever somebody else put there under that name is not followed, waited for or written through.
+        descriptor_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666);
         if (descriptor_ < 0) {
             return "cannot be written: " + reason(errno) + " (folder " + folder.string() + ")";
+        }
+        if (!isOrdinary(descriptor_)) {
+            ::close(std::exchange(descriptor_, -1));
+            return "cannot be written: remove " + temporary_ + ", which is no ordinary file";
         }
         if (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
             ::close(std::exchange(descriptor_, -1));

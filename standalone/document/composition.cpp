@@ -65,8 +65,10 @@ Composition::Composition(const Composition& other)
 void relinkParents(Composition& composition) {
     const auto& layers = composition.layers;
     Places<int> places;
-    for (std::size_t place = 0; place < layers.size(); ++place)
-        places.emplace_back(layers[place]->id, place);
+    for (std::size_t place = 0; place < layers.size(); ++place) {
+        if (layers[place]->idInFile)
+            places.emplace_back(layers[place]->id, place);
+    }
     std::sort(places.begin(), places.end());
 
     std::vector<std::size_t> parents;

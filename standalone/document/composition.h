@@ -58,16 +58,15 @@ struct Transform {
     Stream rotation;
     Stream skew, skewAxis;
     bool separated = false;
-    SourceSpan source;         ///< the transform object; empty if the layer has none
-    SourceSpan positionSource; ///< the position's value when its dimensions are separated
+    SourceSpan source; ///< the transform object; empty if the layer has none
 };
 
 /// A `parentId` that names no layer. 0 does: files may number their layers from it.
 constexpr int noParent = std::numeric_limits<int>::min();
 
 struct Layer {
-    int id = 0; ///< lasting identifier, unique in its composition
-    bool idInFile = false;
+    int id = 0;            ///< lasting identifier, unique in its composition
+    bool idInFile = false; ///< others of the file may name it by its identifier
     LayerKind kind = LayerKind::Unknown;
     std::string name;                 ///< UTF-8, empty if the file has none
     int parentId = noParent;          ///< identifier as the file has it; what relinkParents goes by
@@ -111,7 +110,8 @@ struct Composition {
     bool changed = false; ///< name or work area differ from the source text
 };
 
-/// Points every `parent` at the first layer of its `parentId`; a parent that would close a cycle is dropped.
+/// Points every `parent` at the first layer that has its `parentId` in the file, whatever it pointed at before. A
+/// parent that would close a cycle is dropped. Copies need no relinking.
 void relinkParents(Composition& composition);
 
 } // namespace jostle::standalone

@@ -207,7 +207,6 @@ Transform PropertyReader::transform(const JsonValue& object, bool threeD) {
     if (!isSeparated(looked))
         return transform;
     transform.separated = true;
-    transform.positionSource = position.span();
     for (const auto& field : dimensionFields) {
         auto& target = transform.*std::get<Stream Transform::*>(field.member);
         target = stream(looked[field.name], field.form);

@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 
+#include "standalone/document/printable.h"
 #include "standalone/lottie/assets.h"
 #include "standalone/lottie/fields.h"
 #include "standalone/lottie/property_reader.h"
@@ -13,7 +14,8 @@ namespace jostle::standalone {
 
 namespace {
 
-constexpr double largestSize = 1e6; ///< pixels, either way
+constexpr double largestSize = 1e6;   ///< pixels, either way
+constexpr double farthestFrame = 1e9; ///< of a layer's span; beyond it host times lose whole frames
 
 std::string placed(const LottieSource& source, std::size_t offset) {
     const TextPlace place = placeInText(source.text, offset);
@@ -23,8 +25,13 @@ std::string placed(const LottieSource& source, std::size_t offset) {
 /// The value as it stands in the text, cut short, for messages.
 std::string excerpt(const JsonValue& value) {
     constexpr std::size_t most = 40;
-    const std::string_view text = value.text();
-    return text.size() <= most ? std::string(text) : std::string(text.substr(0, most)) + "...";
+    std::string text = printable(value.text());
+    if (text.size() <= most)
+        return text;
+    std::size_t end = most;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        --end; // not within a character
+    return text.substr(0, end) + "...";
 }
 
 std::string layerTitle(const Layer& layer, std::size_t index) {
@@ -124,7 +131,7 @@ private:
         layer->outFrame = composition.outFrame;
         readFields(layerFields, object, *layer);
         for (double* frame : {&layer->inFrame, &layer->outFrame, &layer->startFrame})
-            *frame = FrameClock::snap(*frame);
+            *frame = std::clamp(FrameClock::snap(*frame), -farthestFrame, farthestFrame);
         if (layer->stretch == 0)
             layer->stretch = 1;
         layer->parentId = object["parent"].integer(noParent);
@@ -214,7 +221,9 @@ ReadResult readLottie(std::string text, std::string fileName) {
     if (error.empty())
         result.source = std::move(source);
     else
-        result.error = (source->fileName.empty() ? std::string() : source->fileName + ": ") + error;
+        result.error = printable((source->fileName.empty() ? std::string() : source->fileName + ": ") + error);
+    for (std::string& note : result.notes)
+        note = printable(note); // names from the file are in it
     return result;
 }
 

@@ -18,10 +18,10 @@ struct LottieSource {
 
 /// What reading a document came to.
 struct ReadResult {
-    std::string error; ///< what is wrong, where, and what to do; empty if all was read
+    std::string error; ///< what is wrong, where, and what to do, in one line; empty if all was read
     std::shared_ptr<const LottieSource> source;
     std::unique_ptr<Composition> composition;
-    std::vector<std::string> notes; ///< what a user should know, a sentence each
+    std::vector<std::string> notes; ///< what a user should know, a sentence in one line each
 
     explicit operator bool() const { return composition != nullptr; }
 };

@@ -64,10 +64,10 @@ private:
         root.commit(edits_);
     }
 
-    // The format knows no end but that of what is shown.
+    // The format knows no end but that of what is shown: a length is told where it goes on after that.
     void writeDuration(ObjectEdit& root, const JsonValue& extension) {
         const double present = FrameClock::snap(extension["duration"].number(0));
-        if (std::max(composition_.outFrame, present) == composition_.durationFrames)
+        if (composition_.durationFrames <= composition_.outFrame || composition_.durationFrames == present)
             return;
         const std::string duration = numberText(composition_.durationFrames);
         if (extension.isObject()) {
@@ -83,14 +83,24 @@ private:
     void writeLayer(const Layer& layer, const JsonValue& object) {
         ObjectEdit edit(object, style_);
         if (layer.changed)
-            writeFlagsAndParent(layer, edit);
+            writeFlags(layer, edit);
+        if (layer.changed || motionChanged(layer.transform))
+            writeParent(layer, edit);
         if (needsId_.count(&layer) > 0)
             edit.set("ind", std::to_string(layer.id));
         writeTransform(layer, edit);
         edit.commit(edits_);
     }
 
-    static void writeFlagsAndParent(const Layer& layer, ObjectEdit& edit) {
+    static bool motionChanged(const Transform& transform) {
+        const auto changed = [&](const auto& field) {
+            return field.use == FieldUse::Write && (transform.*std::get<Stream Transform::*>(field.member)).changed;
+        };
+        return std::any_of(transformFields.begin(), transformFields.end(), changed) ||
+               std::any_of(dimensionFields.begin(), dimensionFields.end(), changed);
+    }
+
+    static void writeFlags(const Layer& layer, ObjectEdit& edit) {
         Layer before;
         readFields(layerFields, edit.object(), before);
         for (const auto& field : layerFields) {
@@ -102,6 +112,11 @@ private:
             const bool digit = field.form == FieldForm::ZeroOne;
             edit.set(field.name, digit ? (value ? "1" : "0") : (value ? "true" : "false"));
         }
+    }
+
+    // Also of a layer whose motion alone has changed: that was made without the parent which the file names but the
+    // reader dropped, as one of a ring or one that is not there.
+    static void writeParent(const Layer& layer, ObjectEdit& edit) {
         if (!layer.parent)
             edit.remove("parent");
         else if (edit.object()["parent"].integer(noParent) != layer.parent->id)

@@ -101,8 +101,8 @@ bool hostLives = false;
 } // namespace
 
 bool HandOuts::allReturned() const {
-    return streams == 0 && values == 0 && memory == 0 && masks == 0 && collections == 0 && outlines == 0 &&
-           keyBatches == 0 && suites == 0 && undoGroups == 0;
+    return streams == 0 && values == 0 && memory == 0 && collections == 0 && keyBatches == 0 && suites == 0 &&
+           undoGroups == 0;
 }
 
 std::string HandOuts::text() const {
@@ -114,9 +114,7 @@ std::string HandOuts::text() const {
     add(streams, "streams");
     add(values, "values");
     add(memory, "memory handles");
-    add(masks, "masks");
     add(collections, "collections");
-    add(outlines, "outlines");
     add(keyBatches, "key batches");
     add(suites, "suites");
     add(undoGroups, "undo groups");

@@ -16,9 +16,7 @@ struct HandOuts {
     int streams = 0;
     int values = 0;
     int memory = 0;
-    int masks = 0;
     int collections = 0;
-    int outlines = 0;
     int keyBatches = 0;
     int suites = 0;
     int undoGroups = 0;

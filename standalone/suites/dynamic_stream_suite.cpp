@@ -1,4 +1,4 @@
-#include <cstring>
+#include <string_view>
 
 #include "standalone/suites/host_state.h"
 #include "standalone/suites/tables.h"
@@ -75,9 +75,9 @@ A_Err getMatchName(AEGP_StreamRefH handle, A_char* matchName) {
     const StreamRef* ref = state().usableStream(handle);
     if (ref == nullptr || matchName == nullptr)
         return A_Err_PARAMETER;
-    // All names are shorter than AEGP_MAX_STREAM_MATCH_NAME_SIZE.
     const bool isRoot = ref->node == StreamNode::Root;
-    std::strcpy(matchName, isRoot ? rootMatchName(*ref->layer->layer) : factsOf(ref->node).matchName);
+    const std::string_view name = isRoot ? rootMatchName(*ref->layer->layer) : factsOf(ref->node).matchName;
+    matchName[name.copy(matchName, AEGP_MAX_STREAM_MATCH_NAME_SIZE - 1)] = 0;
     return A_Err_NONE;
 }
 

@@ -85,16 +85,21 @@ A_Err setLayerFlag(AEGP_LayerH handle, AEGP_LayerFlags flag, A_Boolean value) {
     LayerEntry* entry = state().layerOf(handle);
     if (entry == nullptr || flag <= 0 || (flag & (flag - 1)) != 0)
         return A_Err_PARAMETER;
+    bool Layer::*field = nullptr;
+    if (flag == AEGP_LayerFlag_VIDEO_ACTIVE)
+        field = &Layer::hidden;
+    else if (flag == AEGP_LayerFlag_MOTION_BLUR)
+        field = &Layer::motionBlur;
+    else if (flag == AEGP_LayerFlag_AUTO_ORIENT_ROTATION)
+        field = &Layer::autoOrient;
+    else
+        return state().refuse("AEGP_SetLayerFlag for anything but video, motion blur and auto-orientation");
     Layer& layer = *entry->layer;
-    const bool isVideo = flag == AEGP_LayerFlag_VIDEO_ACTIVE;
-    if (!isVideo && flag != AEGP_LayerFlag_MOTION_BLUR)
-        return state().refuse("AEGP_SetLayerFlag for anything but video and motion blur");
-    bool& field = isVideo ? layer.hidden : layer.motionBlur;
-    const bool wanted = (value != 0) != isVideo;
-    if (field == wanted)
+    const bool wanted = (value != 0) != (flag == AEGP_LayerFlag_VIDEO_ACTIVE);
+    if (layer.*field == wanted)
         return A_Err_NONE;
     state().journal.touchLayer(*entry);
-    field = wanted;
+    layer.*field = wanted;
     layer.changed = true;
     return A_Err_NONE;
 }

@@ -133,7 +133,7 @@ bool setParent(LayerEntry& entry, const LayerEntry* parent) {
     const std::optional<Matrix4d> space = next == nullptr ? Matrix4d{} : inverse(worldMatrix(*next, 0));
     state().journal.touchLayer(entry);
     layer.parent = next;
-    layer.parentId = next == nullptr ? 0 : next->id;
+    layer.parentId = next == nullptr ? noParent : next->id;
     layer.changed = true;
     if (space)
         fold(entry, world * *space);

@@ -133,8 +133,7 @@ void deleteKey(LayerEntry& entry, StreamNode leaf, std::size_t index) {
 void addKeys(LayerEntry& entry, StreamNode leaf, KeyTrack batch) {
     if (batch.empty())
         return;
-    Layer& layer = *entry.layer;
-    Stream& stream = *streamAt(layer, leaf);
+    Stream& stream = *streamAt(*entry.layer, leaf);
     state().journal.touchStream(entry, leaf);
     stream.components = storedComponents(stream, leaf);
     const auto components = static_cast<std::size_t>(stream.components);
@@ -142,11 +141,6 @@ void addKeys(LayerEntry& entry, StreamNode leaf, KeyTrack batch) {
         batch = ordered(batch, components);
     stream.keys = stream.keys.empty() ? std::move(batch) : merged(stream.keys, batch, components);
     stream.changed = true;
-    if (leaf == StreamNode::Rotation && layer.autoOrient) {
-        state().journal.touchLayer(entry);
-        layer.autoOrient = false;
-        layer.changed = true;
-    }
 }
 
 } // namespace jostle::standalone

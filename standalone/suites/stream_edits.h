@@ -27,7 +27,6 @@ void setStaticValue(LayerEntry& entry, StreamNode leaf, const Components& value)
 void deleteKey(LayerEntry& entry, StreamNode leaf, std::size_t index);
 
 /// Adds keys in any order. Of several at one frame the last given counts, and it replaces a key that stood there.
-/// Keyframed rotation ends a layer's auto-orientation, which would turn it once more.
 void addKeys(LayerEntry& entry, StreamNode leaf, KeyTrack batch);
 
 } // namespace jostle::standalone

@@ -179,6 +179,8 @@ TEST(Solve, SaysWhatIsWrongWithTheCommand) {
         {"solve", "in.json", "--start", "x"},
         {"solve", "in.json", "--start", "5", "--end", "4"},
         {"solve", "in.json", "--end", "100001"},
+        {"solve", "in.json", "--start", "10"},
+        {"solve", "in.json", "-o", ""},
         {"solve", "in.json", "-o", "in.json"},
         {"solve", "in.json", "--set", "box"},
         {"solve", "in.json", "--set", "bax.type=Static"},

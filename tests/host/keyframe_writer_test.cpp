@@ -72,7 +72,11 @@ std::unique_ptr<Document> animatedDocument() {
 }
 
 TEST(KeyframeWriter, WritesKeysWhereTheSamplesChange) {
-    Export job(animatedDocument());
+    Export job([] {
+        auto document = animatedDocument();
+        document->layers[0]->autoOrient = true;
+        return document;
+    }());
     job.motionBlur = true;
     // At rest for three frames, then two pixels a frame. The second sample's neighbours are alike.
     const WriteReport report =
@@ -88,6 +92,7 @@ TEST(KeyframeWriter, WritesKeysWhereTheSamplesChange) {
     expectValue(layer.transform.anchor, {10, 5, 0});
     expectValue(layer.transform.scale, {100, 100, 100});
     EXPECT_TRUE(layer.motionBlur);
+    EXPECT_FALSE(layer.autoOrient) << "it would turn the layer once more";
     EXPECT_EQ(job.hosted.host.outcome().inFrame, 30);
     EXPECT_EQ(job.hosted.host.outcome().outFrame, 35);
 }
@@ -140,6 +145,24 @@ TEST(KeyframeWriter, CutsTheParentAndKeepsTheScale) {
         EXPECT_EQ(job.write({samplesOf({{30, 40}}, {0})}, 0).outcome, WriteOutcome::Done);
         EXPECT_EQ(job.hosted.layer(0).parent, nullptr);
         expectValue(job.hosted.layer(0).transform.scale, c.written);
+    }
+}
+
+// The rotation of the run goes on from the one at time 0, where the x axis may be flipped though it is not in the
+// range, or the other way round: both axes are turned over throughout, or neither.
+TEST(KeyframeWriter, TurnsTheScaleOverAsItWasOnImport) {
+    for (const double flipped : {-100.0, 100.0}) {
+        SCOPED_TRACE(flipped);
+        auto document = emptyDocument();
+        DocumentLayer& layer = addLayer(*document);
+        addKey(layer.transform.scale, 0, {flipped, 100, 100});
+        addKey(layer.transform.scale, 10, {-flipped, 100, 100});
+        addKey(layer.transform.scale, 30, {-2 * flipped, 100, 100});
+        Export job(std::move(document));
+        const auto still = samplesOf({{30, 40}, {30, 40}, {30, 40}}, {0, 0, 0});
+        EXPECT_EQ(job.write({still}, 20).outcome, WriteOutcome::Done);
+        const double y = flipped < 0 ? -100 : 100;
+        expectKeys(job.hosted.layer(0).transform.scale, {20, 21, 22}, {-150, y, 100, -155, y, 100, -160, y, 100});
     }
 }
 

@@ -52,7 +52,9 @@ TEST(LayerImport, TellsWhyALayerIsNoBody) {
         {"3D", LayerKind::Solid, [](auto& l) { l.threeD = true; }, LayerOutcome::ThreeD},
         {"a null before it is hidden", LayerKind::Null, [](auto& l) { l.hidden = true; }, LayerOutcome::Null},
         {"sound", LayerKind::Audio, [](auto& l) { l.item = std::make_shared<standalone::Item>(); },
-         LayerOutcome::SoundOnly},
+         LayerOutcome::NoPicture},
+        {"a solid without a size", LayerKind::Solid, [](auto& l) { l.item = std::make_shared<standalone::Item>(); },
+         LayerOutcome::NoPicture},
         {"masks count before the contents", LayerKind::Shape, [](auto& l) { l.maskCount = 1; }, LayerOutcome::Masks},
         {"a masked solid", LayerKind::Solid, [](auto& l) { l.maskCount = 2; }, LayerOutcome::Masks},
         {"text", LayerKind::Text, plain, LayerOutcome::Text},
@@ -185,6 +187,7 @@ TEST(LayerImport, CutsSpansToWholeFrames) {
         {"parts of frames are cut", 25, 10.5, 50.75, 10, 50, true},
         {"and towards zero", 25, -0.5, 50, 0, 50, true},
         {"a rate that no time hits exactly", 29.9700012207031, 61.0000024845809, 99, 61, 99, true},
+        {"from farther back than an int counts", 25, -2.2e9, 50, -1000000000, 50, false},
         {"just below a whole frame", 23.9759979248047, 33, 99.99989, 33, 100000, false},
     };
     for (const Case& c : cases) {

@@ -39,6 +39,10 @@ TEST(Overrides, AreWrittenWhereTheyPoint) {
         {"ball.type=dead", [](const Scene& s) { return s.bodies[0].type == BodyType::Dead; }},
         {"ball.type=1", [](const Scene& s) { return s.bodies[0].type == BodyType::Kinematic && s.hasKinematic; }},
         {"ball.TYPE=4", [](const Scene& s) { return s.hasAEmatic && !s.hasDormant; }},
+        {"ball.magnetismType=repels",
+         [](const Scene& s) {
+             return s.hasMagnets && s.bodies[0].magnetismType == 2 && s.bodies[0].userData->isRepulsive;
+         }},
         {"1.density=2", [](const Scene& s) { return s.bodies[1].density == 2 && s.bodies[0].density == 1; }},
         {"3.density=2", [](const Scene& s) { return s.bodies[1].density == 2; }},
         {"twin.friction=0", [](const Scene& s) { return s.bodies[2].friction == 0 && s.bodies[3].friction == 0; }},
@@ -105,12 +109,12 @@ TEST(Overrides, RefusalsSayWhatWouldBeRight) {
     }
 }
 
-TEST(Overrides, ANameMayHoldDotsButTheValueStartsAtTheFirstEqualsSign) {
-    const std::optional<SettingOverride> setting = parseOverride("a.b.density=c=d");
+TEST(Overrides, ANameMayHoldDotsAndEqualsSigns) {
+    const std::optional<SettingOverride> setting = parseOverride("a.b=c.density=2");
     ASSERT_TRUE(setting.has_value());
-    EXPECT_EQ(setting->target, "a.b");
+    EXPECT_EQ(setting->target, "a.b=c");
     EXPECT_EQ(setting->attribute, "density");
-    EXPECT_EQ(setting->value, "c=d");
+    EXPECT_EQ(setting->value, "2");
 }
 
 TEST(Overrides, OfAllBodiesAreCheckedWhenThereAreNone) {

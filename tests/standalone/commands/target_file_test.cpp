@@ -6,6 +6,8 @@
 #include <fstream>
 #include <iterator>
 
+#include <sys/stat.h>
+
 namespace jostle::standalone {
 namespace {
 
@@ -74,7 +76,32 @@ TEST_F(TargetFileTest, ASecondRunIsTurnedAway) {
     EXPECT_EQ(contents("out.json"), "first");
 }
 
+TEST_F(TargetFileTest, WhatStandsInPlaceOfTheTemporaryIsNotWrittenThrough) {
+    put("victim.txt", "dear");
+    fs::create_symlink("victim.txt", path(".a.json.jostle-part"));
+    fs::create_hard_link(path("victim.txt"), path(".b.json.jostle-part"));
+    ASSERT_EQ(::mkfifo(path(".c.json.jostle-part").c_str(), 0600), 0);
+    for (const char* name : {"a.json", "b.json", "c.json"}) {
+        TargetFile target;
+        EXPECT_NE(target.open(path(name)), std::nullopt) << name;
+    }
+    EXPECT_EQ(contents("victim.txt"), "dear");
+}
+
+TEST_F(TargetFileTest, LongNamesHaveATemporaryToo) {
+    const std::string name(250, 'x');
+    TargetFile target;
+    ASSERT_EQ(target.open(path(name.c_str())), std::nullopt);
+    ASSERT_EQ(target.commit("whole"), std::nullopt);
+    EXPECT_EQ(contents(name.c_str()), "whole");
+}
+
 TEST_F(TargetFileTest, ASymbolicLinkIsFollowed) {
+    fs::create_symlink("later.json", path("dangling.json"));
+    TargetFile dangling;
+    ASSERT_EQ(dangling.open(path("dangling.json")), std::nullopt);
+    ASSERT_EQ(dangling.commit("new"), std::nullopt);
+    EXPECT_EQ(contents("later.json"), "new");
     put("real.json", "old");
     fs::create_symlink("real.json", path("link.json"));
     TargetFile target;

@@ -10,6 +10,7 @@ Composition withLayers(std::initializer_list<std::pair<int, int>> idsAndParents)
     for (const auto& [id, parentId] : idsAndParents) {
         composition.layers.push_back(std::make_unique<Layer>());
         composition.layers.back()->id = id;
+        composition.layers.back()->idInFile = true;
         composition.layers.back()->parentId = parentId;
     }
     relinkParents(composition);
@@ -42,6 +43,10 @@ TEST(Composition, CopiesReferToTheirOwnLayers) {
     const Composition copy(original);
     EXPECT_EQ(copy.layers[0]->parent, copy.layers[1].get());
     EXPECT_NE(copy.layers[0]->parent, original.layers[1].get());
+    // Also to one whose number the file does not know.
+    original.layers[1]->idInFile = false;
+    const Composition second(original);
+    EXPECT_EQ(second.layers[0]->parent, second.layers[1].get());
     original.layers[0]->transform.position.keys.frames.clear();
     EXPECT_EQ(copy.layers[0]->transform.position.keys.size(), 2u);
 }

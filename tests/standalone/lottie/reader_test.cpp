@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "standalone/document/evaluate.h"
+#include "standalone/document/printable.h"
 #include "standalone/lottie/assets.h"
 #include "standalone/lottie/fields.h"
 
@@ -49,13 +50,13 @@ TEST(Reader, LayersAndWhatTheyShow) {
         {"ty":0,"refId":"pre","w":50,"h":60,"tt":1,"masksProperties":[{},{"pt":{}},3]},
         {"ty":0,"refId":"loop","w":50,"h":60,"tt":1,"tp":7},
         {"ty":3.0,"ind":3.0,"jostle":{"label":9,"guide":true}},
-        {"ty":5},{"ty":99,"op":"x"},null)",
+        {"ty":5},{"ty":99,"op":"x","ip":-1e12},null,{"parent":8},{"parent":5})",
                                                 R"(,"assets":[{"id":"pic","w":32,"h":16,"p":"a.png"},
         {"id":"pre","nm":"Inner","layers":[{"ty":2,"refId":"pic"}]},{"id":"loop","layers":[{"ty":0,"refId":"loop"}]}])"),
                                        "a.json");
     ASSERT_TRUE(read) << read.error;
     const auto& layers = read.composition->layers;
-    ASSERT_EQ(layers.size(), 8u) << "every entry counts in the order";
+    ASSERT_EQ(layers.size(), 10u) << "every entry counts in the order";
     EXPECT_EQ(layers[0]->name, "floor");
     EXPECT_TRUE(layers[0]->item->isSolid);
     EXPECT_EQ(layers[0]->item->solidColor.green, 0);
@@ -84,7 +85,10 @@ TEST(Reader, LayersAndWhatTheyShow) {
     EXPECT_EQ(layers[5]->item, nullptr);
     EXPECT_EQ(layers[6]->kind, LayerKind::Unknown);
     EXPECT_EQ(layers[6]->outFrame, 100) << "the composition's end";
+    EXPECT_EQ(layers[6]->inFrame, -1e9) << "as far away as a frame can be";
     EXPECT_EQ(layers[7]->transform.scale.value, (Components{100, 100, 100}));
+    EXPECT_EQ(layers[8]->parent, nullptr) << "8 was given to a layer by the reader, not by the file";
+    EXPECT_EQ(layers[9]->parent, nullptr) << "nobody has 5";
 }
 
 TEST(Reader, SolidColours) {
@@ -182,7 +186,7 @@ TEST(Reader, SlotsExpressionsAndSeparatedDimensions) {
 
     const ReadResult read = readLottie(
         document(
-            R"({"ty":4,"nm":"arm","ddd":1,"ks":{"p":{"s":true,"x":{"k":1,"x":"var $bm_rt;"},"y":{"k":2}},"rz":{"k":30}}},{"ty":4})"),
+            R"({"ty":4,"nm":"arm\n1","ddd":1,"ks":{"p":{"s":true,"x":{"k":1,"x":"var $bm_rt;"},"y":{"k":2}},"rz":{"k":30}}},{"ty":4})"),
         "a.json");
     ASSERT_TRUE(read) << read.error;
     const Transform& t = read.composition->layers[0]->transform;
@@ -192,7 +196,7 @@ TEST(Reader, SlotsExpressionsAndSeparatedDimensions) {
     EXPECT_FALSE(t.positionY.hasExpression);
     EXPECT_EQ(t.rotation.value[0], 30);
     ASSERT_EQ(read.notes.size(), 1u);
-    EXPECT_NE(read.notes[0].find("layer 1 \"arm\""), std::string::npos) << read.notes[0];
+    EXPECT_NE(read.notes[0].find("layer 1 \"arm 1\""), std::string::npos) << read.notes[0];
 }
 
 // What we rewrite holds nothing that we would leave beside it without knowing what players make of it.
@@ -244,6 +248,13 @@ TEST(Reader, RefusesWithAMessage) {
         {"a key's time", second(R"({"s":{"k":[{"t":1e999,"s":[1,1]}]}})"), {"layer 2", "/ks/s/k/0/t"}},
         {"a key's tangent", second(R"({"p":{"k":[{"t":0,"s":[1,1],"to":[1e99,0]}]}})"), {"/ks/p/k/0/to"}},
         {"a separated dimension", second(R"({"p":{"s":true,"x":{"k":0},"y":{"k":1e40}}})"), {"/ks/p/y/k"}},
+        {"an excerpt in one line", "{\"fr\":25,\"w\":[1,\r\n\t2],\"h\":1,\"layers\":[]}", {"is [1, 2];"}},
+        {"an excerpt is cut between characters",
+         "{\"fr\":25,\"w\":\"" + std::string(38, 'a') + "\xC3\xA9\",\"h\":1,\"layers\":[]}",
+         {"is \"" + std::string(38, 'a') + "...;"}},
+        {"control characters in a name",
+         document(R"({"ty":4,"nm":"a\u001b[2J\nb\u009bc","ks":{"r":{"k":1e99}}})"),
+         {"layer 1 \"a [2J b c\""}},
         {"too deep", document("{\"shapes\":" + std::string(500, '[') + std::string(500, ']') + "}"), {"200 levels"}},
     };
     for (const Case& c : cases) {
@@ -252,6 +263,7 @@ TEST(Reader, RefusesWithAMessage) {
         EXPECT_FALSE(read);
         for (const std::string& words : c.says)
             EXPECT_NE(read.error.find(words), std::string::npos) << read.error;
+        EXPECT_EQ(read.error, printable(read.error));
     }
     EXPECT_TRUE(readLottie(second(R"({"p":{"k":[1e15,-1e15]},"r":{"k":1e-999}})"), "f.json"));
 }

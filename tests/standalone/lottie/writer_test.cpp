@@ -224,6 +224,15 @@ TEST(Writer, FlagsAndParents) {
     });
     EXPECT_EQ(
         out, around(R"({"ty":4,"ao":0,"hd":false,"mb":true},{"ind":2,"parent":4},{"ty":3,"nm":"new parent","ind":4})"));
+    // Parents that the reader drops, as a ring's or as nobody, go with the first change of the motion; others stay.
+    const auto bakeAll = [](Composition& c) {
+        for (const auto& layer : c.layers)
+            setStatic(layer->transform.rotation, {5, 0, 0});
+    };
+    EXPECT_EQ(
+        rewritten(around(R"({"ind":1,"parent":2},{"ind":2,"parent":1},{"ind":3,"parent":3},{"parent":9})"), bakeAll),
+        around(R"({"ind":1,"parent":2,"ks":{"r":{"a":0,"k":5}}},{"ind":2,"ks":{"r":{"a":0,"k":5}}},)"
+               R"({"ind":3,"ks":{"r":{"a":0,"k":5}}},{"ks":{"r":{"a":0,"k":5}}})"));
     // The only member taken out; and the first of two.
     const auto unparent = [](Composition& c) {
         c.layers[0]->parent = nullptr;
@@ -256,6 +265,35 @@ TEST(Writer, WorkAreaKeepsTheLength) {
     };
     EXPECT_EQ(rewritten(extended, shorter),
               R"({"fr":25,"w":9,"h":9,"ip":0,"op":20,"layers":[],"jostle":{"label":1,"duration":50}})");
+}
+
+// What ends with the work area needs no length beside it.
+TEST(Writer, WorkAreaBeyondTheLength) {
+    struct Case {
+        const char* name;
+        double inFrame, outFrame;
+        const char *before, *after;
+    };
+    constexpr Case cases[] = {
+        {"the last part of a frame is shown whole", 0, 41, R"("op":40.5,)", R"("op":41,)"},
+        {"starts behind the end", 70, 90, R"("op":50,)", R"("op":90,)"},
+        {"beyond a length given", 0, 60, R"("op":20,"jostle":{"duration":50},)",
+         R"("op":60,"jostle":{"duration":50},)"},
+        {"within a length given", 0, 30, R"("op":20,"jostle":{"duration":50},)",
+         R"("op":30,"jostle":{"duration":50},)"},
+    };
+    for (const Case& c : cases) {
+        const auto text = [](double inFrame, const char* members) {
+            return "{\"fr\":25,\"w\":9,\"h\":9,\"ip\":" + std::to_string(static_cast<int>(inFrame)) + ',' + members +
+                   "\"layers\":[]}";
+        };
+        const auto change = [&](Composition& composition) {
+            composition.inFrame = c.inFrame;
+            composition.outFrame = c.outFrame;
+            composition.changed = true;
+        };
+        EXPECT_EQ(rewritten(text(0, c.before), change), text(c.inFrame, c.after)) << c.name;
+    }
 }
 
 TEST(Writer, NewTextLooksLikeItsSurroundings) {

@@ -105,22 +105,6 @@ TEST(KeyframeSuite, ReachesSeparatedDimensionsThroughTheFollowers) {
     session.dispose(leader);
 }
 
-TEST(KeyframeSuite, EndsAutoOrientationWithKeyframedRotation) {
-    auto document = smallDocument();
-    Layer& layer = *document->layers[child];
-    layer.autoOrient = true;
-    Session session(std::move(document));
-    const AEGP_StreamRefH rotation = session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
-    session.undoGroup("keys");
-    session.addKeys(rotation, {{0, 7}, {5, 8}});
-    session.endGroup();
-    EXPECT_FALSE(layer.autoOrient);
-    EXPECT_EQ(session.undo(), A_Err_NONE);
-    EXPECT_TRUE(layer.autoOrient);
-    EXPECT_FALSE(layer.changed);
-    session.dispose(rotation);
-}
-
 TEST(KeyframeSuite, CountsAValueThatIsTheSameAsNoChange) {
     Session session;
     const AEGP_StreamRefH position = session.stream(session.layer(child), AEGP_LayerStream_POSITION);

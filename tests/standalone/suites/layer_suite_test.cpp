@@ -66,6 +66,7 @@ TEST(LayerSuite, KeepsALayerInPlaceUnderANewParent) {
     const A_Time start{0, 1};
     A_Matrix4 before{}, after{};
     ASSERT_EQ(layers.AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
+    EXPECT_EQ(session.host.outcome().layers[child]->parentId, noParent);
     ASSERT_EQ(layers.AEGP_GetLayerToWorldXform(session.layer(child), &start, &before), A_Err_NONE);
     ASSERT_EQ(layers.AEGP_SetLayerParent(session.layer(child), session.layer(holder)), A_Err_NONE);
     ASSERT_EQ(layers.AEGP_GetLayerToWorldXform(session.layer(child), &start, &after), A_Err_NONE);
@@ -122,6 +123,41 @@ TEST(LayerSuite, TellsKindsAndFlags) {
         EXPECT_EQ(type, c.type);
         EXPECT_EQ(flags, c.flags);
     }
+}
+
+TEST(LayerSuite, SetsTheFlagsThatAFileHolds) {
+    struct Case {
+        AEGP_LayerFlags flag;
+        bool Layer::*member;
+        bool whenOn; ///< the member's value
+    };
+    constexpr Case cases[] = {
+        {AEGP_LayerFlag_VIDEO_ACTIVE, &Layer::hidden, false},
+        {AEGP_LayerFlag_MOTION_BLUR, &Layer::motionBlur, true},
+        {AEGP_LayerFlag_AUTO_ORIENT_ROTATION, &Layer::autoOrient, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.flag);
+        auto document = smallDocument();
+        Layer& layer = *document->layers[child];
+        layer.*c.member = c.whenOn;
+        Session session(std::move(document));
+        const auto& layers = session.table<AEGP_LayerSuite13>();
+        EXPECT_EQ(layers.AEGP_SetLayerFlag(session.layer(child), c.flag, 1), A_Err_NONE);
+        EXPECT_FALSE(layer.changed) << "it is on";
+        session.undoGroup("off");
+        EXPECT_EQ(layers.AEGP_SetLayerFlag(session.layer(child), c.flag, 0), A_Err_NONE);
+        session.endGroup();
+        EXPECT_EQ(layer.*c.member, !c.whenOn);
+        EXPECT_TRUE(layer.changed);
+        EXPECT_EQ(session.undo(), A_Err_NONE);
+        EXPECT_EQ(layer.*c.member, c.whenOn);
+        EXPECT_FALSE(layer.changed);
+    }
+    Session session;
+    EXPECT_NE(session.table<AEGP_LayerSuite13>().AEGP_SetLayerFlag(session.layer(child), AEGP_LayerFlag_GUIDE_LAYER, 1),
+              A_Err_NONE);
+    EXPECT_EQ(session.host.reports().size(), 1u);
 }
 
 } // namespace

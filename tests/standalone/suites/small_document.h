@@ -31,6 +31,7 @@ inline std::unique_ptr<Layer> layerNamed(const char* name, int id, LayerKind kin
     auto layer = std::make_unique<Layer>();
     layer->name = name;
     layer->id = id;
+    layer->idInFile = true;
     layer->kind = kind;
     layer->outFrame = 50;
     layer->transform.anchor = staticStream(2, 0, 0);
