@@ -33,12 +33,15 @@ constexpr float settingLimit = 16777200.0f;
 /// step. What is not a number counts as 0.
 [[nodiscard]] inline b2Vec2 boundedForce(const b2Body& body, b2Vec2 force) {
     constexpr float greatestAcceleration = 1.0e9f; // metres per second squared
-    return bounded(force, greatestAcceleration * body.GetMass());
+    const float limit = greatestAcceleration * body.GetMass();
+    const float largest = std::max(std::abs(force.x), std::abs(force.y));
+    // Shortened as a whole, so that it keeps its direction.
+    return largest > limit && std::isfinite(largest) ? (limit / largest) * force : bounded(force, limit);
 }
 
 /// The vector of a length, in any unit, and a direction in degrees, 0 being right and 90 down; worked out in floats.
 [[nodiscard]] inline b2Vec2 polarVector(float length, float directionDegrees) {
-    const float radians = degreesToRadians(bounded(directionDegrees));
+    const float radians = degreesToRadians(boundedSetting(directionDegrees));
     return {bounded(length) * std::cos(radians), bounded(length) * std::sin(radians)};
 }
 

@@ -148,6 +148,7 @@ void SimulationClock::countFrame() {
     if (frame_ >= lastFrame) {
         restart();
     } else if (exportRun_ && frame_ > exportRun_->endFrame()) {
+        exportRun_ = nullptr;
         isRunning_ = false;
         isPlaying_ = false;
     }
@@ -168,6 +169,7 @@ void SimulationClock::rebuild() {
     buildWorld(scene_, *world_);
     worldBuilt_ = true;
     quietUntil_ = -1.0;
+    exportRun_ = nullptr; // its samples would be of two worlds
 }
 
 void SimulationClock::play() {
@@ -180,6 +182,7 @@ void SimulationClock::pause() {
     isRunning_ = false;
     isPlaying_ = false;
     isSingleStep_ = false;
+    isRepeating_ = false;
 }
 
 void SimulationClock::step() {
@@ -190,7 +193,6 @@ void SimulationClock::step() {
 void SimulationClock::restart() {
     rebuild();
     frame_ = 0;
-    isRepeating_ = false;
     pause();
 }
 
@@ -210,7 +212,7 @@ void SimulationClock::refresh() {
 }
 
 void SimulationClock::repeat() {
-    if (frame_ > 0) {
+    if (frame_ > 0 && !exportRun_) {
         isRepeating_ = true;
         repeatEndFrame_ = frame_;
         playFromStart();
@@ -229,12 +231,11 @@ void SimulationClock::stopGravityCapture() {
 void SimulationClock::startExport(ExportRun& run) {
     isRepeating_ = false;
     isSingleStep_ = false;
-    exportRun_ = &run;
     playFromStart();
+    exportRun_ = &run;
 }
 
 void SimulationClock::cancelExport() {
-    exportRun_ = nullptr;
     restart();
 }
 

@@ -60,7 +60,9 @@ public:
     ///
     /// When the end frame has been sampled the clock lets go of the run and stops at the end of that tick; whoever
     /// drives the clock then finds `ExportRun::isComplete` and writes the keyframes. If the clock stops without
-    /// that, the range was empty or beyond the last frame that it counts to.
+    /// that, the range was empty or beyond the last frame that it counts to. Any rebuild meanwhile lets go of the run
+    /// too.
+    /// @param run  a fresh one, which must live until the clock lets go of it
     void startExport(ExportRun& run);
     /// Lets go of a run, and restarts.
     void cancelExport();

@@ -84,6 +84,46 @@ TEST(SimulationClock, repeatPlaysUpToItsEndFrame) {
     EXPECT_FALSE(run.clock.isRepeating());
 }
 
+TEST(SimulationClock, pauseEndsRepeating) {
+    Playback run(oneBox(25, 2));
+    run.playTo(4);
+    run.clock.repeat();
+    for (int i = 0; i < 4; ++i) {
+        run.clock.tick();
+    }
+    run.clock.pause();
+    run.clock.tick();
+    EXPECT_FALSE(run.clock.isRunning()) << "an idle tick must not start over";
+    EXPECT_EQ(run.clock.frame(), 4);
+}
+
+TEST(SimulationClock, aRebuildLetsGoOfAnExport) {
+    Playback run(oneBox(25, 2));
+    ExportRun samples(0, 9);
+    run.clock.startExport(samples);
+    for (int i = 0; i < 5; ++i) {
+        run.clock.tick();
+    }
+    run.clock.refresh();
+    for (int i = 0; i < 20; ++i) {
+        run.clock.tick();
+    }
+    EXPECT_FALSE(samples.isComplete());
+    EXPECT_EQ(samples.results().front().positions.size(), 5u);
+}
+
+// 16777200 degrees are 46603 turns and 120 degrees; 1000080 are 2778 turns. Single precision keeps a tenth of a degree.
+TEST(SimulationClock, gravityKeepsItsDirectionAtTheEndOfThePanel) {
+    for (const auto& [direction, degrees] : {std::pair{16777200.0, 120.0}, std::pair{1000080.0, 0.0}}) {
+        Scene scene = oneBox(25, 2);
+        scene.globals.direction = direction;
+        Playback run(std::move(scene));
+        run.playTo(2);
+        const b2Vec2 velocity = run.body().GetLinearVelocity();
+        EXPECT_NEAR(std::atan2(velocity.y, velocity.x) * 180.0 / 3.14159265, degrees, 1.0);
+    }
+}
+
 TEST(SimulationClock, aRunThatNobodyStopsEnds) {
     Playback run(emptyScene(25));
     run.playTo(100000);
