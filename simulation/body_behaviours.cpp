@@ -19,11 +19,11 @@ namespace {
 
 void comeAlive(const BehaviorPreferences& preferences, BodyRecord& record) {
     if (record.type == BodyType::Dynamic) {
-        changeType(*record.body, b2_dynamicBody);
+        changeType(record, b2_dynamicBody);
         record.body->SetLinearVelocity(initialVelocity(record));
     } else if (record.type == BodyType::Kinematic &&
                preferences.kinematicBehavior == KinematicBehavior::DynamicAtInPoint) {
-        changeType(*record.body, b2_dynamicBody);
+        changeType(record, b2_dynamicBody);
     }
 }
 
@@ -50,10 +50,10 @@ void moveTarget(const Scene& scene, const BodyRecord& record, LayerMotion& layer
     joint->SetTarget(bounded(record.aematicWorldAnchor + now - atStart));
 }
 
-/// How much larger a layer is than one tick ago. Scales are taken as the import takes them, without their sign and no
-/// smaller than a thousandth, so that a layer may start from nothing.
+/// How much larger a layer is than one tick ago, below 0 if it was turned over. Scales count for a thousandth at least,
+/// as in the import, so that a layer may start from nothing.
 float scaleRatio(float older, float newer) {
-    const auto usable = [](float scale) { return std::max(std::abs(bounded(scale)), 0.001f); };
+    const auto usable = [](float scale) { return std::copysign(std::max(std::abs(bounded(scale)), 0.001f), scale); };
     return usable(newer) / usable(older);
 }
 
@@ -169,7 +169,7 @@ void applyInAndOut(const BehaviorPreferences& preferences, BodyRecord& record, c
     if (wasOut && !isOut) {
         comeAlive(preferences, record);
     } else if (!wasOut && isOut && record.type == BodyType::Dynamic) {
-        changeType(*record.body, b2_staticBody);
+        changeType(record, b2_staticBody);
     }
     record.userData->outOfTime = isOut;
     // All fixtures of a body are alike, and on most ticks nothing changes.
@@ -185,17 +185,18 @@ void applyGravityScale(const BodyRecord& record) {
 }
 
 void followLayer(const Scene& scene, std::int32_t index, int frame, LayerMotion& layers) {
-    const BodyRecord& record = scene.bodies[static_cast<std::size_t>(index)];
+    const auto i = static_cast<std::size_t>(index);
+    const BodyRecord& record = scene.bodies[i];
     const bool isKinematic = record.body->GetType() == b2_kinematicBody;
-    if (!isKinematic && record.type != BodyType::AEmatic) {
+    if ((!isKinematic && record.type != BodyType::AEmatic) || i >= scene.layerIndices.size()) {
         return;
     }
-    const int layerIndex = scene.layerIndices[static_cast<std::size_t>(index)];
+    const int layerIndex = scene.layerIndices[i];
     const TickTimes times = tickTimes(scene, frame);
     if ((layers.lastKeyframeFrame(layerIndex) - 1) * times.frameDuration >= times.simTime) {
         followMotion(scene, record, layerIndex, times, layers);
     } else if (isKinematic) {
-        changeType(*record.body, b2_dynamicBody);
+        changeType(record, b2_dynamicBody);
         const Velocities last = layerVelocities(layers, layerIndex, tickTimes(scene, frame - 1));
         record.body->SetLinearVelocity(last.linear);
         record.body->SetAngularVelocity(last.angular);
@@ -207,7 +208,7 @@ void wakeDormant(Scene& scene, BodyRecord& record) {
         wakeWeightless(scene, record);
     } else if (record.type == BodyType::Dormant && record.body->GetType() == b2_staticBody &&
                isReached(scene, record)) {
-        changeType(*record.body, b2_dynamicBody);
+        changeType(record, b2_dynamicBody);
         record.isDormant = false;
     }
 }

@@ -24,7 +24,7 @@ void applyInAndOut(const BehaviorPreferences& preferences, BodyRecord& record, c
 void applyGravityScale(const BodyRecord& record);
 
 /// The follow pass: `Kinematic` and `AEmatic` bodies are moved by their layers until the last keyframe. After it, a
-/// kinematic body becomes dynamic and flies off with its last speed.
+/// kinematic body becomes dynamic and flies off with its last speed. A body without a layer keeps what it has.
 /// @param index  of the record in `Scene::bodies`
 /// @param frame  of this tick
 void followLayer(const Scene& scene, std::int32_t index, int frame, LayerMotion& layers);

@@ -13,7 +13,6 @@ namespace jostle {
 namespace {
 
 constexpr float leastDensity = 0.001f;
-constexpr float greatestDensity = 1.0e5f;
 constexpr float leastBoxArea = 0.0001f;       // square metres
 constexpr float leastTriangleArea = 0.00001f; // square metres
 constexpr int denseMeshLimit = 75;            // triangles
@@ -123,11 +122,18 @@ Pieces createPieces(BodyRecord& record) {
     return made;
 }
 
-/// Mass, its first and its second moment about the body's origin, summed in the library's order.
-b2MassData massAboutOrigin(b2Body& body) {
-    b2MassData sum{0.0f, {0.0f, 0.0f}, 0.0f};
-    for (const b2Fixture* fixture = body.GetFixtureList(); fixture; fixture = fixture->GetNext()) {
-        if (fixture->GetDensity() > 0.0f) {
+/// Sets a dynamic body's mass from its shapes, summed in the library's order.
+///
+/// The library's own sum divides by the area of every shape, which scaling may have flattened since, and by an inertia
+/// that is the difference of two sums about the body's origin, which single precision loses where a small shape lies
+/// far from it. Flattened shapes weigh nothing here, and a body whose inertia cannot be told is not turned by blows. A
+/// body without fixtures weighs 1 kg, so that it falls like any other.
+/// @param centerAtOrigin  the body turns about its origin; what it weighs and how hard it is to turn there stays
+void setMass(const BodyRecord& record, bool centerAtOrigin) {
+    b2MassData sum{0.0f, {0.0f, 0.0f}, 0.0f}; // about the body's origin
+    for (b2Fixture* fixture = record.body->GetFixtureList(); fixture; fixture = fixture->GetNext()) {
+        fixture->SetDensity(bounded(record.density, leastDensity, settingLimit));
+        if (canHaveMass(*fixture->GetShape())) {
             b2MassData one;
             fixture->GetMassData(&one);
             sum.mass += one.mass;
@@ -135,61 +141,16 @@ b2MassData massAboutOrigin(b2Body& body) {
             sum.I += one.I;
         }
     }
-    return sum;
-}
-
-/// Whether single precision can tell the body's inertia about its centre of mass. It is a difference of two sums
-/// about the origin, which is lost in rounding where a small shape lies far from the body's origin. Bodies that are no
-/// more than specks do not turn either.
-bool canTurn(b2Body& body) {
-    b2MassData sum = massAboutOrigin(body);
-    if (!(sum.mass > 0.0f)) {
-        return true;
+    if (centerAtOrigin || !(sum.mass > 0.0f)) {
+        sum.center.SetZero();
+    } else {
+        sum.center *= 1.0f / sum.mass;
     }
-    sum.center *= 1.0f / sum.mass;
-    return sum.I - sum.mass * b2Dot(sum.center, sum.center) > std::max(8.0f * b2_epsilon * sum.I, leastInertia);
-}
-
-/// Before the library works out a body's mass: what it could not divide by is taken out of its sums.
-void prepareMass(b2Body& body) {
-    for (b2Fixture* fixture = body.GetFixtureList(); fixture; fixture = fixture->GetNext()) {
-        if (!canHaveMass(*fixture->GetShape())) {
-            fixture->SetDensity(0.0f);
-        }
+    const float inertia = sum.I - sum.mass * b2Dot(sum.center, sum.center);
+    if (!(inertia > std::max(8.0f * b2_epsilon * sum.I, leastInertia))) {
+        sum.I = 0.0f; // infinitely hard to turn
     }
-    if (!canTurn(body)) {
-        body.SetFixedRotation(true);
-    }
-}
-
-/// What a body without fixtures weighs; the library would leave it without mass, and thus without weight.
-void giveEmptyBodyMass(b2Body& body) {
-    if (body.GetType() == b2_dynamicBody && body.GetMass() == 0.0f) {
-        const b2MassData oneKilogram{1.0f, {0.0f, 0.0f}, 0.0f};
-        body.SetMassData(&oneKilogram);
-    }
-}
-
-/// A body that ends with an open path turns about its origin; what it weighs and how hard it is to turn stays.
-void moveCenterToOrigin(b2Body& body) {
-    b2MassData mass = massAboutOrigin(body);
-    if (body.GetType() == b2_dynamicBody && mass.mass > 0.0f && mass.I > leastInertia) {
-        mass.center.SetZero();
-        body.SetMassData(&mass);
-    }
-}
-
-void setMass(const BodyRecord& record, bool centerAtOrigin) {
-    b2Body& body = *record.body;
-    for (b2Fixture* fixture = body.GetFixtureList(); fixture; fixture = fixture->GetNext()) {
-        fixture->SetDensity(bounded(record.density, leastDensity, greatestDensity));
-    }
-    prepareMass(body);
-    body.ResetMassData();
-    giveEmptyBodyMass(body);
-    if (centerAtOrigin) {
-        moveCenterToOrigin(body);
-    }
+    record.body->SetMassData(&sum);
 }
 
 } // namespace
@@ -204,10 +165,13 @@ void createFixtures(BodyRecord& record) {
     setMass(record, made.endWithPath);
 }
 
-void changeType(b2Body& body, b2BodyType type) {
-    prepareMass(body);
-    body.SetType(type);
-    giveEmptyBodyMass(body);
+void changeType(const BodyRecord& record, b2BodyType type) {
+    // The library works out a mass of its own meanwhile, which must find nothing to divide by.
+    for (b2Fixture* fixture = record.body->GetFixtureList(); fixture; fixture = fixture->GetNext()) {
+        fixture->SetDensity(0.0f);
+    }
+    record.body->SetType(type);
+    setMass(record, false);
 }
 
 } // namespace jostle

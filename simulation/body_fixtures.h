@@ -14,8 +14,7 @@ namespace jostle {
 /// a fixture.
 void createFixtures(BodyRecord& record);
 
-/// Gives a body another type, and the mass that goes with it. A dynamic body without fixtures weighs 1 kg, so that it
-/// falls like any other.
-void changeType(b2Body& body, b2BodyType type);
+/// Gives a record's body another type, and the mass that its shapes have now, about their true centre.
+void changeType(const BodyRecord& record, b2BodyType type);
 
 } // namespace jostle

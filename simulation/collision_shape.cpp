@@ -59,13 +59,20 @@ void scalePolygon(b2PolygonShape& polygon, b2Vec2 pivot, float ratioX, float rat
     if (!std::all_of(vertices.begin(), vertices.end(), [&](b2Vec2 v) { return isWithinReach(scaled(v)); })) {
         return;
     }
+    const bool isMirrored = (ratioX < 0.0f) != (ratioY < 0.0f);
+    const float sign = isMirrored ? -1.0f : 1.0f;
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         vertices[i] = scaled(vertices[i]);
-        // A normal scales with the inverse of the ratios: n' = (nx / rx, ny / ry), here times rx ry.
-        b2Vec2 normal(polygon.m_normals[i].x * ratioY, polygon.m_normals[i].y * ratioX);
+        // A normal scales with the inverse of the ratios: n' = (nx / rx, ny / ry), here times |rx ry|.
+        b2Vec2 normal(sign * polygon.m_normals[i].x * ratioY, sign * polygon.m_normals[i].y * ratioX);
         if (normal.Normalize() > 0.0f) {
             polygon.m_normals[i] = normal;
         }
+    }
+    if (isMirrored) {
+        // So that the vertices still run the library's way. The last edge, back to the first vertex, stays the last.
+        std::reverse(vertices.begin(), vertices.end());
+        std::reverse(polygon.m_normals, polygon.m_normals + vertices.size() - 1);
     }
     polygon.m_centroid = scaled(polygon.m_centroid);
 }
@@ -116,8 +123,8 @@ bool canHaveMass(const b2Shape& shape) {
 void scaleShape(b2Shape& shape, b2Vec2 pivot, float ratioX, float ratioY) {
     if (shape.GetType() != b2Shape::e_circle) {
         scalePolygon(static_cast<b2PolygonShape&>(shape), pivot, ratioX, ratioY);
-    } else if (shape.m_radius * ratioX <= farthestVertex) {
-        shape.m_radius *= ratioX;
+    } else if (shape.m_radius * std::abs(ratioX) <= farthestVertex) {
+        shape.m_radius *= std::abs(ratioX);
     }
 }
 

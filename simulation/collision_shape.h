@@ -25,21 +25,19 @@ namespace jostle {
 /// @param center  metres relative to the body
 /// @param radius  metres
 /// @param circle  left alone if the answer is false
-/// @return false if the circle reaches farther than 10000 m from the body, is not finite, or has an area of no more
-/// than
-///         the float epsilon
+/// @return false if the centre lies farther than 10000 m from the body or the radius is longer, one of them is not
+///         finite, or the area is no more than the float epsilon
 [[nodiscard]] bool fillCircle(b2Vec2 center, float radius, b2CircleShape& circle);
 
 /// Whether the library can work out the mass of a polygon or circle: its area exceeds the float epsilon. Always so for
 /// one that was just filled, but scaling may have flattened it since.
 [[nodiscard]] bool canHaveMass(const b2Shape& shape);
 
-/// Scales a polygon in place about a point, or the radius of a circle by `ratioX`, its centre staying where it is. Mass
-/// is not touched. A shape that would reach farther than 10000 m from the body stays as it is.
+/// Scales a polygon in place about a point, or the radius of a circle by the size of `ratioX`, its centre staying where
+/// it is. Mass is not touched. A shape that would reach farther than 10000 m from the body stays as it is.
 ///
-/// @param pivot   metres relative to the body
-/// @param ratioX  above 0
-/// @param ratioY  above 0
+/// @param pivot           metres relative to the body
+/// @param ratioX, ratioY  not 0; a negative one turns a polygon over
 void scaleShape(b2Shape& shape, b2Vec2 pivot, float ratioX, float ratioY);
 
 } // namespace jostle
