@@ -202,7 +202,6 @@ void setUserData(const Color& label, bool hasLabel, int bodyIndex, BodyRecord& b
     data.color = rgbOf(body.color);
     data.labelColor = hasLabel ? rgbOf(label) : Rgb{0.5f, 0.5f, 0.5f};
     data.isStatic = body.staticOnImport;
-    data.outOfTime = body.inPoint > 0;
     *body.userData = data;
 }
 

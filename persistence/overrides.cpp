@@ -102,17 +102,6 @@ std::string unknownLayer(const SettingOverride& setting, std::span<const NamedLa
                          : near);
 }
 
-/// Keeps what is derived from a body's type and magnetism in step with them.
-void noteKind(Scene& scene, BodyRecord& record) {
-    scene.latchType(record.type);
-    scene.latchMagnetism(record.magnetismType);
-    BodyUserData& flags = *record.userData;
-    flags.isStatic = record.type == BodyType::Static;
-    flags.isMagnet = record.magnetismType != 0;
-    flags.isRepulsive = record.magnetismType == 2;
-    flags.magnetDistance = record.magnetDistance;
-}
-
 std::optional<std::string> applyToBodies(const SettingOverride& setting, Scene& scene,
                                          std::span<const NamedLayer> layers) {
     const std::vector<std::size_t> found = layersNamed(setting.target, layers);
@@ -135,9 +124,10 @@ std::optional<std::string> applyToBodies(const SettingOverride& setting, Scene& 
         records.push_back(&unused);
     }
     std::optional<std::string> error = setInAll<BodyRecord>(setting, bodyAttributes(), records);
-    for (BodyRecord* record : records) {
+    for (const BodyRecord* record : records) {
         if (record != &unused) {
-            noteKind(scene, *record);
+            scene.latchType(record->type);
+            scene.latchMagnetism(record->magnetismType);
         }
     }
     return error;

@@ -38,13 +38,15 @@ struct BodyUserData {
     Rgb color{0.5f, 0.5f, 0.5f};      ///< fill
     Rgb labelColor{0.5f, 0.5f, 0.5f}; ///< the layer's label in the host; grey without one
     bool selected = false;
-    bool isStatic = false;  ///< the record's type is `Static`
-    bool outOfTime = false; ///< the frame lies outside the layer's in and out points, or the type is `Dead`
     bool selectable = true; ///< picking ignores the body if not
-    bool isMagnet = false;
-    bool isRepulsive = false;
+
+    // From the record, by world construction.
+    bool isStatic = false;         ///< its type is `Static`
+    bool outOfTime = false;        ///< the frame lies outside the layer's in and out points, or the type is `Dead`
+    bool isMagnet = false;         ///< its magnetism type is 1 or 2
+    bool isRepulsive = false;      ///< it is 2
     float magnetDistance = 100.0f; ///< pixels
-    std::int32_t bodyIndex = -1;   ///< of the record in `Scene::bodies`; set by world construction
+    std::int32_t bodyIndex = -1;   ///< of the record in `Scene::bodies`
 };
 
 /// One layer that became a body. Lasting: a world is made from records and thrown away.
@@ -137,7 +139,9 @@ struct BehaviorPreferences {
 struct Scene {
     std::vector<BodyRecord> bodies; ///< in the order of the layers, the topmost first
     std::vector<JointRecord> joints;
-    std::vector<std::int32_t> layerIndices; ///< for record i the layer's index in the composition, from 0
+    /// For record i the layer's index in the composition, from 0. A record beyond its end has no layer, and follows
+    /// none.
+    std::vector<std::int32_t> layerIndices;
     GlobalProperties globals;
     BehaviorPreferences preferences;
 

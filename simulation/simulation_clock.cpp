@@ -163,9 +163,6 @@ void SimulationClock::pullSprings() {
 
 void SimulationClock::rebuild() {
     world_ = createWorld();
-    for (BodyRecord& record : scene_.bodies) {
-        record.userData->outOfTime = record.type == BodyType::Dead || record.inPoint > 0;
-    }
     buildWorld(scene_, *world_);
     worldBuilt_ = true;
     quietUntil_ = -1.0;

@@ -81,11 +81,22 @@ void createMouseJoint(BodyRecord& record, b2World& world, b2Body& groundBody) {
     record.body->SetAwake(true);
 }
 
+/// What the preview and the picking read of a body that stands at frame 0.
+void deriveFlags(const BodyRecord& record, std::int32_t index) {
+    BodyUserData& flags = *record.userData;
+    flags.selectable = true;
+    flags.isStatic = record.type == BodyType::Static;
+    flags.outOfTime = record.type == BodyType::Dead || record.inPoint > 0;
+    flags.isMagnet = record.magnetismType == 1 || record.magnetismType == 2;
+    flags.isRepulsive = record.magnetismType == 2;
+    flags.magnetDistance = record.magnetDistance;
+    flags.bodyIndex = index;
+}
+
 void createBody(Scene& scene, std::int32_t index, b2World& world) {
     BodyRecord& record = scene.bodies[static_cast<std::size_t>(index)];
     record.isDormant = record.type == BodyType::Dormant;
-    record.userData->selectable = true;
-    record.userData->bodyIndex = index;
+    deriveFlags(record, index);
     const b2BodyDef def = bodyDef(record, scene.preferences);
     record.body = world.CreateBody(&def);
     record.aematicJoint = nullptr;

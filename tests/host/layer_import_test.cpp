@@ -201,7 +201,6 @@ TEST(LayerImport, CutsSpansToWholeFrames) {
         EXPECT_EQ(scene.bodies.at(0).inPoint, c.inPoint);
         EXPECT_EQ(scene.bodies.at(0).outPoint, c.outPoint);
         EXPECT_EQ(scene.hasShortLayers, c.isShort);
-        EXPECT_EQ(scene.bodies[0].userData->outOfTime, c.inPoint > 0);
     }
 }
 

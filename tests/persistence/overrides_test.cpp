@@ -40,9 +40,7 @@ TEST(Overrides, AreWrittenWhereTheyPoint) {
         {"ball.type=1", [](const Scene& s) { return s.bodies[0].type == BodyType::Kinematic && s.hasKinematic; }},
         {"ball.TYPE=4", [](const Scene& s) { return s.hasAEmatic && !s.hasDormant; }},
         {"ball.magnetismType=repels",
-         [](const Scene& s) {
-             return s.hasMagnets && s.bodies[0].magnetismType == 2 && s.bodies[0].userData->isRepulsive;
-         }},
+         [](const Scene& s) { return s.hasMagnets && s.bodies[0].magnetismType == 2; }},
         {"1.density=2", [](const Scene& s) { return s.bodies[1].density == 2 && s.bodies[0].density == 1; }},
         {"3.density=2", [](const Scene& s) { return s.bodies[1].density == 2; }},
         {"twin.friction=0", [](const Scene& s) { return s.bodies[2].friction == 0 && s.bodies[3].friction == 0; }},

@@ -60,7 +60,6 @@ TEST(WorldBuilder, eachTypeBecomesItsOwn) {
         scene.preferences.dormantBehavior = c.dormantBehavior;
         BodyRecord& record = addBox(scene, {1, 2}, 2, 1, c.type);
         record.inPoint = c.inPoint;
-        record.userData->outOfTime = c.inPoint > 0;
         record.gravityScale = 0.5f;
         record.linearVelocityMagnitude = 3;
         record.linearVelocityDirection = 90;
