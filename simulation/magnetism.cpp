@@ -10,13 +10,21 @@ namespace jostle {
 namespace {
 
 constexpr std::int32_t attracts = 1;
+constexpr std::int32_t repels = 2;
 constexpr float intensityPerNewton = 10.0f; // at one metre
 
 /// F = strength / distance^2 towards the magnet, or away from it. There is no fade at the edge of its reach.
 b2Vec2 magnetForce(const BodyRecord& magnet, b2Vec2 toMagnet, float distance) {
     const float strength = boundedSetting(magnet.magnetIntensity) / intensityPerNewton;
     const b2Vec2 force = (strength / (distance * distance)) * toMagnet;
-    return magnet.magnetismType == attracts ? force : -force;
+    switch (magnet.magnetismType) {
+    case attracts:
+        return force;
+    case repels:
+        return -force;
+    default:
+        return {0.0f, 0.0f}; // wakes sleepers all the same
+    }
 }
 
 } // namespace
