@@ -7,9 +7,10 @@ namespace jostle {
 
 /// A value on the heap whose address stays the same while its owner is moved about.
 ///
-/// The world's bodies point at such values, which belong to records in a vector. A copy owns a value of its own; to
-/// assign copies the value and keeps the address. Never empty, but for one that was moved from, which may only be
-/// assigned to or destroyed.
+/// The world's bodies point at such values, which belong to records in a vector. A copy owns a value of its own.
+/// Assigning a copy keeps the address; assigning by a move takes over the other's value together with its address, and
+/// ends the one that was held. Never empty, but for one that was moved from, which may only be assigned to or
+/// destroyed.
 template<class T>
 class Owned {
 public:
