@@ -127,10 +127,19 @@ b2Joint* createJoint(const JointRecord& record, Def def, b2World& world) {
     return world.CreateJoint(&def);
 }
 
+/// The library lengthens what is shorter than the linear slop, but only where it reads it, on construction. With no slop
+/// meanwhile the joint starts relaxed at any length.
+b2Joint* createDistanceJoint(const JointRecord& record, Bodies bodies, b2World& world) {
+    const float slop = std::exchange(b2_linearSlop, 0.0f);
+    b2Joint* joint = createJoint(record, distanceDef(record, bodies), world);
+    b2_linearSlop = slop;
+    return joint;
+}
+
 b2Joint* createJoint(const JointRecord& record, Bodies bodies, b2World& world) {
     switch (record.type) {
     case JointType::Distance:
-        return createJoint(record, distanceDef(record, bodies), world);
+        return createDistanceJoint(record, bodies, world);
     case JointType::Pivot:
         storePivotGeometry(record, bodies);
         return createJoint(record, pivotDef(record, bodies), world);

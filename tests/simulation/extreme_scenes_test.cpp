@@ -112,11 +112,13 @@ private:
 Scene randomScene(unsigned seed) {
     Extremes draw(seed);
     Scene scene = emptyScene(25);
-    scene.globals.stepsPerFrame = draw.upTo(4);
+    scene.globals.stepsPerFrame = draw.upTo(11);
     scene.globals.magnitude = draw.number();
+    scene.globals.direction = draw.number();
     scene.globals.takeValueFrom = draw.upTo(4) == 0;
     scene.globals.timeDivider = draw.coin() ? 1.0 : draw.number();
     scene.globals.tolerance = draw.coin() ? 50.0 : draw.number();
+    scene.preferences.kinematicBehavior = static_cast<KinematicBehavior>(draw.upTo(2));
     scene.preferences.dormantBehavior = static_cast<DormantBehavior>(draw.upTo(2));
     const int bodies = 2 + draw.upTo(10);
     for (int i = 0; i < bodies; ++i) {
