@@ -12,7 +12,7 @@ namespace jostle {
 
 namespace {
 
-constexpr float leastDensity = 0.001f;
+constexpr float leastDensity = 0.001f;        // the panel's least; without any, a body would have no mass
 constexpr float leastBoxArea = 0.0001f;       // square metres
 constexpr float leastTriangleArea = 0.00001f; // square metres
 constexpr int denseMeshLimit = 75;            // triangles

@@ -8,10 +8,11 @@
 namespace jostle {
 
 void ExportRun::reserve(const Scene& scene) {
-    // The clock gives up after this many frames, whatever the range.
-    constexpr std::int64_t mostFrames = 100001;
+    // Nearly every run is shorter. A longer one grows by doubling, and so far from every frame, where room for the
+    // longest range would take a gigabyte for a thousand bodies that may be stopped at once.
+    constexpr std::int64_t firstBlock = 4096;
     const std::int64_t frames = static_cast<std::int64_t>(endFrame_) - startFrame_ + 1;
-    const auto count = static_cast<std::size_t>(std::min(frames, mostFrames));
+    const auto count = static_cast<std::size_t>(std::min(frames, firstBlock));
     results_.resize(scene.bodies.size());
     for (ExportResult& result : results_) {
         result.positions.reserve(count);

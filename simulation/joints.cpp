@@ -16,9 +16,6 @@ namespace jostle {
 
 namespace {
 
-constexpr float greatestFrequency = 1.0e4f; // hertz
-constexpr float greatestDampingRatio = 1.0e4f;
-constexpr float greatestEffort = 1.0e9f; // newtons, or newton metres, of a motor
 // For a joint that is free to stretch. The library divides it by the time of a step, which must not overflow.
 constexpr float unboundedLength = 1.0e9f; // metres
 
@@ -57,9 +54,10 @@ void tune(const JointRecord& record, float stepTime) {
     direction.Normalize();
     const float mass = inverse(inverseMassAt(*joint.GetBodyA(), joint.GetAnchorA(), direction) +
                                inverseMassAt(*joint.GetBodyB(), joint.GetAnchorB(), direction));
-    const float omega = 2.0f * b2_pi * std::min(record.frequency, greatestFrequency);
+    const float omega = 2.0f * b2_pi * bounded(record.frequency, 0.0f);
     const float stiffness = mass * omega * omega;
-    const float damping = 2.0f * mass * bounded(record.damping, 0.0f, greatestDampingRatio) * omega;
+    // The panel takes negative damping, which would feed the swing until it is infinite.
+    const float damping = 2.0f * mass * bounded(record.damping, 0.0f) * omega;
     // The solver divides by this. A spring too soft for a float does nothing.
     const bool isTooSoft = !(stepTime * (damping + stepTime * stiffness) > 1.0e-30f);
     joint.SetStiffness(isTooSoft ? 0.0f : stiffness);
@@ -101,7 +99,7 @@ b2RevoluteJointDef pivotDef(const JointRecord& record, Bodies bodies) {
         limits(record.lowerAngle * radiansPerDegree, record.upperAngle * radiansPerDegree);
     def.enableMotor = record.enableMotor;
     def.motorSpeed = -bounded(record.motorSpeed);
-    def.maxMotorTorque = bounded(record.maxMotorTorque, 0.0f, greatestEffort);
+    def.maxMotorTorque = bounded(record.maxMotorTorque, 0.0f);
     return def;
 }
 
@@ -116,7 +114,7 @@ b2PrismaticJointDef pistonDef(const JointRecord& record, Bodies bodies) {
     std::tie(def.lowerTranslation, def.upperTranslation) = limits(record.lowerTranslation, record.upperTranslation);
     def.enableMotor = record.enableMotor;
     def.motorSpeed = -bounded(record.motorSpeed);
-    def.maxMotorForce = bounded(record.maxMotorForce, 0.0f, greatestEffort);
+    def.maxMotorForce = bounded(record.maxMotorForce, 0.0f);
     return def;
 }
 
@@ -127,8 +125,8 @@ b2Joint* createJoint(const JointRecord& record, Def def, b2World& world) {
     return world.CreateJoint(&def);
 }
 
-/// The library lengthens what is shorter than the linear slop, but only where it reads it, on construction. With no slop
-/// meanwhile the joint starts relaxed at any length.
+/// The library lengthens what is shorter than the linear slop, but only where it reads it, on construction. With no
+/// slop meanwhile the joint starts relaxed at any length.
 b2Joint* createDistanceJoint(const JointRecord& record, Bodies bodies, b2World& world) {
     const float slop = std::exchange(b2_linearSlop, 0.0f);
     b2Joint* joint = createJoint(record, distanceDef(record, bodies), world);

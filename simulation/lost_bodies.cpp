@@ -3,14 +3,15 @@
 #include <box2d/b2_body.h>
 
 #include <cmath>
+#include <cstddef>
 
 namespace jostle {
 
 namespace {
 
-/// Metres, or radians. Records begin within a tenth of it, and no free body gets so far: the library moves none by more
+/// Metres, or radians. Records begin within a sixth of it, and no free body gets so far: the library moves none by more
 /// than 2 m or a quarter turn in a step.
-constexpr float farthest = 1.0e7f;
+constexpr float farthest = 1.0e8f;
 
 /// Whatever goes wrong within a step shows in where the body ends.
 bool isLost(const b2Body& body) {
@@ -33,26 +34,29 @@ void putBack(b2Body& body, b2Vec2 position, float angle) {
     if (isStatic) {
         body.SetType(b2_staticBody);
     }
-    // A joint with a body that is left out has no effect, so that a body which does not move may stay.
+    // Joints that lost a body once would lose it again in every step, and shake whatever it touches. Frozen, it stands
+    // where the picture was last right, and its joints rest with it. Others may stay.
     body.SetEnabled(body.GetType() != b2_dynamicBody || !body.GetJointList());
 }
 
 } // namespace
 
-void LostBodies::remember(const Scene& scene, const b2World& world) {
-    places_.resize(world.GetJointCount() > 0 ? scene.bodies.size() : 0);
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-        const b2Body& body = *scene.bodies[i].body;
-        places_[i] = {body.GetPosition(), body.GetAngle()};
+void LostBodies::remember(const b2World& world) {
+    places_.resize(world.GetJointCount() > 0 ? static_cast<std::size_t>(world.GetBodyCount()) : 0);
+    const b2Body* body = world.GetBodyList();
+    for (Place& place : places_) {
+        place = {body->GetPosition(), body->GetAngle()};
+        body = body->GetNext();
     }
 }
 
-void LostBodies::recover(const Scene& scene) {
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-        b2Body& body = *scene.bodies[i].body;
-        if (isLost(body) && body.IsEnabled()) {
-            putBack(body, places_[i].position, places_[i].angle);
+void LostBodies::recover(b2World& world) {
+    b2Body* body = world.GetBodyList();
+    for (const Place& place : places_) {
+        if (isLost(*body) && body->IsEnabled()) {
+            putBack(*body, place.position, place.angle);
         }
+        body = body->GetNext();
     }
 }
 

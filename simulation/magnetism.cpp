@@ -15,7 +15,7 @@ constexpr float intensityPerNewton = 10.0f; // at one metre
 
 /// F = strength / distance^2 towards the magnet, or away from it. There is no fade at the edge of its reach.
 b2Vec2 magnetForce(const BodyRecord& magnet, b2Vec2 toMagnet, float distance) {
-    const float strength = boundedSetting(magnet.magnetIntensity) / intensityPerNewton;
+    const float strength = bounded(magnet.magnetIntensity) / intensityPerNewton;
     const b2Vec2 force = (strength / (distance * distance)) * toMagnet;
     switch (magnet.magnetismType) {
     case attracts:

@@ -9,24 +9,18 @@
 
 namespace jostle {
 
-/// The largest magnitude of anything handed to the physics library: metres, metres per second, radians per second,
-/// degrees. Far beyond any composition, and small enough that no product inside the library overflows.
-constexpr float worldLimit = 1.0e6f;
-
-/// The largest number that a panel takes: coefficients without a length or a speed in them go up to it.
+/// The largest number that a panel takes. Values up to it go to the physics library as they are. Records filled by hand
+/// or from a file may hold any float, whose products inside the library overflow; the fourth power of this one does
+/// not.
 constexpr float settingLimit = 16777200.0f;
 
 /// A value kept within limits; what is not a number counts as 0.
-[[nodiscard]] inline float bounded(float value, float low = -worldLimit, float high = worldLimit) {
+[[nodiscard]] inline float bounded(float value, float low = -settingLimit, float high = settingLimit) {
     return std::clamp(std::isnan(value) ? 0.0f : value, low, high);
 }
 
-[[nodiscard]] inline b2Vec2 bounded(b2Vec2 value, float limit = worldLimit) {
+[[nodiscard]] inline b2Vec2 bounded(b2Vec2 value, float limit = settingLimit) {
     return {bounded(value.x, -limit, limit), bounded(value.y, -limit, limit)};
-}
-
-[[nodiscard]] inline float boundedSetting(float value) {
-    return bounded(value, -settingLimit, settingLimit);
 }
 
 /// A force on a body, in newtons, kept below what no body could follow: the library moves none by more than 2 m in a
@@ -41,7 +35,7 @@ constexpr float settingLimit = 16777200.0f;
 
 /// The vector of a length, in any unit, and a direction in degrees, 0 being right and 90 down; worked out in floats.
 [[nodiscard]] inline b2Vec2 polarVector(float length, float directionDegrees) {
-    const float radians = degreesToRadians(boundedSetting(directionDegrees));
+    const float radians = degreesToRadians(bounded(directionDegrees));
     return {bounded(length) * std::cos(radians), bounded(length) * std::sin(radians)};
 }
 

@@ -22,6 +22,8 @@ constexpr int positionIterations = 10;
 SimulationClock::SimulationClock(Scene& scene, LayerMotion& layers, Pacer& pacer)
     : scene_(scene), layers_(layers), pacer_(pacer), world_(createWorld()) {}
 
+// The order is part of what the system does: each line sees what those above it left. What a window shows of a tick
+// (the frame's number, counts, the picture) it reads from the clock and the world when the tick is over.
 void SimulationClock::tick() {
     loopIfRepeating();
     const TickTimes times = tickTimes(scene_, frame_);
@@ -121,9 +123,9 @@ void SimulationClock::stepWorld(const TickTimes& times) {
     for (int i = 0; i < steps; ++i) {
         const auto stepTime = static_cast<float>(times.stepTime / steps);
         tuneFrequencies(scene_, stepTime);
-        lostBodies_.remember(scene_, *world_);
+        lostBodies_.remember(*world_);
         world_->Step(stepTime, velocityIterations, positionIterations);
-        lostBodies_.recover(scene_);
+        lostBodies_.recover(*world_);
         wakeSleepers();
     }
 }

@@ -32,9 +32,8 @@ void applySpring(const JointRecord& spring, b2Body& bodyA, b2Body& bodyB) {
     b2Vec2 direction = b - a;
     const b2Vec2 velocity = pointVelocity(bodyB, anchorB) - pointVelocity(bodyA, anchorA);
     const float length = direction.Normalize();
-    const float magnitude =
-        -springConstant * boundedSetting(spring.springiness) * (length - bounded(spring.desiredLength)) -
-        dampingConstant * boundedSetting(spring.damping) * b2Dot(velocity, direction);
+    const float magnitude = -springConstant * bounded(spring.springiness) * (length - bounded(spring.desiredLength)) -
+                            dampingConstant * bounded(spring.damping) * b2Dot(velocity, direction);
     const b2Vec2 force = magnitude * direction;
     // On purpose: each body takes its force at the other body's anchor. This exchange of points gives springs their
     // slight twist.

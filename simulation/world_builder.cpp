@@ -10,15 +10,15 @@ namespace jostle {
 
 namespace {
 
-constexpr float longestLever = 1.0e3f;    // metres; the solver squares it over the body's inertia
-constexpr float leastTension = 0.001f;    // hertz
-constexpr float greatestTension = 1.0e4f; // hertz
+constexpr float longestLever = 1.0e3f; // metres; the solver squares it over the body's inertia, and loses the body
+constexpr float leastTension = 0.001f; // hertz; the panel's least is 0.01
 
 void setTolerance(double tolerance) {
     constexpr double leastTolerance = 0.001;
-    constexpr double greatestTolerance = 1.0e7;
-    // Written so that what is not a number gives the least tolerance.
-    const double usable = tolerance >= leastTolerance ? std::min(tolerance, greatestTolerance) : leastTolerance;
+    // Written so that what is not a number gives the least tolerance. Near it, and near the greatest that a panel takes,
+    // the library is slow: continuous collision seeks the time of each impact to a quarter of the slop, which single
+    // precision cannot tell a metre from the middle, and goes through all of its iterations for every contact.
+    const double usable = tolerance >= leastTolerance ? std::min(tolerance, double{settingLimit}) : leastTolerance;
     b2_linearSlop = static_cast<float>(usable / 10000.0);
     b2_polygonRadius = 2.0f * b2_linearSlop;
 }
@@ -72,10 +72,11 @@ void createMouseJoint(BodyRecord& record, b2World& world, b2Body& groundBody) {
     def.bodyB = record.body;
     def.target = record.aematicWorldAnchor;
     def.maxForce = 1000.0f * record.body->GetMass();
-    // Tension 0 holds the point rigidly; just above it the inverse of the stiffness would overflow.
+    // Tension 0 gives the joint no spring, which then holds the point rigidly; just above it the inverse of the
+    // stiffness would overflow.
     const float tension =
-        record.aematicTension > 0.0f ? bounded(record.aematicTension, leastTension, greatestTension) : 0.0f;
-    const float dampingRatio = bounded(record.aematicDamping, 0.0f, greatestTension);
+        record.aematicTension > 0.0f ? bounded(record.aematicTension, leastTension, settingLimit) : 0.0f;
+    const float dampingRatio = bounded(record.aematicDamping, 0.0f);
     b2LinearStiffness(def.stiffness, def.damping, tension, dampingRatio, def.bodyA, def.bodyB);
     record.aematicJoint = world.CreateJoint(&def);
     record.body->SetAwake(true);
