@@ -6,18 +6,20 @@
 
 #include <box2d/b2_mouse_joint.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace jostle {
 
 namespace {
 
-constexpr float longestLever = 1.0e3f; // metres; the solver squares it over the body's inertia, and loses the body
 constexpr float leastTension = 0.001f; // hertz; the panel's least is 0.01
 
 void setTolerance(double tolerance) {
     constexpr double leastTolerance = 0.001;
-    // Written so that what is not a number gives the least tolerance. Near it, and near the greatest that a panel takes,
-    // the library is slow: continuous collision seeks the time of each impact to a quarter of the slop, which single
-    // precision cannot tell a metre from the middle, and goes through all of its iterations for every contact.
+    // Written so that what is not a number gives the least tolerance. Near it, and near the greatest that a panel
+    // takes, the library is slow: continuous collision seeks the time of each impact to a quarter of the slop, which
+    // single precision cannot tell a metre from the middle, and goes through all of its iterations for every contact.
     const double usable = tolerance >= leastTolerance ? std::min(tolerance, double{settingLimit}) : leastTolerance;
     b2_linearSlop = static_cast<float>(usable / 10000.0);
     b2_polygonRadius = 2.0f * b2_linearSlop;
@@ -64,9 +66,17 @@ b2BodyDef bodyDef(const BodyRecord& record, const BehaviorPreferences& preferenc
     return def;
 }
 
+/// Metres. The solver multiplies squares of the lever over the body's inertia I with each other: r^4 / I^2 must not
+/// overflow. A box of one metre may have any; a speck of the least inertia is left a kilometre.
+float longestLever(const b2Body& body) {
+    const b2Vec2 center = body.GetLocalCenter();
+    const float inertia = body.GetInertia() - body.GetMass() * b2Dot(center, center);
+    return inertia > 0.0f ? std::min(settingLimit, 1.0e9f * std::sqrt(inertia)) : settingLimit;
+}
+
 /// The spring that holds an `AEmatic` body at a point which follows its layer.
 void createMouseJoint(BodyRecord& record, b2World& world, b2Body& groundBody) {
-    record.aematicWorldAnchor = bounded(record.position) + bounded(record.aematicAnchor, longestLever);
+    record.aematicWorldAnchor = bounded(record.position) + bounded(record.aematicAnchor, longestLever(*record.body));
     b2MouseJointDef def;
     def.bodyA = &groundBody;
     def.bodyB = record.body;
