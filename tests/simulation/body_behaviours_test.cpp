@@ -84,6 +84,11 @@ TEST(BodyBehaviours, aKinematicBodyFollowsAndThenFliesOff) {
         EXPECT_DOUBLE_EQ(run.layers.lastVelocityTime, (c.dynamicAfter - 1) * 0.04) << "the speed of one frame back";
         run.playTo(20);
         EXPECT_NEAR(run.body().GetPosition().x, 20 * 0.04f, 1e-4f);
+
+        run.scene.layerIndices.clear();
+        run.clock.restart();
+        run.playTo(20);
+        EXPECT_EQ(run.body().GetPosition().x, 0.0f) << "without a layer there is nothing to follow";
     }
 }
 

@@ -63,6 +63,11 @@ TEST(BodyFixtures, aPathIsAStripOfItsWidthAboutItsOrigin) {
     EXPECT_EQ(built.body().GetLocalCenter(), b2Vec2(0, 0));
     EXPECT_FLOAT_EQ(built.body().GetInertia(), first.I + second.I);
 
+    // Far from the origin single precision cannot tell the inertia about the true centre, but that about the origin.
+    BuiltBody farAway({outlineShape({{900, 0}, {900.01f, 0}}, false)});
+    EXPECT_GT(farAway.body().GetInertia(), 0.0f) << "turns about its origin";
+    EXPECT_FALSE(farAway.body().IsFixedRotation());
+
     BuiltBody withTriangle({path, triangle});
     EXPECT_GT(withTriangle.body().GetLocalCenter().x, 0.3f) << "a piece after the path gives the true centre";
 }

@@ -64,5 +64,21 @@ TEST(CollisionShape, scalesAboutAPivotAndKeepsNormalsSquare) {
     EXPECT_NEAR(polygon.m_centroid.y, 1.0f, 1e-6f);
 }
 
+TEST(CollisionShape, aNegativeRatioTurnsAPolygonOver) {
+    b2PolygonShape mirrored, expected;
+    const std::vector<b2Vec2> triangle{{0, 0}, {2, 0}, {0, 1}};
+    const std::vector<b2Vec2> mirrorImage{{0, 1}, {-2, 0}, {0, 0}}; // the other way round, as the library's order is
+    ASSERT_TRUE(fillPolygon(triangle, mirrored) && fillPolygon(mirrorImage, expected));
+    scaleShape(mirrored, {0, 0}, -1.0f, 1.0f);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(mirrored.m_vertices[i], expected.m_vertices[i]);
+        EXPECT_NEAR(b2Dot(mirrored.m_normals[i], expected.m_normals[i]), 1.0f, 1e-6f);
+    }
+    b2CircleShape circle;
+    ASSERT_TRUE(fillCircle({1, 0}, 2, circle));
+    scaleShape(circle, {0, 0}, -1.5f, 1.0f);
+    EXPECT_EQ(circle.m_radius, 3.0f);
+}
+
 } // namespace
 } // namespace jostle

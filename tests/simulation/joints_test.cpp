@@ -75,6 +75,22 @@ TEST(Joints, aDistanceJointOscillatesAtItsFrequency) {
     }
 }
 
+TEST(Joints, aDistanceJointBelowTheSlopStartsRelaxed) {
+    for (const float frequency : {0.0f, 5.0f}) {
+        Scene scene = quietScene();
+        addBox(scene, {0, 0}, 1, 1, BodyType::Static);
+        addBox(scene, {2, 0}, 1, 1);
+        JointRecord& joint = addJoint(scene, JointType::Distance, 0, 1);
+        joint.anchorA = {1, 0};
+        joint.anchorB = {-0.999f, 0}; // a millimetre, a fifth of the slop
+        joint.frequency = frequency;
+        Playback run(std::move(scene));
+        run.playTo(30);
+        EXPECT_NEAR(run.body(1).GetPosition().x, 2.0f, 1e-6f);
+        EXPECT_EQ(b2_linearSlop, 0.005f) << "and the slop is what it was";
+    }
+}
+
 TEST(Joints, motorsTurnBodyAClockwise) {
     for (const std::size_t turning : {0u, 1u}) {
         Scene scene = quietScene();

@@ -30,6 +30,7 @@ TEST(Magnetism, forceFallsWithTheSquareAndEndsAtTheReach) {
         {"just out of reach", 1.01f, 1, 0, nothing},
         {"half the distance, four times the force", 0.5f, 1, -4, nothing},
         {"repels", 0.5f, 2, 4, nothing},
+        {"a type that is no type", 0.5f, 3, 0, nothing},
         {"no direction where the centres coincide", 0, 1, 0, nothing},
         {"does not accept it", 0.5f, 1, 0, [](Scene& s) { s.bodies[1].acceptMagnetism = false; }},
         {"the magnet is dead", 0.5f, 1, 0, [](Scene& s) { s.bodies[0].type = BodyType::Dead; }},

@@ -71,6 +71,8 @@ TEST(WorldBuilder, eachTypeBecomesItsOwn) {
         EXPECT_EQ(body.GetAngularVelocity(), c.moves ? 4.0f : 0.0f);
         EXPECT_EQ(body.GetGravityScale(), c.gravityScale);
         EXPECT_EQ(record.isDormant, c.isDormant);
+        EXPECT_EQ(record.userData->isStatic, c.type == BodyType::Static);
+        EXPECT_EQ(record.userData->outOfTime, c.type == BodyType::Dead || c.inPoint > 0);
         // 2 m by 1 m at 1 kg per square metre; a box's inertia is m (w^2 + h^2) / 12.
         EXPECT_FLOAT_EQ(body.GetMass(), c.worldType == b2_dynamicBody ? 2.0f : 0.0f);
         EXPECT_FLOAT_EQ(body.GetInertia(), c.worldType == b2_dynamicBody ? 10.0f / 12.0f : 0.0f);
