@@ -1,0 +1,201 @@
+#include "geometry/outline.h"
+
+#include "geometry/point_set.h"
+
+#include "tests/support/expect_near.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace jostle {
+namespace {
+
+/// From (0, 0) to (9, 0) with both handles 8 down: y = 8 * 3 t (1 - t), x = 9 (3 t^2 - 2 t^3). At t = 1/2 (4.5, 6); at
+/// t = 1/3 x = 9 * 7/27 and y = 24 * 2/9.
+ShapeDef arch(bool closed) {
+    ShapeDef shape;
+    shape.verts = {{0, 0}, {9, 0}};
+    shape.inTangents = {{0, 0}, {0, 8}};
+    shape.outTangents = {{0, 8}, {0, 0}};
+    shape.closed = closed;
+    return shape;
+}
+
+TEST(Flatten, emitsOnePointPerSubdivisionOfACurve) {
+    struct Case {
+        const char* name;
+        ShapeDef shape;
+        int subdivisions;
+        std::vector<b2Vec2> expected;
+    };
+    ShapeDef square;
+    square.verts = {{0, 0}, {5, 0}, {5, 5}, {0, 5}};
+    square.closed = true;
+    ShapeDef bent = square;
+    bent.inTangents = bent.outTangents = {{0.5f, -0.5f}, {0.4f, 0}, {0, 0.4f}, {0.5f, 0.5f}};
+    ShapeDef repeating = square;
+    repeating.verts.insert(repeating.verts.begin() + 1, b2Vec2(0.00005f, 0));
+    ShapeDef point;
+    point.verts = {{3, 4}};
+    ShapeDef blob = point; // a closed one: its lone segment leads from the vertex back to it
+    blob.closed = true;
+    blob.outTangents = {{0, 8}};
+    blob.inTangents = {{6, 0}};
+    const float third = 9.0f * 7.0f / 27.0f;
+    const Case cases[] = {
+        {"precision 0 does nothing, and keeps repeats", repeating, 2, repeating.verts},
+        {"a lone segment has one more: 3 become 4 and thirds",
+         arch(false),
+         3,
+         {{0, 0}, {third, 48.0f / 9}, {9 - third, 48.0f / 9}, {9, 0}}},
+        {"closed, the straight way back emits its start", arch(true), 3, {{0, 0}, {4.5f, 6}, {9, 0}}},
+        {"handles of half a pixel are no curve", bent, 5, square.verts},
+        {"repeats go, the first stays", repeating, 3, square.verts},
+        {"an open vertex has no segment", point, 3, {}},
+        {"a precision of none emits no curves", arch(true), std::numeric_limits<int>::min(), {{9, 0}}},
+        // Control points (3, 4), (3, 12), (9, 4), (3, 4); at t = 1/3 the inner two weigh 4/9 and 2/9, at 2/3 the
+        // reverse.
+        {"a closed vertex is a lone segment",
+         blob,
+         3,
+         {{3, 4}, {3 + 6 * 2.0f / 9, 4 + 8 * 4.0f / 9}, {3 + 6 * 4.0f / 9, 4 + 8 * 2.0f / 9}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        ShapeDef shape = c.shape;
+        flatten(shape, c.subdivisions);
+        expectNear(shape.verts, c.expected);
+        EXPECT_EQ(shape.inTangents, c.shape.inTangents) << "only the vertices are replaced";
+    }
+}
+
+TEST(Flatten, isBoundedForAnyPrecision) {
+    ShapeDef shape = arch(true);
+    flatten(shape, std::numeric_limits<int>::max());
+    EXPECT_LE(shape.verts.size(), 1001u);
+}
+
+TEST(PointSet, agreesWithTheScanWhenPointsAreMany) {
+    PointSet set;
+    std::vector<b2Vec2> scanned;
+    for (int i = 0; i < 3000; ++i) {
+        // Multiples of 0.00007 on a coarse lattice: about every second one has a neighbour within 0.0001.
+        const b2Vec2 point = {static_cast<float>(i * 7919 % 61) * 0.00007f - 0.002f, static_cast<float>(i % 50)};
+        const bool isNew = !containsPoint(point, scanned);
+        EXPECT_EQ(set.insert(point), isNew);
+        if (isNew) {
+            scanned.push_back(point);
+        }
+    }
+    EXPECT_EQ(set.points(), scanned);
+}
+
+/// A host's circle of radius 50 about (100, 100): top, left, bottom, right, with the table's handles.
+ShapeDef hostCircle() {
+    const float k = 50.0f * 0.5522848f;
+    ShapeDef shape;
+    shape.verts = {{100, 50}, {50, 100}, {100, 150}, {150, 100}};
+    shape.inTangents = {{k, 0}, {0, -k}, {-k, 0}, {0, k}};
+    shape.outTangents = {{-k, 0}, {0, k}, {k, 0}, {0, -k}};
+    shape.closed = true;
+    return shape;
+}
+
+void startAt(ShapeDef& shape, int first) {
+    for (auto* list : {&shape.verts, &shape.inTangents, &shape.outTangents}) {
+        std::rotate(list->begin(), list->begin() + first, list->end());
+    }
+}
+
+TEST(MatchesCircle, knowsOneOrderOnly) {
+    struct Case {
+        const char* name;
+        void (*change)(ShapeDef&);
+        bool matches;
+        float radius; ///< -1 if it stays unwritten
+    };
+    const Case cases[] = {
+        {"as the host draws it", [](ShapeDef&) {}, true, 50},
+        {"started at the left", [](ShapeDef& s) { startAt(s, 1); }, false, 50},
+        {"started at the right", [](ShapeDef& s) { startAt(s, 3); }, false, 50},
+        {"reversed",
+         [](ShapeDef& s) {
+             std::swap(s.verts[1], s.verts[3]);
+             std::swap(s.inTangents, s.outTangents);
+             std::swap(s.inTangents[1], s.inTangents[3]);
+             std::swap(s.outTangents[1], s.outTangents[3]);
+         },
+         false, 50},
+        {"a handle off by less than 0.01", [](ShapeDef& s) { s.inTangents[2].y = 0.0099f; }, true, 50},
+        {"a handle off by more", [](ShapeDef& s) { s.inTangents[2].y = 0.0101f; }, false, 50},
+        {"diameters that differ by 0.02", [](ShapeDef& s) { s.verts[1].x -= 0.02f; }, false, -1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        ShapeDef shape = hostCircle();
+        c.change(shape);
+        float radius = -1.0f;
+        EXPECT_EQ(matchesCircle(shape, radius), c.matches);
+        EXPECT_EQ(radius, c.radius);
+    }
+}
+
+TEST(MatchesBox, isOneSided) {
+    struct Case {
+        const char* name;
+        std::vector<b2Vec2> verts;
+        bool matches;
+    };
+    const float h = 20.0f;
+    const Case cases[] = {
+        {"second edge toward positive y", {{0, 0}, {30, 0}, {30, h}, {0, h}}, true},
+        {"second edge toward negative y", {{0, h}, {30, h}, {30, 0}, {0, 0}}, false},
+        {"first edge toward positive y", {{0, 0}, {0, h}, {30, h}, {30, 0}}, true},
+        {"first edge toward negative y", {{0, h}, {0, 0}, {30, 0}, {30, h}}, false},
+        // slope = rise / 0.001: 9998 for 9.998 pixels, 10000 for 10
+        {"an upright edge of 9.998 pixels", {{0, 0}, {5, 0}, {5, 9.998f}, {0, 9.998f}}, false},
+        {"an upright edge of 10 pixels", {{0, 0}, {5, 0}, {5, 10}, {0, 10}}, true},
+        {"turned by 45 degrees, small", {{0, 0}, {3, 3}, {0, 6}, {-3, 3}}, true},
+        {"a parallelogram", {{0, 0}, {30, 0}, {40, h}, {10, h}}, false},
+        {"diagonals whose middles differ", {{0, 0}, {30, 0}, {30, h}, {0, h + 0.1f}}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        ShapeDef shape;
+        shape.verts = c.verts;
+        EXPECT_EQ(matchesBox(shape), c.matches);
+        shape.inTangents.assign(4, {0.001f, -0.001f});
+        EXPECT_EQ(matchesBox(shape), c.matches) << "with handles of exactly the tolerance";
+        shape.inTangents[3].x = 0.0011f;
+        EXPECT_FALSE(matchesBox(shape)) << "with a handle beyond it";
+    }
+}
+
+TEST(ShapeCentroid, dependsOnTheKindOfOutline) {
+    struct Case {
+        const char* name;
+        std::vector<b2Vec2> verts;
+        bool open;
+        b2Vec2 expected;
+    };
+    const Case cases[] = {
+        {"two points, closed or not", {{0, 0}, {4, 2}}, false, {2, 1}},
+        {"an open one has the mean of its points", {{0, 0}, {4, 0}, {5, 3}}, true, {3, 1}},
+        {"a triangle", {{0, 0}, {3, 0}, {0, 6}}, false, {1, 2}},
+        // 4 by 2 and on it 2 by 2: (8 * (2, 1) + 4 * (1, 3)) / 12
+        {"an L, by area", {{0, 0}, {4, 0}, {4, 2}, {2, 2}, {2, 4}, {0, 4}}, false, {5.0f / 3, 5.0f / 3}},
+        {"no area", {{0, 0}, {3, 0}, {6, 0}}, false, {3, 0}},
+        {"nothing", {}, false, {0, 0}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        expectNear({shapeCentroid(c.verts, c.open)}, {c.expected});
+    }
+}
+
+} // namespace
+} // namespace jostle

@@ -1,0 +1,225 @@
+#include "geometry/primitives.h"
+
+#include "tests/support/expect_near.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace jostle {
+namespace {
+
+TEST(AccumulatedTransform, isAPlainSum) {
+    AccumulatedTransform accumulated{{1, 2}, {3, 4}, {2, 3}, 10};
+    accumulated.add({{10, 20}, {30, 40}, {0.5f, 2}, 80});
+    EXPECT_EQ(accumulated.anchor, b2Vec2(11, 22));
+    EXPECT_EQ(accumulated.position, b2Vec2(33, 44)) << "the outer group's rotation swings nothing";
+    EXPECT_EQ(accumulated.scale, b2Vec2(1, 6));
+    EXPECT_EQ(accumulated.rotation, 90.0);
+}
+
+TEST(MakeRect, clampsTheRoundness) {
+    struct Case {
+        const char* name;
+        float roundness;
+        bool isBox;
+        float radius; ///< what is left of it
+    };
+    const Case cases[] = {
+        {"sharp", 0, true, 0},
+        {"one that is no number is sharp", std::numeric_limits<float>::quiet_NaN(), true, 0},
+        {"round", 4, false, 4},
+        {"exactly half the short side stays", 10, false, 10},
+        {"more keeps a sliver of 0.002", 10.1f, false, 9.999f},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const PlacedShape rect = makeRect({{40, 20}, {20, 10}, c.roundness}, {}, {}, 2);
+        EXPECT_EQ(rect.shape.isBox, c.isBox);
+        EXPECT_TRUE(rect.shape.closed);
+        const float r = c.radius;
+        const float k = r * 0.5522847498f;
+        if (c.isBox) {
+            expectNear(rect.shape.verts, {{0, 0}, {40, 0}, {40, 20}, {0, 20}});
+            continue;
+        }
+        const std::vector<b2Vec2> verts = {{r, 0},       {40 - r, 0}, {40, r},     {40, 20 - r},
+                                           {40 - r, 20}, {r, 20},     {0, 20 - r}, {0, r}};
+        expectNear(rect.shape.verts, verts);
+        expectNear(rect.shape.inTangents, {{-k, 0}, {0, 0}, {0, -k}, {0, 0}, {k, 0}, {0, 0}, {0, k}, {0, 0}});
+        expectNear(rect.shape.outTangents, {{0, 0}, {k, 0}, {0, 0}, {0, k}, {0, 0}, {-k, 0}, {0, 0}, {0, -k}});
+    }
+}
+
+// The groups: anchor (5, 0), position (100, 50), scale (2, 3), turned by 90 degrees. A rectangle of 10 by 4 at (15, 1):
+// 20 by 12, local (100 + 2 (15 - 5), 50 + 3 * 1) = (120, 53); about the pivot (100, 50) a quarter turn takes (20, 3) to
+// (-3, 20): (97, 70). Times the aspect ratio of 2 that is (194, 70), and the corner (-10, -6) turns to (6, -10).
+TEST(MakeRect, isPlacedByItsGroups) {
+    const AccumulatedTransform groups{{5, 0}, {100, 50}, {2, 3}, 90};
+    LayerFrame layer;
+    layer.pixelAspectRatio = 2;
+    const PlacedShape rect = makeRect({{10, 4}, {15, 1}, 0}, groups, layer, 4);
+    EXPECT_FLOAT_EQ(rect.shapeAngle, 1.5707964f);
+    expectNear({rect.shapePos}, {{194, 70}});
+    expectNear(rect.shape.verts, {{200, 60}, {200, 80}, {188, 80}, {188, 60}});
+
+    StarParameters square;
+    square.type = 2;
+    square.pointCount = 4;
+    square.position = {15, 1};
+    expectNear({makeStar(square, groups, layer, 4).shapePos}, {{97, 70}}); // a star does not know the aspect ratio
+}
+
+TEST(MakeEllipse, isACircleOnlyInAnEvenlyScaledLayer) {
+    struct Case {
+        const char* name;
+        b2Vec2 size;
+        b2Vec2 layerScale;
+        bool isCircle;
+        float radius;
+    };
+    const Case cases[] = {
+        {"a circle of 1 metre", {200, 200}, {1, 1}, true, 1},
+        {"the layer's scale enters its radius", {200, 200}, {3, 3}, true, 3},
+        {"diameters off by less than 0.001", {200, 200.0005f}, {1, 1}, true, 1},
+        {"diameters off by more", {200, 200.002f}, {1, 1}, false, 0},
+        {"an uneven layer", {200, 200}, {1, 2}, false, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        LayerFrame layer;
+        layer.scale = c.layerScale;
+        const ShapeDef shape = makeEllipse({c.size, {0, 0}}, {}, layer, 2).shape;
+        EXPECT_EQ(shape.isCircle, c.isCircle);
+        EXPECT_EQ(shape.closed, !c.isCircle);
+        EXPECT_EQ(shape.radius, c.radius);
+        expectNear({shape.verts[0], shape.verts[1]}, {{0, -c.size.y / 2}, {100, 0}});
+        expectNear({shape.inTangents[0], shape.outTangents[0]}, {{-55.228475f, 0}, {55.228475f, 0}});
+    }
+}
+
+TEST(MakeStar, alternatesOuterAndInnerPoints) {
+    struct Case {
+        const char* name;
+        StarParameters star;
+        std::vector<b2Vec2> verts;
+    };
+    const Case cases[] = {
+        {"a star of two begins at the top", {1, 2.9, {0, 0}, 0, 10, 5, 0, 0}, {{0, -10}, {5, 0}, {0, 10}, {-5, 0}}},
+        {"a polygon reads no inner radius", {2, 4, {0, 0}, 0, 10, 5, 0, 7}, {{0, -10}, {10, 0}, {0, 10}, {-10, 0}}},
+        {"turned by 90 degrees", {2, 4, {1, 2}, 90, 10, 0, 0, 0}, {{11, 2}, {1, 12}, {-9, 2}, {1, -8}}},
+        {"no points", {1, 0.9, {0, 0}, 0, 10, 5, 0, 0}, {}},
+        {"a count that is no number", {2, std::nan(""), {0, 0}, 0, 10, 5, 50, 0}, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const ShapeDef shape = makeStar(c.star, {}, {}, 4).shape;
+        EXPECT_TRUE(shape.closed);
+        expectNear(shape.verts, c.verts);
+    }
+    EXPECT_EQ(makeStar({2, 1e30, {0, 0}, 0, 10, 0, 0, 0}, {}, {}, 2).shape.verts.size(), 10000u);
+}
+
+// Half of the radius 10 times 40 % is 2, along the line between the neighbours: from (-10, 0) to (10, 0) at the top.
+TEST(MakeStar, roundsAlongTheNeighboursOfTheSameKind) {
+    const ShapeDef polygon = makeStar({2, 4, {0, 0}, 0, 10, 0, 40, 0}, {}, {}, 2).shape;
+    expectNear(polygon.outTangents, {{2, 0}, {0, 2}, {-2, 0}, {0, -2}});
+    expectNear(polygon.inTangents, {{-2, 0}, {0, -2}, {2, 0}, {0, 2}});
+    // A star of four with inner roundness alone: inner points lie on the diagonals, the neighbours of the first of
+    // them, at -45 degrees, at -135 and 45, so that its handle runs along (1, 1).
+    const ShapeDef star = makeStar({1, 4, {0, 0}, 0, 10, 4, 0, 50}, {}, {}, 2).shape;
+    const float h = std::sqrt(0.5f); // length 4 / 2 * 50 % = 1
+    expectNear({star.outTangents[0], star.outTangents[1]}, {{0, 0}, {h, h}});
+}
+
+FreePath pathOf(const std::vector<b2Vec2>& positions, bool closed) {
+    FreePath path;
+    for (const b2Vec2 position : positions) {
+        path.vertices.push_back({position, {0, 0}, {0, 0}});
+    }
+    path.closed = closed;
+    path.segmentCount = static_cast<int>(positions.size()) - (closed ? 0 : 1);
+    return path;
+}
+
+TEST(MakeFreePath, closesByItsOwnRule) {
+    struct Case {
+        const char* name;
+        FreePath path;
+        std::vector<b2Vec2> verts;
+    };
+    FreePath short3 = pathOf({{0, 0}, {9, 0}, {9, 5}, {0, 7}}, false);
+    short3.segmentCount = 2;
+    const Case cases[] = {
+        {"closed", pathOf({{0, 0}, {9, 0}, {0, 7}}, true), {{0, 0}, {9, 0}, {0, 7}}},
+        {"open reads one vertex more than segments", short3, {{0, 0}, {9, 0}, {9, 5}}},
+        {"a repeat of the first at the end takes the one before along",
+         pathOf({{0, 0}, {9, 0}, {9, 5}, {0, 7}, {0, 0}}, true),
+         {{0, 0}, {9, 0}, {9, 5}}},
+        {"so it does in an open path", pathOf({{0, 0}, {9, 0}, {9, 5}, {0, 0}}, false), {{0, 0}, {9, 0}}},
+        {"a repeat off by 0.00005 goes alone",
+         pathOf({{0, 0}, {9, 0}, {0, 7}, {0.00005f, 0}}, true),
+         {{0, 0}, {9, 0}, {0, 7}}},
+        {"a repeat within is dropped", pathOf({{0, 0}, {9, 0}, {9, 0}, {0, 7}}, true), {{0, 0}, {9, 0}, {0, 7}}},
+        {"no segments", pathOf({{5, 5}}, false), {}},
+        {"one closed vertex is its own repeat", pathOf({{5, 5}}, true), {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const PlacedPath got = makeFreePath(c.path, {}, {}, 4);
+        expectNear(got.placed.shape.verts, c.verts);
+        expectNear(got.raw.verts, c.verts);
+    }
+}
+
+TEST(MakeFreePath, recognisesPrimitives) {
+    const float k = 50.0f * 0.5522848f;
+    FreePath circle;
+    circle.vertices = {{{0, -50}, {k, 0}, {-k, 0}},
+                       {{-50, 0}, {0, -k}, {0, k}},
+                       {{0, 50}, {-k, 0}, {k, 0}},
+                       {{50, 0}, {0, k}, {0, -k}}};
+    circle.segmentCount = 4;
+    const FreePath box = pathOf({{0, 0}, {30, 0}, {30, 20}, {0, 20}}, true);
+    LayerFrame uneven;
+    uneven.scale = {1, 2};
+    AccumulatedTransform unevenGroups;
+    unevenGroups.scale = {1.00001f, 1};
+
+    const PlacedPath plain = makeFreePath(circle, {}, {}, 4);
+    EXPECT_TRUE(plain.placed.shape.isCircle);
+    EXPECT_FALSE(plain.placed.shape.closed);
+    EXPECT_EQ(plain.placed.shape.radius, 0.5f);
+    EXPECT_FALSE(makeFreePath(circle, unevenGroups, {}, 4).placed.shape.isCircle);
+    EXPECT_FALSE(makeFreePath(circle, {}, uneven, 4).placed.shape.isCircle);
+
+    EXPECT_TRUE(makeFreePath(box, {}, uneven, 4).placed.shape.isBox);
+    FreePath open = box;
+    open.closed = false;
+    open.segmentCount = 3;
+    EXPECT_FALSE(makeFreePath(open, {}, {}, 4).placed.shape.isBox);
+}
+
+// Anchor (10, 0), position (50, 20), scale (2, 4): (10, 0), (40, 0), (10, 30) become (50, 20), (110, 20), (50, 140),
+// with the aspect ratio 1/2 in x (25, 20), (55, 20), (25, 140). The groups' rotation is told, but moves nothing;
+// handles take the layer's angle: (1, 0) times 2 times the layer's 3, turned by 90 degrees, is (0, 6).
+TEST(MakeFreePath, takesEachAngleWhereItBelongs) {
+    FreePath path = pathOf({{10, 0}, {40, 0}, {10, 30}}, true);
+    path.vertices[0].outHandle = {1, 0};
+    const AccumulatedTransform groups{{10, 0}, {50, 20}, {2, 4}, 180};
+    LayerFrame layer;
+    layer.pixelAspectRatio = 0.5f;
+    layer.scale = {3, 1};
+    layer.angle = 1.57079633f;
+    const PlacedPath got = makeFreePath(path, groups, layer, 2);
+    expectNear(got.placed.shape.verts, {{25, 20}, {55, 20}, {25, 140}});
+    expectNear({got.placed.shape.outTangents[0], got.raw.outTangents[0]}, {{0, 6}, {1, 0}});
+    expectNear({got.placed.shapePos}, {{35, 60}}); // thirds of the sums
+    expectNear({got.anchor}, {{2 * 20, 4 * 10}});  // of the raw outline, scaled
+    EXPECT_FLOAT_EQ(got.placed.shapeAngle, 3.1415927f);
+}
+
+} // namespace
+} // namespace jostle
