@@ -1,0 +1,155 @@
+// The one file that calls the GLU tessellator.
+
+#include "geometry/tessellate.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <iterator>
+#include <memory>
+#include <optional>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+#include <GL/glu.h>
+
+#ifndef CALLBACK
+#define CALLBACK
+#endif
+
+namespace jostle {
+
+namespace {
+
+constexpr std::size_t mostPoints = 32'768;
+constexpr std::size_t mostCrossings = 20'000;
+
+/// Steps along loops of edges, about a second's worth. The library walks along a whole loop at each crossing, and at
+/// each corner at which edges begin or end as seen from left to right.
+constexpr std::size_t mostSteps = 200'000'000;
+
+using Vertex = std::array<GLdouble, 3>;
+
+/// What the callbacks write to.
+struct Output {
+    std::deque<Vertex> vertices; ///< the library keeps pointers to them
+    std::vector<b2Vec2> corners; ///< three for each triangle
+    bool failed = false;
+};
+
+void CALLBACK onVertex(void* vertex, void* output) {
+    const Vertex& position = *static_cast<Vertex*>(vertex);
+    static_cast<Output*>(output)->corners.emplace_back(static_cast<float>(position[0]),
+                                                       static_cast<float>(position[1]));
+}
+
+void CALLBACK onCombine(GLdouble position[3], void* /*sources*/[4], GLfloat /*weights*/[4], void** vertex,
+                        void* output) {
+    *vertex = &static_cast<Output*>(output)->vertices.emplace_back(Vertex{position[0], position[1], 0.0});
+}
+
+void CALLBACK onError(GLenum /*error*/, void* output) {
+    static_cast<Output*>(output)->failed = true;
+}
+
+/// That it is there makes the library give plain triangles, no strips and fans.
+void CALLBACK onEdgeFlag(GLboolean /*isBoundary*/, void* /*output*/) {}
+
+struct DeleteTessellator {
+    void operator()(GLUtesselator* tessellator) const { gluDeleteTess(tessellator); }
+};
+using Tessellator = std::unique_ptr<GLUtesselator, DeleteTessellator>;
+
+using Callback = void(CALLBACK*)();
+
+Tessellator makeTessellator() {
+    Tessellator tessellator(gluNewTess());
+    if (tessellator) {
+        GLUtesselator* const tess = tessellator.get();
+        gluTessProperty(tess, GLU_TESS_WINDING_RULE, GLU_TESS_WINDING_ODD);
+        gluTessNormal(tess, 0.0, 0.0, 1.0);
+        gluTessCallback(tess, GLU_TESS_VERTEX_DATA, reinterpret_cast<Callback>(onVertex));
+        gluTessCallback(tess, GLU_TESS_COMBINE_DATA, reinterpret_cast<Callback>(onCombine));
+        gluTessCallback(tess, GLU_TESS_ERROR_DATA, reinterpret_cast<Callback>(onError));
+        gluTessCallback(tess, GLU_TESS_EDGE_FLAG_DATA, reinterpret_cast<Callback>(onEdgeFlag));
+    }
+    return tessellator;
+}
+
+/// The points of a ring that are finite.
+std::vector<b2Vec2> finitePoints(const Ring& ring) {
+    std::vector<b2Vec2> points;
+    std::copy_if(ring.begin(), ring.end(), std::back_inserter(points), [](b2Vec2 p) { return p.IsValid(); });
+    return points;
+}
+
+/// Corners at which an outline turns from left to right or back.
+std::size_t countTurns(const Ring& ring) {
+    std::size_t turns = 0;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const float before = ring[i > 0 ? i - 1 : ring.size() - 1].x;
+        const float after = ring[i + 1 < ring.size() ? i + 1 : 0].x;
+        turns += static_cast<std::size_t>((before <= ring[i].x) == (after <= ring[i].x));
+    }
+    return turns;
+}
+
+bool isAffordable(std::span<const Ring> rings) {
+    std::size_t points = 0;
+    std::size_t turns = 0;
+    for (const Ring& ring : rings) {
+        points += ring.size();
+        turns += countTurns(ring);
+    }
+    if (points > mostPoints) {
+        return false;
+    }
+    const std::optional<std::size_t> crossings = countCrossings(rings, mostCrossings);
+    return crossings && (points + 2 * *crossings) * (turns + *crossings) <= mostSteps;
+}
+
+void run(GLUtesselator* tess, std::span<const std::vector<b2Vec2>> rings, Output& output) {
+    gluTessBeginPolygon(tess, &output);
+    for (const std::vector<b2Vec2>& ring : rings) {
+        gluTessBeginContour(tess);
+        for (const b2Vec2 point : ring) {
+            Vertex& vertex =
+                output.vertices.emplace_back(Vertex{static_cast<double>(point.x), static_cast<double>(point.y), 0.0});
+            gluTessVertex(tess, vertex.data(), &vertex);
+        }
+        gluTessEndContour(tess);
+    }
+    gluTessEndPolygon(tess);
+}
+
+} // namespace
+
+bool tessellate(std::span<const Ring> rings, std::vector<Triangle>& triangles) {
+    std::vector<std::vector<b2Vec2>> finite;
+    for (const Ring& ring : rings) {
+        finite.push_back(finitePoints(ring));
+    }
+    if (!isAffordable(std::vector<Ring>(finite.begin(), finite.end()))) {
+        return false;
+    }
+    const Tessellator tessellator = makeTessellator();
+    if (!tessellator) {
+        return false;
+    }
+    Output output;
+    run(tessellator.get(), finite, output);
+    if (output.failed) {
+        return false;
+    }
+    for (std::size_t i = 0; i + 2 < output.corners.size(); i += 3) {
+        const Triangle triangle{output.corners[i], output.corners[i + 1], output.corners[i + 2]};
+        if (orientation(triangle[0], triangle[1], triangle[2]) != 0.0) {
+            triangles.push_back(triangle);
+        }
+    }
+    return true;
+}
+
+} // namespace jostle

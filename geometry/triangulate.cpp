@@ -1,0 +1,246 @@
+// The one file that calls poly2tri. The library follows broken links, or never ends, on outlines that are not proper
+// polygons, so it is only shown those that pass isProperPolygon().
+
+#include "geometry/triangulate.h"
+
+#include "geometry/outline_check.h"
+#include "geometry/polygon_tests.h"
+#include "geometry/tessellate.h"
+
+#include <poly2tri/poly2tri.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <deque>
+#include <exception>
+#include <limits>
+#include <memory>
+
+namespace jostle {
+
+namespace {
+
+/// The library calls itself about once for each point, so that its stack sets a limit.
+constexpr std::size_t mostPoints = 32'768;
+
+/// Up to here the comparison of all pairs of an outline's edges goes unnoticed.
+constexpr std::size_t fewPoints = 300;
+
+/// Above this it would take seconds.
+constexpr std::size_t mostPointsInPairs = 20'000;
+
+double ringArea(const Ring& ring) {
+    double twice = 0.0;
+    for (std::size_t i = 1; i + 1 < ring.size(); ++i) {
+        const double ax = static_cast<double>(ring[i].x) - static_cast<double>(ring[0].x);
+        const double ay = static_cast<double>(ring[i].y) - static_cast<double>(ring[0].y);
+        const double bx = static_cast<double>(ring[i + 1].x) - static_cast<double>(ring[0].x);
+        const double by = static_cast<double>(ring[i + 1].y) - static_cast<double>(ring[0].y);
+        twice += ax * by - bx * ay;
+    }
+    return std::abs(twice) / 2.0;
+}
+
+/// Box around a ring, to tell quickly that a point is not inside.
+struct Bounds {
+    b2Vec2 lower = {std::numeric_limits<float>::max(), std::numeric_limits<float>::max()};
+    b2Vec2 upper = {std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest()};
+    bool isKnown = true; ///< false if not all of the ring is finite
+
+    explicit Bounds(const Ring& ring) {
+        for (const b2Vec2 point : ring) {
+            lower = b2Min(lower, point);
+            upper = b2Max(upper, point);
+            isKnown = isKnown && point.IsValid();
+        }
+    }
+
+    [[nodiscard]] bool mayContain(b2Vec2 point) const {
+        return !isKnown || (point.x >= lower.x && point.x <= upper.x && point.y >= lower.y && point.y <= upper.y);
+    }
+};
+
+/// Closed outlines and which of them lie in which, by their first corners.
+class Nesting {
+public:
+    explicit Nesting(std::span<const ShapeDef> shapes) {
+        for (const ShapeDef& shape : shapes) {
+            rings_.emplace_back(shape.verts);
+            bounds_.emplace_back(rings_.back());
+        }
+    }
+
+    [[nodiscard]] const Ring& ring(std::size_t i) const { return rings_[i]; }
+
+    [[nodiscard]] bool isInside(std::size_t inner, std::size_t outer) const {
+        return inner != outer && !rings_[inner].empty() && contains(outer, rings_[inner].front());
+    }
+
+    [[nodiscard]] bool isInsideAny(std::size_t inner) const {
+        for (std::size_t outer = 0; outer < rings_.size(); ++outer) {
+            if (isInside(inner, outer)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    [[nodiscard]] std::vector<std::size_t> holesOf(std::size_t outer) const {
+        std::vector<std::size_t> holeIds;
+        for (std::size_t inner = 0; inner < rings_.size(); ++inner) {
+            if (isInside(inner, outer)) {
+                holeIds.push_back(inner);
+            }
+        }
+        return holeIds;
+    }
+
+    /// Whether a hole lies in another of the same outline with all of its corners.
+    [[nodiscard]] bool isIsland(std::size_t hole, std::span<const std::size_t> holeIds) const {
+        return std::any_of(holeIds.begin(), holeIds.end(), [&](std::size_t other) {
+            return isInside(hole, other) && std::all_of(rings_[hole].begin(), rings_[hole].end(),
+                                                        [&](b2Vec2 corner) { return contains(other, corner); });
+        });
+    }
+
+private:
+    [[nodiscard]] bool contains(std::size_t outer, b2Vec2 point) const {
+        return bounds_[outer].mayContain(point) && pointInPolygon(point, rings_[outer]);
+    }
+
+    std::vector<Ring> rings_;
+    std::vector<Bounds> bounds_;
+};
+
+/// Whether two edges of a ring cross, as isSelfIntersecting() tells; of many points, whether they are known to be a
+/// proper polygon, as only rounding could make the comparison of all pairs say anything else.
+bool crossesItself(const Ring& ring, bool isProper) {
+    if (ring.size() > fewPoints && isProper) {
+        return false;
+    }
+    return ring.size() > mostPointsInPairs || isSelfIntersecting(ring);
+}
+
+/// The library's view of some rings.
+class Polylines {
+public:
+    explicit Polylines(std::span<const Ring> rings) {
+        for (const Ring& ring : rings) {
+            std::vector<p2t::Point*>& polyline = polylines_.emplace_back();
+            polyline.reserve(ring.size());
+            for (const b2Vec2 point : ring) {
+                polyline.push_back(&points_.emplace_back(static_cast<double>(point.x), static_cast<double>(point.y)));
+            }
+        }
+    }
+
+    [[nodiscard]] const std::vector<std::vector<p2t::Point*>>& all() const { return polylines_; }
+
+private:
+    std::deque<p2t::Point> points_; // whose addresses stay
+    std::vector<std::vector<p2t::Point*>> polylines_;
+};
+
+/// Whether triangles fill the area between an outline and its holes; holes within holes count for nothing.
+bool fillsArea(std::span<const Triangle> triangles, std::span<const Ring> rings, std::span<const bool> isIsland) {
+    double expected = ringArea(rings[0]);
+    for (std::size_t i = 1; i < rings.size(); ++i) {
+        expected -= isIsland[i - 1] ? 0.0 : ringArea(rings[i]);
+    }
+    double filled = 0.0;
+    for (const Triangle& triangle : triangles) {
+        filled += ringArea(triangle);
+    }
+    return std::abs(filled - expected) <= 1e-5 * ringArea(rings[0]);
+}
+
+/// Appends the triangles of a proper polygon; false, and nothing appended, if the library gives up or errs.
+bool triangulateProper(std::span<const Ring> rings, std::span<const bool> isIsland, std::vector<Triangle>& triangles) {
+    const std::size_t before = triangles.size();
+    try {
+        const Polylines polylines(rings);
+        p2t::CDT cdt(polylines.all().front());
+        for (std::size_t i = 1; i < polylines.all().size(); ++i) {
+            cdt.AddHole(polylines.all()[i]);
+        }
+        cdt.Triangulate();
+        const auto corner = [](p2t::Triangle& triangle, int i) {
+            const p2t::Point& point = *triangle.GetPoint(i);
+            return b2Vec2(static_cast<float>(point.x), static_cast<float>(point.y));
+        };
+        const std::vector<p2t::Triangle*> found = cdt.GetTriangles();
+        triangles.resize(before + found.size());
+        std::transform(found.begin(), found.end(), triangles.begin() + static_cast<std::ptrdiff_t>(before),
+                       [&](p2t::Triangle* t) {
+                           return Triangle{corner(*t, 0), corner(*t, 1), corner(*t, 2)};
+                       });
+    } catch (const std::exception&) {
+        // The library throws where points lie on constrained edges.
+    }
+    if (fillsArea({triangles.begin() + static_cast<std::ptrdiff_t>(before), triangles.end()}, rings, isIsland)) {
+        return true;
+    }
+    triangles.resize(before);
+    return false;
+}
+
+enum class Outcome { Proper, Tessellated, Failed };
+
+/// @param rings  an outline and its holes
+Outcome triangulateRings(std::span<const Ring> rings, std::span<const bool> isIsland,
+                         std::vector<Triangle>& triangles) {
+    std::size_t count = 0;
+    for (const Ring& ring : rings) {
+        count += ring.size();
+    }
+    if (count <= mostPoints && isProperPolygon(rings) && triangulateProper(rings, isIsland, triangles)) {
+        return Outcome::Proper;
+    }
+    // Odd winding would fill an island, which gets no surface whichever library is at work.
+    std::vector<Ring> withoutIslands = {rings[0]};
+    for (std::size_t i = 1; i < rings.size(); ++i) {
+        if (!isIsland[i - 1]) {
+            withoutIslands.push_back(rings[i]);
+        }
+    }
+    const std::size_t before = triangles.size();
+    return tessellate(withoutIslands, triangles) && triangles.size() > before ? Outcome::Tessellated : Outcome::Failed;
+}
+
+} // namespace
+
+bool triangulate(std::span<const ShapeDef> closedShapes, std::vector<Triangle>& triangles) {
+    const Nesting nesting(closedShapes);
+    std::vector<bool> tabuIds(closedShapes.size(), false); // outlines that have served as holes
+    std::vector<bool> isProper(closedShapes.size(), false);
+    bool failed = false;
+    for (std::size_t i = 0; i < closedShapes.size(); ++i) {
+        // On purpose: one corner decides, so two outlines with their first corners in each other both go without.
+        if (nesting.ring(i).empty() || tabuIds[i] || nesting.isInsideAny(i)) {
+            continue;
+        }
+        const std::vector<std::size_t> holeIds = nesting.holesOf(i);
+        std::vector<Ring> rings = {nesting.ring(i)};
+        const auto isIsland = std::make_unique<bool[]>(holeIds.size());
+        for (std::size_t hole = 0; hole < holeIds.size(); ++hole) {
+            tabuIds[holeIds[hole]] = true;
+            rings.push_back(nesting.ring(holeIds[hole]));
+            isIsland[hole] = nesting.isIsland(holeIds[hole], holeIds);
+        }
+        const Outcome outcome = triangulateRings(rings, {isIsland.get(), holeIds.size()}, triangles);
+        failed = failed || outcome == Outcome::Failed;
+        if (outcome == Outcome::Proper) {
+            isProper[i] = true;
+            for (const std::size_t hole : holeIds) {
+                isProper[hole] = true;
+            }
+        }
+    }
+    for (std::size_t i = 0; i < closedShapes.size(); ++i) {
+        failed = failed || crossesItself(nesting.ring(i), isProper[i]);
+    }
+    return failed;
+}
+
+} // namespace jostle

@@ -1,0 +1,77 @@
+#include "geometry/polygon_tests.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace jostle {
+namespace {
+
+TEST(PolygonTests, segmentsCrossOnlyBetweenTheirEnds) {
+    struct Case {
+        const char* name;
+        b2Vec2 a, b, c, d;
+        bool crosses;
+    };
+    const Case cases[] = {
+        {"plain crossing", {0, 0}, {2, 2}, {0, 2}, {2, 0}, true},
+        {"a shared end is no hit", {0, 0}, {1, 0}, {1, 0}, {1, 1}, false},
+        {"an end on the other is no hit", {0, 0}, {2, 0}, {1, 0}, {1, 1}, false},
+        {"lines cross, segments do not", {0, 0}, {1, 0}, {2, -1}, {2, 1}, false},
+        {"parallel, overlapping", {0, 0}, {2, 0}, {1, 0}, {3, 0}, false},
+        // den = 0.009 * 0.009 + 0.009 * 0.009 = 0.000162, and 0.0000512 with 0.005
+        {"a small crossing", {0, 0}, {0.009f, 0.009f}, {0, 0.009f}, {0.009f, 0}, true},
+        {"one so small that it counts as parallel", {0, 0}, {0.005f, 0.005f}, {0, 0.005f}, {0.005f, 0}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(segmentsIntersect(c.a, c.b, c.c, c.d), c.crosses);
+        EXPECT_EQ(segmentsIntersect(c.c, c.d, c.a, c.b), c.crosses);
+    }
+}
+
+TEST(PolygonTests, outlinesCrossThemselvesAndTurn) {
+    struct Case {
+        const char* name;
+        std::vector<b2Vec2> verts;
+        bool crosses, reversed;
+    };
+    const Case cases[] = {
+        {"two points turn nowhere", {{0, 0}, {1, 0}}, false, false},
+        {"from x toward y", {{0, 0}, {4, 0}, {4, 4}, {0, 4}}, false, false},
+        {"from y toward x", {{0, 0}, {0, 1}, {1, 0}}, false, true},
+        {"a line has no turns", {{0, 0}, {1, 0}, {2, 0}}, false, false},
+        {"a dent does not decide", {{0, 0}, {4, 0}, {1, 1}, {0, 4}}, false, false},
+        {"the dent, other way round", {{0, 4}, {1, 1}, {4, 0}, {0, 0}}, false, true},
+        // Turns by hand: at (4, 4) and (4, 0) toward -z, at (0, 4) and (0, 0) toward +z; a draw.
+        {"a bow tie", {{0, 0}, {4, 4}, {4, 0}, {0, 4}}, true, false},
+        {"the closing edge crosses too", {{0, 0}, {4, 0}, {4, 4}, {2, -1}}, true, false},
+        {"edges that overlap are parallel", {{0, 0}, {4, 0}, {2, 0}, {2, 4}}, false, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(isSelfIntersecting(c.verts), c.crosses);
+        EXPECT_EQ(isReversed(c.verts), c.reversed);
+    }
+}
+
+TEST(PolygonTests, pointsOnTheBorderFallToOneSide) {
+    const std::vector<b2Vec2> square = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
+    struct Case {
+        const char* name;
+        b2Vec2 point;
+        bool inside;
+    };
+    const Case cases[] = {
+        {"the middle", {2, 2}, true},      {"left of it", {-1, 2}, false},  {"right of it", {5, 2}, false},
+        {"left edge", {0, 2}, false},      {"right edge", {4, 2}, true},    {"edge of small y", {2, 0}, false},
+        {"edge of large y", {2, 4}, true}, {"first corner", {0, 0}, false}, {"opposite corner", {4, 4}, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(pointInPolygon(c.point, square), c.inside);
+    }
+}
+
+} // namespace
+} // namespace jostle

@@ -1,0 +1,247 @@
+#include "geometry/triangulate.h"
+
+#include "geometry/outline_check.h"
+
+#include <gtest/gtest.h>
+#include <poly2tri/poly2tri.h>
+
+#include <cmath>
+#include <initializer_list>
+#include <limits>
+#include <vector>
+
+namespace jostle {
+namespace {
+
+using Outline = std::vector<b2Vec2>;
+
+Outline square(float lower, float upper) {
+    return {{lower, lower}, {upper, lower}, {upper, upper}, {lower, upper}};
+}
+
+/// From x, y, x, y, ...
+Outline points(std::initializer_list<float> numbers) {
+    Outline outline;
+    for (auto it = numbers.begin(); it != numbers.end(); it += 2) {
+        outline.emplace_back(it[0], it[1]);
+    }
+    return outline;
+}
+
+struct Mesh {
+    std::vector<Triangle> triangles;
+    bool failed = false;
+    double area = 0.0;
+};
+
+Mesh meshOf(const std::vector<Outline>& outlines) {
+    std::vector<ShapeDef> shapes;
+    for (const Outline& outline : outlines) {
+        shapes.emplace_back().verts = outline;
+    }
+    Mesh mesh;
+    mesh.failed = triangulate(shapes, mesh.triangles);
+    for (const Triangle& t : mesh.triangles) {
+        mesh.area += std::abs(orientation(t[0], t[1], t[2])) / 2.0;
+    }
+    return mesh;
+}
+
+TEST(Triangulate, decidesHolesByTheFirstCorner) {
+    struct Case {
+        const char* name;
+        std::vector<Outline> outlines;
+        double area;
+        bool failed;
+    };
+    const Outline bowTie = {{0, 0}, {40, 40}, {40, 0}, {0, 40}};
+    const Case cases[] = {
+        {"one without points", {{}}, 0, false},
+        {"two side by side", {square(0, 40), square(50, 60)}, 1700, false},
+        {"a ring", {square(0, 40), square(10, 30)}, 1200, false},
+        {"a ring, the hole first", {square(10, 30), square(0, 40)}, 1200, false},
+        {"an island gets no surface", {square(0, 40), square(10, 30), square(15, 25)}, 1200, false},
+        {"an island, innermost first", {square(15, 25), square(10, 30), square(0, 40)}, 1200, false},
+        {"two that cross, the first corners apart",
+         {{{0, 10}, {40, 10}, {40, 20}, {0, 20}}, {{10, 0}, {20, 0}, {20, 40}, {10, 40}}},
+         800,
+         false},
+        {"two with their first corners in each other",
+         {{{30, 30}, {0, 30}, {0, 0}, {30, 0}}, square(20, 50)},
+         0,
+         false},
+        // Odd winding: the triangle above the crossing and the one below, 40 by 20 by a half each.
+        {"a bow tie beside a square is tried and reported", {bowTie, square(50, 60)}, 900, true},
+        {"a line has no area", {{{0, 0}, {20, 0}, {40, 0}}, square(50, 60)}, 100, true},
+        {"a point, three times", {{{5, 5}, {5, 5}, {5, 5}}}, 0, true},
+        {"a repeated point", {{{0, 0}, {40, 0}, {40, 0}, {40, 40}, {0, 40}}}, 1600, false},
+        {"a spike", {{{0, 0}, {40, 0}, {40, 40}, {20, 40}, {20, 60}, {20, 40}, {0, 40}}}, 1600, false},
+        {"a hole that touches the edge", {square(0, 40), {{40, 20}, {20, 10}, {20, 30}}}, 1400, false},
+        // The part of the hole outside, 10 by 20, is enclosed once and so is filled.
+        {"a hole that leaves", {square(0, 40), {{20, 10}, {50, 10}, {50, 30}, {20, 30}}}, 1400, false},
+        {"two holes that coincide cancel out", {square(0, 40), square(10, 30), square(10, 30)}, 1600, false},
+        {"an island in a hole that touches",
+         {square(0, 40), {{40, 20}, {20, 5}, {5, 20}, {20, 35}}, square(15, 25)}, // diagonals 35 and 30
+         1075,
+         false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Mesh mesh = meshOf(c.outlines);
+        EXPECT_NEAR(mesh.area, c.area, 1e-3);
+        EXPECT_EQ(mesh.failed, c.failed);
+    }
+}
+
+std::vector<Triangle> trianglesOfTheLibrary(const Outline& outline) {
+    std::vector<p2t::Point> points;
+    std::vector<p2t::Point*> polyline;
+    points.reserve(outline.size());
+    for (const b2Vec2 point : outline) {
+        polyline.push_back(&points.emplace_back(static_cast<double>(point.x), static_cast<double>(point.y)));
+    }
+    p2t::CDT cdt(polyline);
+    cdt.Triangulate();
+    std::vector<Triangle> triangles;
+    for (p2t::Triangle* triangle : cdt.GetTriangles()) {
+        Triangle& corners = triangles.emplace_back();
+        for (int i = 0; i < 3; ++i) {
+            const p2t::Point& point = *triangle->GetPoint(i);
+            corners[static_cast<std::size_t>(i)] = {static_cast<float>(point.x), static_cast<float>(point.y)};
+        }
+    }
+    return triangles;
+}
+
+/// A gear: corners alternate between two radii, or keep one.
+Outline gear(int count, double inner, double outer) {
+    Outline outline;
+    for (int i = 0; i < count; ++i) {
+        const double angle = 6.283185307179586 * i / count;
+        const double radius = i % 2 == 0 ? outer : inner;
+        outline.emplace_back(static_cast<float>(radius * std::cos(angle)),
+                             static_cast<float>(radius * std::sin(angle)));
+    }
+    return outline;
+}
+
+TEST(Triangulate, leavesTheLibrarysTrianglesAsTheyAre) {
+    const Outline outlines[] = {square(0, 40), gear(24, 50, 50), gear(40, 20, 50),
+                                points({0, 0, 10, 0, 20, 0, 30, 0, 30, 10, 30, 20, 15, 20, 0, 20})};
+    for (const Outline& outline : outlines) {
+        EXPECT_EQ(meshOf({outline}).triangles, trianglesOfTheLibrary(outline));
+        EXPECT_EQ(meshOf({outline}).triangles.size(), outline.size() - 2);
+    }
+}
+
+// The two-ear theorem's count holds for holes too: n points and h holes give n + 2 h - 2 triangles.
+TEST(Triangulate, coversRingsWithoutOverlap) {
+    const Mesh mesh = meshOf({gear(60, 80, 100), gear(40, 30, 50)});
+    EXPECT_EQ(mesh.triangles.size(), 100u);
+    double expected = 0.0; // n/2 pairs of triangles from the centre: 2 * r R sin(a) / 2
+    for (const auto& [count, inner, outer, sign] : {std::tuple{60, 80.0, 100.0, 1.0}, {40, 30.0, 50.0, -1.0}}) {
+        expected += sign * count * inner * outer * std::sin(6.283185307179586 / count) / 2.0;
+    }
+    EXPECT_NEAR(mesh.area, expected, 1e-4 * expected);
+    for (const Triangle& t : mesh.triangles) {
+        const b2Vec2 middle = (1.0f / 3.0f) * (t[0] + t[1] + t[2]);
+        EXPECT_GT(middle.Length(), 29.0f);
+        EXPECT_LT(middle.Length(), 100.0f);
+    }
+}
+
+TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
+    const float inf = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    struct Case {
+        const char* name;
+        Outline outline;
+        bool hasTriangles;
+    };
+    const Case cases[] = {
+        {"a corner of more than 180 degrees in the advancing front",
+         points({74.0910034f, -87.6598587f, 87.0555649f, -81.739418f, 78.0735016f, -77.9495316f, 78.2568359f,
+                 -76.6283264f, 77.9394302f, -77.9393311f, 76.3564606f, -71.542984f, 77.9389572f, -77.9383163f,
+                 73.88694f, -74.7634277f}),
+         true},
+        {"a cluster below the library's tolerance",
+         points({-1.85485234e-07f, -3.27031557e-08f, -0.000707524712f, -0.000925512169f, -0.000107873733f,
+                 -0.000238659442f, 0.000607767492f,  -0.00276042009f,  0.00200727093f,   -0.00252004107f,
+                 2.64246023e-06f,  -3.17301692e-06f, -0.154647559f,    0.34595263f,      -0.153362826f,
+                 0.182705507f,     -0.550552428f,    0.648044348f,     -2.9564805e-07f,  2.52796326e-07f,
+                 -5.38609493e-05f, 2.04613716e-05f,  -0.321869791f,    0.113773353f,     -0.00108400732f,
+                 1.53198234e-05f}),
+         true},
+        {"sizes beyond all rounding",
+         points({9.77634253e+30f, 2.80498274e+11f, 20, 0, 30, 30, 30, 60, 0, 0, -533.234619f, -8.92980996e+21f}), true},
+        {"columns closer than the library's tolerance",
+         points({2.46423966e-35f, -1.996528e+28f, 2.48277206e-35f, -1.83963092e+28f, 2.49790598e-35f, -1.41175854e+28f,
+                 2.51185091e-35f, 1.39245598e-36f, 2.50810948e-35f, 7.77138838e+27f, 2.49790598e-35f, 1.41175854e+28f,
+                 2.46423966e-35f, 1.996528e+28f}),
+         true},
+        {"a millionth of a pixel", points({0, 0, 1e-6f, 0, 1e-6f, 1e-6f, 0, 1e-6f}), true},
+        {"points that are not finite are left out", points({0, 0, nan, 5, 9, 0, 9, inf, 9, 9, -inf, nan}), true},
+        {"nothing finite", points({nan, 0, 0, nan, inf, inf}), false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Mesh mesh = meshOf({c.outline});
+        EXPECT_EQ(!mesh.triangles.empty(), c.hasTriangles);
+        EXPECT_TRUE(std::isfinite(mesh.area));
+    }
+}
+
+TEST(Triangulate, scribblesBeyondAllMeasureAreRefused) {
+    Outline star; // 301 corners of a circle, each joined to the one almost opposite: all 301 * 298 / 2 pairs cross
+    for (int i = 0; i < 301; ++i) {
+        const double angle = 6.283185307179586 * (i * 150 % 301) / 301;
+        star.emplace_back(static_cast<float>(500 * std::cos(angle)), static_cast<float>(500 * std::sin(angle)));
+    }
+    Outline zigzag; // there and back: 10,000 spikes whose tips cross, which took the tessellator half a minute
+    for (int i = 0; i < 20'000; ++i) {
+        const int tooth = i < 10'000 ? i : 19'999 - i;
+        const float back = i < 10'000 ? 0.0f : 1.0f;
+        zigzag.emplace_back(static_cast<float>(tooth) * 0.1f + back * 0.02f,
+                            (tooth % 2 == 0 ? -2000.0f : -1000.0f) + back * 10.0f);
+    }
+    for (const Outline& scribble : {star, zigzag}) {
+        const Mesh mesh = meshOf({scribble, square(600, 610)});
+        EXPECT_TRUE(mesh.failed);
+        EXPECT_NEAR(mesh.area, 100.0, 1e-3) << "the other outline keeps its triangles";
+    }
+}
+
+TEST(OutlineCheck, signsAreExact) {
+    // On y = x / 3 at scales that 64 bits cannot hold at once, and beside it by one last place.
+    const b2Vec2 far = {3e15f, 1e15f};
+    const b2Vec2 on = {far.x / 0x1p60f, far.y / 0x1p60f};
+    EXPECT_EQ(orientation({0, 0}, far, on), 0.0);
+    EXPECT_GT(orientation({0, 0}, far, {on.x, std::nextafter(on.y, 1.0f)}), 0.0);
+    EXPECT_LT(orientation({0, 0}, far, {on.x, std::nextafter(on.y, 0.0f)}), 0.0);
+}
+
+TEST(OutlineCheck, knowsProperPolygons) {
+    struct Case {
+        const char* name;
+        std::vector<Outline> rings;
+        bool isProper;
+    };
+    const Case cases[] = {
+        {"a hole", {square(0, 40), square(10, 30)}, true},
+        {"a hole in a hole", {square(0, 40), square(10, 30), square(15, 25)}, true},
+        {"a hole outside", {square(0, 40), square(50, 60)}, false},
+        {"a hole around", {square(10, 30), square(0, 40)}, false},
+        {"an edge through a corner", {{{0, 0}, {40, 0}, {20, 20}, {40, 40}, {0, 40}, {20, 20}}}, false},
+        {"vertical edges that overlap", {{{0, 0}, {10, 0}, {10, 30}, {10, 10}, {0, 10}}}, false},
+        {"a crossing in the midst", {{{0, 0}, {40, 0}, {40, 40}, {20, -10}, {0, 40}}}, false},
+        {"points along the edges", {{{0, 0}, {20, 0}, {40, 0}, {40, 20}, {40, 40}, {0, 40}, {0, 10}}}, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::vector<Ring> rings(c.rings.begin(), c.rings.end());
+        EXPECT_EQ(isProperPolygon(rings), c.isProper);
+    }
+}
+
+} // namespace
+} // namespace jostle
