@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <deque>
-#include <iterator>
 #include <memory>
 #include <optional>
 
@@ -78,10 +78,41 @@ Tessellator makeTessellator() {
     return tessellator;
 }
 
-/// The points of a ring that are finite.
-std::vector<b2Vec2> finitePoints(const Ring& ring) {
+/// Distance to which points are rounded for the tessellator, which loses its way among edges of all scales at once.
+double gridOf(std::span<const Ring> rings) {
+    float largest = 0.0f;
+    for (const Ring& ring : rings) {
+        for (const b2Vec2 p : ring) {
+            largest = p.IsValid() ? std::max({largest, std::abs(p.x), std::abs(p.y)}) : largest;
+        }
+    }
+    return largest > 0.0f ? std::ldexp(1.0, std::ilogb(largest) - 32) : 1.0;
+}
+
+/// The points of a ring that are finite, without repeats and without spikes that lead out and back on one line.
+std::vector<b2Vec2> cleanRing(const Ring& ring, double grid) {
+    const auto rounded = [grid](float x) {
+        return static_cast<float>(std::round(static_cast<double>(x) / grid) * grid);
+    };
     std::vector<b2Vec2> points;
-    std::copy_if(ring.begin(), ring.end(), std::back_inserter(points), [](b2Vec2 p) { return p.IsValid(); });
+    const auto leadsNowhere = [&](b2Vec2 next) {
+        const std::size_t count = points.size();
+        return count > 0 && (points.back() == next || (count > 1 && points[count - 2] == next));
+    };
+    for (const b2Vec2 p : ring) {
+        if (!p.IsValid()) {
+            continue;
+        }
+        const b2Vec2 next(rounded(p.x), rounded(p.y));
+        if (!leadsNowhere(next)) {
+            points.push_back(next);
+        } else if (points.back() != next) {
+            points.pop_back();
+        }
+    }
+    while (!points.empty() && leadsNowhere(points.front())) {
+        points.pop_back();
+    }
     return points;
 }
 
@@ -127,11 +158,12 @@ void run(GLUtesselator* tess, std::span<const std::vector<b2Vec2>> rings, Output
 } // namespace
 
 bool tessellate(std::span<const Ring> rings, std::vector<Triangle>& triangles) {
-    std::vector<std::vector<b2Vec2>> finite;
+    std::vector<std::vector<b2Vec2>> clean;
+    const double grid = gridOf(rings);
     for (const Ring& ring : rings) {
-        finite.push_back(finitePoints(ring));
+        clean.push_back(cleanRing(ring, grid));
     }
-    if (!isAffordable(std::vector<Ring>(finite.begin(), finite.end()))) {
+    if (!isAffordable(std::vector<Ring>(clean.begin(), clean.end()))) {
         return false;
     }
     const Tessellator tessellator = makeTessellator();
@@ -139,7 +171,7 @@ bool tessellate(std::span<const Ring> rings, std::vector<Triangle>& triangles) {
         return false;
     }
     Output output;
-    run(tessellator.get(), finite, output);
+    run(tessellator.get(), clean, output);
     if (output.failed) {
         return false;
     }
