@@ -48,18 +48,32 @@ Composition::Composition(const Composition& other)
       durationFrames{other.durationFrames},
       pixelAspect{other.pixelAspect},
       background{other.background},
+      details{other.details},
       changed{other.changed} {
     Places<const Layer*> places;
     layers.reserve(other.layers.size());
     for (const auto& layer : other.layers) {
         places.emplace_back(layer.get(), layers.size());
-        layers.push_back(std::make_unique<Layer>(*layer));
+        layers.push_back(copied(*layer));
     }
     std::sort(places.begin(), places.end());
     for (const auto& layer : layers) {
         const std::size_t place = layer->parent ? firstPlace<const Layer*>(places, layer->parent) : nowhere;
         layer->parent = place == nowhere ? nullptr : layers[place].get();
     }
+}
+
+TreeNode& treeOf(const Composition& composition, Layer& layer) {
+    if (!layer.tree)
+        layer.tree = composition.details ? composition.details->readTree(layer) : bareTree(layer);
+    return *layer.tree;
+}
+
+std::unique_ptr<Layer> copied(const Layer& layer) {
+    auto copy = std::make_unique<Layer>(layer);
+    if (layer.tree)
+        copy->tree = treeCopiedFor(*copy, *layer.tree);
+    return copy;
 }
 
 void relinkParents(Composition& composition) {

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "standalone/document/frame_clock.h"
+#include "standalone/document/layer_details.h"
 #include "standalone/document/stream.h"
+#include "standalone/document/tree_node.h"
 
 namespace jostle::standalone {
 
@@ -57,6 +59,7 @@ struct Transform {
     Stream scale;
     Stream rotation;
     Stream skew, skewAxis;
+    Stream opacity;
     bool separated = false;
     SourceSpan source; ///< the transform object; empty if the layer has none
 };
@@ -84,9 +87,10 @@ struct Layer {
     bool motionBlur = false;
     bool guide = false;
     bool adjustment = false;
-    int label = 0; ///< 0 none, 1 to 16
-    int maskCount = 0;
+    int label = 0;     ///< 0 none, 1 to 16
+    int maskCount = 0; ///< while `tree` is null; see treeOf
     Transform transform;
+    std::shared_ptr<TreeNode> tree; ///< root; null until it is asked for
 
     SourceSpan source;    ///< the layer object in the source text
     bool changed = false; ///< parent, autoOrient, motionBlur or hidden differ from the source text
@@ -107,8 +111,15 @@ struct Composition {
     double pixelAspect = 1;
     Rgba background{0, 0, 0, 1};
     std::vector<std::unique_ptr<Layer>> layers;
-    bool changed = false; ///< name or work area differ from the source text
+    std::shared_ptr<const LayerDetails> details; ///< null for compositions that were not read from a document
+    bool changed = false;                        ///< name or work area differ from the source text
 };
+
+/// Root of a layer's tree of streams, read when it is first asked for.
+[[nodiscard]] TreeNode& treeOf(const Composition& composition, Layer& layer);
+
+/// Copy of a layer with a tree of its own; the parent stays the same.
+[[nodiscard]] std::unique_ptr<Layer> copied(const Layer& layer);
 
 /// Points every `parent` at the first layer that has its `parentId` in the file, whatever it pointed at before. A
 /// parent that would close a cycle is dropped. Copies need no relinking.
