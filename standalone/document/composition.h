@@ -82,6 +82,7 @@ struct Layer {
     bool hidden = false;
     bool matteSource = false;
     bool usesMatteAbove = false; ///< has a track matte that is named by its place alone
+    int matteId = noParent;      ///< of such a layer, the identifier of the one above it in the file
     bool threeD = false;
     bool autoOrient = false;
     bool motionBlur = false;

@@ -132,9 +132,9 @@ Components keyValue(const Stream& stream, std::size_t key) {
 }
 
 /// Index of the last key at or before a frame that is not before the first key.
-std::size_t keyBefore(const KeyTrack& keys, double frame) {
-    const auto after = std::upper_bound(keys.frames.begin(), keys.frames.end(), frame);
-    return static_cast<std::size_t>(after - keys.frames.begin()) - 1;
+std::size_t keyBefore(const std::vector<double>& frames, double frame) {
+    const auto after = std::upper_bound(frames.begin(), frames.end(), frame);
+    return static_cast<std::size_t>(after - frames.begin()) - 1;
 }
 
 Components between(const Stream& stream, std::size_t key, double time) {
@@ -171,7 +171,7 @@ void keepOffKeys(const KeyTrack& keys, double frame, double& from, double& to) {
     } else if (frame > keys.frames.back()) {
         from = std::max(from, keys.frames.back());
     } else {
-        const std::size_t key = std::min(keyBefore(keys, frame), keys.size() - 2);
+        const std::size_t key = std::min(keyBefore(keys.frames, frame), keys.size() - 2);
         from = std::max(from, keys.frames[key]);
         to = std::min(to, keys.frames[key + 1]);
     }
@@ -214,9 +214,32 @@ Components valueAt(const Stream& stream, double frame) {
         return keyValue(stream, 0);
     if (frame >= keys.frames.back())
         return keyValue(stream, keys.size() - 1);
-    const std::size_t key = keyBefore(keys, frame);
+    const std::size_t key = keyBefore(keys.frames, frame);
     const double begin = keys.frames[key];
     return between(stream, key, (frame - begin) / (keys.frames[key + 1] - begin));
+}
+
+PathValue valueAt(const PathStream& path, double frame) {
+    if (path.frames.empty())
+        return path.value;
+    if (!(frame > path.frames.front()) && path.frames.front() != frame)
+        return path.values.front();
+    if (frame >= path.frames.back())
+        return path.values.back();
+    const std::size_t key = keyBefore(path.frames, frame);
+    const PathValue &from = path.values[key], &to = path.values[key + 1];
+    const KeySegment* segment = path.segments.empty() ? nullptr : &path.segments[key];
+    if (from.vertices.size() != to.vertices.size() || (segment && segment->hold))
+        return from;
+    const double time = (frame - path.frames[key]) / (path.frames[key + 1] - path.frames[key]);
+    const double share = segment ? ease(*segment, 0, time) : time;
+    PathValue value = from;
+    for (std::size_t i = 0; i < value.vertices.size(); ++i) {
+        for (double PathVertex::*number : {&PathVertex::x, &PathVertex::y, &PathVertex::inX, &PathVertex::inY,
+                                           &PathVertex::outX, &PathVertex::outY})
+            value.vertices[i].*number += (to.vertices[i].*number - from.vertices[i].*number) * share;
+    }
+    return value;
 }
 
 Components positionAt(const Transform& transform, double frame) {

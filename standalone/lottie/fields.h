@@ -27,10 +27,49 @@ enum class FieldForm {
     Number,  ///< finite number
     Boolean, ///< true or false
     ZeroOne, ///< 0 or 1
-    Point,   ///< property of two or three components; handles of plain numbers
-    Scale,   ///< property of two or three components, percent; handles in arrays
-    Single,  ///< property of one component; handles in arrays
+    Plain,   ///< one number that is no property
+
+    // Properties. Of those with two or three components, a new one has three, or two if it lies in a plane.
+    Point,      ///< two or three components; handles of plain numbers
+    PlanePoint, ///< the same in a plane
+    Scale,      ///< two or three components, percent; handles in arrays
+    PlaneScale, ///< the same in a plane
+    Size,       ///< two components; handles in arrays
+    Single,     ///< one component; handles in arrays
+    Percent,    ///< the same, whole if it is missing
+    Colour,     ///< red, green and blue from 0 to 1; handles of plain numbers
+    Outline,    ///< a path; handles of plain numbers
 };
+
+/// What sets the forms of properties apart.
+struct PropertyFacts {
+    int least = 1, most = 1;   ///< components
+    int missing = 1;           ///< components of a property that is not there
+    double fallback = 0;       ///< of a component that is not there
+    bool plainHandles = false; ///< easing handles are numbers, not arrays with one for each component
+    bool spatial = false;      ///< its way may be curved
+};
+
+[[nodiscard]] constexpr PropertyFacts propertyFacts(FieldForm form) {
+    switch (form) {
+    case FieldForm::Point:
+        return {2, 3, 3, 0, true, true};
+    case FieldForm::PlanePoint:
+        return {2, 3, 2, 0, true, true};
+    case FieldForm::Scale:
+        return {2, 3, 3, 100};
+    case FieldForm::PlaneScale:
+        return {2, 3, 2, 100};
+    case FieldForm::Size:
+        return {2, 2, 2};
+    case FieldForm::Percent:
+        return {1, 1, 1, 100};
+    case FieldForm::Colour:
+        return {3, 3, 3, 1, true};
+    default:
+        return {};
+    }
+}
 
 template<class Record>
 struct Field {
@@ -76,7 +115,7 @@ void readFields(const Table& table, const JsonValue& object, Record& record) {
 
 /// The members of a document.
 struct DocumentMembers {
-    JsonValue frameRate, inFrame, outFrame, width, height, name, layers, assets, slots, extension;
+    JsonValue version, frameRate, inFrame, outFrame, width, height, name, layers, assets, slots, complete, extension;
 };
 
 inline constexpr std::array documentFields{
@@ -90,7 +129,8 @@ inline constexpr std::array documentFields{
     Field<DocumentMembers>{"assets", FieldUse::Read, FieldForm::Raw, &DocumentMembers::assets},
     Field<DocumentMembers>{"slots", FieldUse::Read, FieldForm::Raw, &DocumentMembers::slots},
     Field<DocumentMembers>{"jostle", FieldUse::Write, FieldForm::Raw, &DocumentMembers::extension},
-    Field<DocumentMembers>{"v", FieldUse::Ignore},
+    Field<DocumentMembers>{"v", FieldUse::Read, FieldForm::Raw, &DocumentMembers::version},
+    Field<DocumentMembers>{"__complete", FieldUse::Read, FieldForm::Raw, &DocumentMembers::complete},
     Field<DocumentMembers>{"ver", FieldUse::Ignore},
     Field<DocumentMembers>{"ddd", FieldUse::Ignore},
     Field<DocumentMembers>{"fonts", FieldUse::Ignore},
@@ -102,7 +142,6 @@ inline constexpr std::array documentFields{
     Field<DocumentMembers>{"comps", FieldUse::Ignore},
     Field<DocumentMembers>{"mb", FieldUse::Ignore},
     Field<DocumentMembers>{"tgs", FieldUse::Ignore},
-    Field<DocumentMembers>{"__complete", FieldUse::Ignore},
 };
 
 inline constexpr std::array layerFields{
@@ -124,6 +163,9 @@ inline constexpr std::array layerFields{
     Field<Layer>{"tt", FieldUse::Custom},
     Field<Layer>{"tp", FieldUse::Custom},
     Field<Layer>{"masksProperties", FieldUse::Custom},
+    Field<Layer>{"hasMask", FieldUse::Custom},
+    Field<Layer>{"shapes", FieldUse::Custom},
+    Field<Layer>{"t", FieldUse::Custom},
     Field<Layer>{"sw", FieldUse::Custom},
     Field<Layer>{"sh", FieldUse::Custom},
     Field<Layer>{"sc", FieldUse::Custom},
@@ -132,11 +174,8 @@ inline constexpr std::array layerFields{
     Field<Layer>{"jostle", FieldUse::Custom},
     Field<Layer>{"bm", FieldUse::Ignore},
     Field<Layer>{"tm", FieldUse::Ignore},
-    Field<Layer>{"hasMask", FieldUse::Ignore},
     Field<Layer>{"ef", FieldUse::Ignore},
     Field<Layer>{"sy", FieldUse::Ignore},
-    Field<Layer>{"shapes", FieldUse::Ignore},
-    Field<Layer>{"t", FieldUse::Ignore},
     Field<Layer>{"ct", FieldUse::Ignore},
     Field<Layer>{"cp", FieldUse::Ignore},
     Field<Layer>{"cl", FieldUse::Ignore},
@@ -154,8 +193,8 @@ inline constexpr std::array transformFields{
     Field<Transform>{"r", FieldUse::Write, FieldForm::Single, &Transform::rotation},
     Field<Transform>{"sk", FieldUse::Write, FieldForm::Single, &Transform::skew},
     Field<Transform>{"sa", FieldUse::Write, FieldForm::Single, &Transform::skewAxis},
+    Field<Transform>{"o", FieldUse::Write, FieldForm::Percent, &Transform::opacity},
     Field<Transform>{"rz", FieldUse::Custom},
-    Field<Transform>{"o", FieldUse::Ignore},
     Field<Transform>{"rx", FieldUse::Ignore},
     Field<Transform>{"ry", FieldUse::Ignore},
     Field<Transform>{"or", FieldUse::Ignore},

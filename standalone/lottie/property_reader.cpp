@@ -20,13 +20,13 @@ struct PropertyReader::Key {
 namespace {
 
 Components defaultValue(FieldForm form) {
-    return form == FieldForm::Scale ? Components{100, 100, 100} : Components{};
+    const double fallback = propertyFacts(form).fallback;
+    return {fallback, fallback, fallback};
 }
 
 int componentsFor(FieldForm form, std::size_t given) {
-    if (form == FieldForm::Single)
-        return 1;
-    return given == 0 ? 3 : std::clamp(static_cast<int>(given), 2, 3);
+    const PropertyFacts facts = propertyFacts(form);
+    return given == 0 ? facts.missing : std::clamp(static_cast<int>(given), facts.least, facts.most);
 }
 
 Components trimmed(Components value, int components) {
@@ -49,27 +49,33 @@ std::string_view rotationMember(const JsonValue& transform, bool threeD) {
 PropertyReader::PropertyReader(const JsonValue& slots) {
     if (!slots.isObject())
         return;
+    std::map<std::string, JsonValue, std::less<>> found;
     forEachChild(slots, [&](const JsonValue& slot) {
         if (const JsonValue property = slot["p"]; property.isObject())
-            slots_[slot.key()] = property;
+            found[slot.key()] = property;
     });
+    if (!found.empty())
+        slots_ = std::make_shared<const decltype(found)>(std::move(found));
 }
 
 JsonValue PropertyReader::resolved(const JsonValue& property) const {
-    if (slots_.empty() || !property.isObject())
+    if (!slots_ || !property.isObject())
         return property;
     const JsonValue name = property["sid"];
     if (name.type() != JsonType::String)
         return property;
-    const auto found = slots_.find(name.string());
-    return found == slots_.end() ? property : found->second;
+    const auto found = slots_->find(name.string());
+    return found == slots_->end() ? property : found->second;
 }
 
 std::size_t PropertyReader::take(const JsonValue& value, double* out, std::size_t most) {
     const std::size_t count = value.numbers(out, most);
     for (std::size_t i = 0; i < count; ++i) {
-        if (!(std::abs(out[i]) <= transformNumberLimit) && !fault_)
+        if (std::abs(out[i]) <= transformNumberLimit)
+            continue;
+        if (!fault_)
             fault_ = value;
+        out[i] = std::copysign(transformNumberLimit, out[i]);
     }
     return count;
 }
@@ -115,7 +121,7 @@ KeySegment PropertyReader::segment(const KeyframeMembers& members, FieldForm for
                 segment.linear = false;
         }
     }
-    if (form == FieldForm::Point) {
+    if (propertyFacts(form).spatial) {
         const auto count = static_cast<std::size_t>(components);
         take(members.tangentOut, segment.outTangent.data(), count);
         take(members.tangentIn, segment.inTangent.data(), count);
@@ -185,7 +191,7 @@ Stream PropertyReader::stream(const JsonValue& property, FieldForm form) {
         return stream;
     }
     Components value = defaultValue(form);
-    const std::size_t given = take(members.value, value.data(), form == FieldForm::Single ? 1 : 3);
+    const std::size_t given = take(members.value, value.data(), static_cast<std::size_t>(propertyFacts(form).most));
     if (given > 0) {
         stream.components = componentsFor(form, given);
         stream.value = trimmed(value, stream.components);

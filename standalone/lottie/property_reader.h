@@ -1,10 +1,14 @@
 #pragma once
 
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 
 #include "standalone/document/composition.h"
+#include "standalone/document/path.h"
 #include "standalone/lottie/fields.h"
+#include "standalone/lottie/format_rules.h"
 #include "standalone/lottie/json_tree.h"
 
 namespace jostle::standalone {
@@ -27,11 +31,21 @@ public:
 
     /// The stream of a property; the default if it is missing or of a wrong type. A key's frame is snapped to the
     /// whole frame it means.
-    /// @param form  Point, Scale or Single
+    /// @param form  any of those of properties with components
     [[nodiscard]] Stream stream(const JsonValue& property, FieldForm form);
 
     /// The transform of a layer, defaults if it is missing.
     [[nodiscard]] Transform transform(const JsonValue& object, bool threeD);
+
+    /// The stream of a property that holds a path; an empty path if it is missing or of a wrong type.
+    ///
+    /// Two keys may stand at one frame: the way before them leads to the first, the way after them from the second.
+    /// @param closedOutside  whether the path is closed, where that is not told by the path itself
+    [[nodiscard]] PathStream path(const JsonValue& property, const FormatRules& rules,
+                                  std::optional<bool> closedOutside);
+
+    /// What holds in place of a property: what the slot that it names holds, or the property itself.
+    [[nodiscard]] JsonValue resolved(const JsonValue& property) const;
 
     /// The first value met so far with a number beyond transformNumberLimit; Missing if all was well.
     [[nodiscard]] const JsonValue& fault() const { return fault_; }
@@ -39,14 +53,13 @@ public:
 private:
     struct Key;
 
-    [[nodiscard]] JsonValue resolved(const JsonValue& property) const;
     std::size_t take(const JsonValue& value, double* out, std::size_t most);
     [[nodiscard]] std::vector<Key> keys(const JsonValue& list);
     [[nodiscard]] KeySegment segment(const KeyframeMembers& members, FieldForm form, int components);
     bool takeHandle(const JsonValue& handle, Components& x, Components& y);
     void fillTrack(std::vector<Key>& keys, FieldForm form, Stream& stream);
 
-    std::map<std::string, JsonValue, std::less<>> slots_;
+    std::shared_ptr<const std::map<std::string, JsonValue, std::less<>>> slots_; ///< null without any
     JsonValue fault_;
 };
 

@@ -27,7 +27,7 @@ public:
             return out;
         }
         const double* numbers = stream_.keys.empty() ? stream_.value.data() : stream_.keys.values.data();
-        if (form_ == FieldForm::Single)
+        if (propertyFacts(form_).most == 1)
             printNumber(out, finite(numbers[0], 0));
         else
             printArray(out, numbers);
@@ -65,7 +65,7 @@ private:
             return std::all_of(numbers.begin(), numbers.begin() + stream_.components,
                                [&](double number) { return number == numbers[0]; });
         };
-        const bool plain = form_ == FieldForm::Point && alike(x) && alike(y);
+        const bool plain = propertyFacts(form_).plainHandles && alike(x) && alike(y);
         const auto numbers = [&](const Components& from) {
             std::string out = plain ? "" : "[";
             for (std::size_t c = 0; c < (plain ? 1 : components_); ++c) {

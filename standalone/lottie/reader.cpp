@@ -8,6 +8,7 @@
 #include "standalone/document/printable.h"
 #include "standalone/lottie/assets.h"
 #include "standalone/lottie/fields.h"
+#include "standalone/lottie/layer_details_reader.h"
 #include "standalone/lottie/property_reader.h"
 
 namespace jostle::standalone {
@@ -85,6 +86,7 @@ public:
             return refused;
         numberLayers(composition);
         relinkParents(composition);
+        findMattes(composition);
         readLength(composition);
         noteExpressions(composition, notes);
         return {};
@@ -171,13 +173,20 @@ private:
         }
     }
 
+    static void findMattes(const Composition& composition) {
+        for (std::size_t index = 1; index < composition.layers.size(); ++index) {
+            if (composition.layers[index]->usesMatteAbove)
+                composition.layers[index]->matteId = composition.layers[index - 1]->id;
+        }
+    }
+
     static void noteExpressions(const Composition& composition, std::vector<std::string>& notes) {
         std::string names;
         for (std::size_t index = 0; index < composition.layers.size(); ++index) {
             const Layer& layer = *composition.layers[index];
             const Transform& t = layer.transform;
             const auto streams = {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.positionZ,
-                                  &t.scale,  &t.rotation, &t.skew,      &t.skewAxis};
+                                  &t.scale,  &t.rotation, &t.skew,      &t.skewAxis,  &t.opacity};
             if (std::any_of(streams.begin(), streams.end(), [](const Stream* s) { return s->hasExpression; }))
                 names += (names.empty() ? "" : ", ") + layerTitle(layer, index);
         }
@@ -218,10 +227,12 @@ ReadResult readLottie(std::string text, std::string fileName) {
     source->text = std::move(text);
     source->fileName = std::move(fileName);
     const std::string error = readInto(result, *source);
-    if (error.empty())
+    if (error.empty()) {
+        result.composition->details = std::make_shared<const LottieDetails>(source);
         result.source = std::move(source);
-    else
+    } else {
         result.error = printable((source->fileName.empty() ? std::string() : source->fileName + ": ") + error);
+    }
     for (std::string& note : result.notes)
         note = printable(note); // names from the file are in it
     return result;

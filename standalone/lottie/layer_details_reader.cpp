@@ -1,0 +1,271 @@
+#include "standalone/lottie/layer_details_reader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "standalone/document/composition.h"
+#include "standalone/document/evaluate.h"
+#include "standalone/lottie/text_outlines.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+/// The kind of a shape element, by its "ty".
+NodeKind elementKind(const JsonValue& type) {
+    const std::string name = type.string();
+    if (name.empty())
+        return NodeKind::OtherElement;
+    for (std::size_t i = 0; i < nodeKindCount; ++i) {
+        const NodeFacts& facts = factsOf(static_cast<NodeKind>(i));
+        if (facts.parent == facts.kind && name == facts.member)
+            return facts.kind;
+    }
+    return NodeKind::OtherElement;
+}
+
+bool isTransform(const JsonValue& element) {
+    return element["ty"].string() == factsOf(NodeKind::GroupTransform).member;
+}
+
+/// At most `most` bytes of a text, without half a character.
+std::string cutShort(std::string text, std::size_t most) {
+    if (text.size() <= most)
+        return text;
+    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80U)
+        --most;
+    text.resize(most);
+    return text;
+}
+
+/// The easing of two dimensions whose keys stand at the same frames; empty if one holds where the other moves.
+std::vector<KeySegment> mergedSegments(const KeyTrack& x, const KeyTrack& y) {
+    std::vector<KeySegment> merged;
+    for (std::size_t key = 0; key < x.size(); ++key) {
+        KeySegment segment = x.segments.empty() ? KeySegment{} : x.segments[key];
+        const KeySegment other = y.segments.empty() ? KeySegment{} : y.segments[key];
+        if (segment.hold != other.hold || segment.hasEnd || other.hasEnd)
+            return {};
+        segment.linear = segment.linear && other.linear;
+        segment.outX[1] = other.outX[0];
+        segment.outY[1] = other.outY[0];
+        segment.inX[1] = other.inX[0];
+        segment.inY[1] = other.inY[0];
+        merged.push_back(segment);
+    }
+    return merged;
+}
+
+/// One stream of the streams of two dimensions. Where their keys differ it is straight between all keys and, unless
+/// that made far more of them, between whole frames.
+Stream mergedDimensions(const Stream& x, const Stream& y) {
+    constexpr double mostFramesPerKey = 64;
+    Stream merged;
+    merged.components = 2;
+    merged.hasExpression = x.hasExpression || y.hasExpression;
+    merged.expressionEnabled = x.expressionEnabled || y.expressionEnabled;
+    std::vector<double>& frames = merged.keys.frames;
+    for (const Stream* stream : {&x, &y})
+        frames.insert(frames.end(), stream->keys.frames.begin(), stream->keys.frames.end());
+    std::sort(frames.begin(), frames.end());
+    if (x.keys.frames == y.keys.frames)
+        merged.keys.segments = mergedSegments(x.keys, y.keys);
+    const bool sampled = !frames.empty() && merged.keys.segments.empty() &&
+                         frames.back() - frames.front() <= mostFramesPerKey * static_cast<double>(frames.size());
+    if (sampled) {
+        const double end = frames.back();
+        for (double frame = std::floor(frames.front()) + 1; frame < end; ++frame)
+            frames.push_back(frame);
+        std::sort(frames.begin(), frames.end());
+    }
+    frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
+    for (const double frame : frames) {
+        for (const Stream* stream : {&x, &y})
+            merged.keys.values.push_back(valueAt(*stream, frame)[0]);
+    }
+    merged.value = {x.value[0], y.value[0], 0};
+    if (!frames.empty())
+        std::copy_n(merged.keys.values.begin(), 2, merged.value.begin());
+    return merged;
+}
+
+/// Builds the nodes of one layer. Goes as deep as groups are nested, which the depth of the text limits.
+class TreeReader {
+public:
+    TreeReader(PropertyReader properties, FormatRules rules) : properties_{std::move(properties)}, rules_{rules} {}
+
+    void readShapes(TreeNode& list, const JsonValue& elements) {
+        list.source = elements.isArray() ? elements.span() : SourceSpan{};
+        if (!elements.isArray())
+            return;
+        forEachChild(elements, [&](const JsonValue& element) {
+            if (!element.isObject() || (list.kind == NodeKind::GroupContents && isTransform(element)))
+                return;
+            readElement(list, element);
+        });
+    }
+
+    void readMasks(TreeNode& parade, const JsonValue& masks) {
+        parade.source = masks.span();
+        forEachChild(masks, [&](const JsonValue& mask) {
+            if (!mask.isObject())
+                return;
+            TreeNode& node = addNode(parade, NodeKind::Mask);
+            describe(node, mask);
+            readLeaves(node, mask);
+        });
+    }
+
+private:
+    static void describe(TreeNode& node, const JsonValue& object) {
+        node.source = object.span();
+        node.name = object["nm"].string();
+    }
+
+    void readElement(TreeNode& list, const JsonValue& element) {
+        TreeNode& node = addNode(list, elementKind(element["ty"]));
+        describe(node, element);
+        if (node.kind == NodeKind::OtherElement && !isTransform(element))
+            node.matchName = cutShort(element["mn"].string(), 40);
+        if (node.kind == NodeKind::Group)
+            readGroup(node, element["it"]);
+        else
+            readLeaves(node, element);
+    }
+
+    void readGroup(TreeNode& group, const JsonValue& elements) {
+        readShapes(*childOf(group, NodeKind::GroupContents), elements);
+        if (!elements.isArray())
+            return;
+        JsonValue found; // the last one, as of doubled members
+        forEachChild(elements, [&](const JsonValue& element) { found = isTransform(element) ? element : found; });
+        if (!found)
+            return;
+        TreeNode& transform = *childOf(group, NodeKind::GroupTransform);
+        describe(transform, found);
+        readLeaves(transform, found);
+    }
+
+    void readLeaves(TreeNode& node, const JsonValue& object) {
+        for (const auto& leaf : node.children) {
+            const JsonValue property = object[factsOf(*leaf).member];
+            if (property)
+                readLeaf(*leaf, property, object);
+        }
+    }
+
+    void readLeaf(TreeNode& leaf, const JsonValue& property, const JsonValue& owner) {
+        leaf.source = property.span();
+        const FieldForm form = fieldFormOf(leaf.kind);
+        if (form == FieldForm::Outline) {
+            const JsonValue closed = owner[leaf.kind == NodeKind::MaskShape ? "cl" : "closed"];
+            const bool outside = rules_.closedOutside && closed;
+            *leaf.path = properties_.path(
+                property, rules_, outside ? std::optional<bool>{closed.flag()} : std::optional<bool>{});
+            return;
+        }
+        if (form == FieldForm::Plain) {
+            leaf.own->value[0] =
+                std::clamp(property.number(factsOf(leaf).defaultValue), -transformNumberLimit, transformNumberLimit);
+        } else if (const JsonValue looked = properties_.resolved(property); isSeparated(looked)) {
+            *leaf.own = mergedDimensions(properties_.stream(looked["x"], FieldForm::Single),
+                                         properties_.stream(looked["y"], FieldForm::Single));
+            leaf.hasSeparatedSource = true;
+        } else {
+            *leaf.own = properties_.stream(property, form);
+        }
+        leaf.own->source = property.span();
+        if (form == FieldForm::Colour && rules_.coloursTo255)
+            scaleColours(*leaf.own, 1 / 255.0);
+    }
+
+    static void scaleColours(Stream& stream, double factor) {
+        for (double& number : stream.value)
+            number *= factor;
+        for (double& number : stream.keys.values)
+            number *= factor;
+        for (KeySegment& segment : stream.keys.segments) {
+            for (double& number : segment.end)
+                number *= factor;
+        }
+    }
+
+    PropertyReader properties_;
+    FormatRules rules_;
+};
+
+/// Puts a node in front of the nodes from `place` on.
+TreeNode& insertNode(TreeNode& root, std::ptrdiff_t place, NodeKind kind) {
+    TreeNode& node = addNode(root, kind);
+    std::rotate(root.children.begin() + place, root.children.end() - 1, root.children.end());
+    return node;
+}
+
+bool hasObjects(const JsonValue& list) {
+    bool found = false;
+    if (list.isArray())
+        forEachChild(list, [&](const JsonValue& entry) { found = found || entry.isObject(); });
+    return found;
+}
+
+} // namespace
+
+FieldForm fieldFormOf(NodeKind leaf) {
+    const NodeFacts& facts = factsOf(leaf);
+    switch (facts.form) {
+    case ValueForm::One:
+        return leaf == NodeKind::StarType ? FieldForm::Plain
+               : facts.defaultValue != 0  ? FieldForm::Percent
+                                          : FieldForm::Single;
+    case ValueForm::Two:
+        return facts.defaultValue != 0 ? FieldForm::PlaneScale : FieldForm::Size;
+    case ValueForm::TwoSpatial:
+        return FieldForm::PlanePoint;
+    case ValueForm::Three:
+        return FieldForm::Scale;
+    case ValueForm::ThreeSpatial:
+        return FieldForm::Point;
+    case ValueForm::Color:
+        return FieldForm::Colour;
+    case ValueForm::Path:
+        return FieldForm::Outline;
+    case ValueForm::None:
+        break;
+    }
+    return FieldForm::None;
+}
+
+LottieDetails::LottieDetails(std::shared_ptr<const LottieSource> source)
+    : source_{std::move(source)},
+      rules_{formatRules(source_->tree.root())},
+      properties_{source_->tree.root()["slots"]} {}
+
+std::shared_ptr<TreeNode> LottieDetails::readTree(Layer& layer) const {
+    const JsonValue object = source_->tree.valueAt(layer.source);
+    auto root = bareTree(layer);
+    TreeNode& transform = *root->children.back();
+    transform.source = layer.transform.source;
+    for (const auto& leaf : transform.children)
+        leaf->source = leaf->stream->source;
+    TreeReader reader(properties_, rules_);
+    std::ptrdiff_t place = 0;
+    if (layer.kind == LayerKind::Shape)
+        reader.readShapes(insertNode(*root, place++, NodeKind::VectorsRoot), object["shapes"]);
+    if (const JsonValue masks = object["masksProperties"]; hasObjects(masks))
+        reader.readMasks(insertNode(*root, place, NodeKind::MaskParade), masks);
+    return root;
+}
+
+TextOutlines LottieDetails::textOutlines(const Layer& layer, double frame) const {
+    const JsonValue object = source_->tree.valueAt(layer.source);
+    if (layer.kind != LayerKind::Text || !object.isObject())
+        return {};
+    return readTextOutlines(source_->tree.root(), object, frame);
+}
+
+std::string LottieDetails::expressionAt(SourceSpan property) const {
+    return properties_.resolved(source_->tree.valueAt(property))["x"].string();
+}
+
+} // namespace jostle::standalone
