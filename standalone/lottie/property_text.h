@@ -2,8 +2,10 @@
 
 #include <string>
 
+#include "standalone/document/path.h"
 #include "standalone/document/stream.h"
 #include "standalone/lottie/fields.h"
+#include "standalone/lottie/format_rules.h"
 #include "standalone/lottie/splice.h"
 
 namespace jostle::standalone {
@@ -18,5 +20,11 @@ namespace jostle::standalone {
 /// The text of a property as a whole.
 /// @param style  of the object that holds the property
 [[nodiscard]] std::string propertyText(const Stream& stream, FieldForm form, const TextStyle& style);
+
+/// The text of the member `k` of a property that holds a path, by the rules for streams.
+[[nodiscard]] std::string pathValueText(const PathStream& path, const FormatRules& rules, const TextStyle& style);
+
+/// The text of such a property as a whole.
+[[nodiscard]] std::string pathPropertyText(const PathStream& path, const FormatRules& rules, const TextStyle& style);
 
 } // namespace jostle::standalone

@@ -1,6 +1,7 @@
 #include "standalone/lottie/splice.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "standalone/lottie/json_string.h"
 
@@ -43,9 +44,17 @@ void TextEdits::replace(SourceSpan span, std::string text) {
     edits_.push_back({span, std::move(text)});
 }
 
+void TextEdits::append(TextEdits&& others) {
+    std::move(others.edits_.begin(), others.edits_.end(), std::back_inserter(edits_));
+}
+
 std::string TextEdits::applied(std::string_view source) const {
+    return applied(source, {0, static_cast<std::uint32_t>(source.size())});
+}
+
+std::string TextEdits::applied(std::string_view source, SourceSpan part) const {
     std::vector<const Edit*> order;
-    std::size_t size = source.size();
+    std::size_t size = part.end - part.begin;
     for (const Edit& edit : edits_) {
         order.push_back(&edit);
         size += edit.text.size();
@@ -56,14 +65,87 @@ std::string TextEdits::applied(std::string_view source) const {
     });
     std::string out;
     out.reserve(size);
-    std::size_t reached = 0;
+    std::size_t reached = part.begin;
     for (const Edit* edit : order) {
         out.append(source, reached, edit->span.begin - reached);
         out += edit->text;
         reached = edit->span.end;
     }
-    out.append(source, reached);
+    out.append(source, reached, part.end - reached);
     return out;
+}
+
+TextStyle ObjectText::innerStyle() const {
+    TextStyle inner = style_;
+    inner.indent += inner.unit;
+    return inner;
+}
+
+void ObjectText::add(std::string_view name, std::string_view value) {
+    if (!members_.empty())
+        members_ += style_.newline.empty() ? style_.comma : ',' + style_.newline + style_.indent;
+    appendQuoted(members_, name);
+    members_ += style_.colon;
+    members_ += value;
+}
+
+void ObjectText::addString(std::string_view name, std::string_view utf8) {
+    std::string quoted;
+    appendQuoted(quoted, utf8);
+    add(name, quoted);
+}
+
+std::string ObjectText::text() const {
+    if (members_.empty() || style_.newline.empty())
+        return '{' + members_ + '}';
+    const std::size_t outer = style_.indent.size() - std::min(style_.indent.size(), style_.unit.size());
+    return '{' + style_.newline + style_.indent + members_ + style_.newline + style_.indent.substr(0, outer) + '}';
+}
+
+ListLayout layoutOf(const JsonValue& array, const TextStyle& owner) {
+    ListLayout layout;
+    if (!owner.newline.empty()) {
+        layout.lead = owner.newline + owner.indent + owner.unit;
+        layout.tail = owner.newline + owner.indent;
+    }
+    layout.between = owner.newline.empty() ? owner.comma : ',' + layout.lead;
+    const JsonValue first = array.isArray() ? array.firstChild() : JsonValue{};
+    if (!first)
+        return layout;
+    const std::string_view text = array.text();
+    const std::uint32_t begin = array.span().begin;
+    SourceSpan last = first.span();
+    forEachChild(array, [&](const JsonValue& entry) { last = entry.span(); });
+    layout.lead = text.substr(1, first.span().begin - begin - 1);
+    layout.tail = text.substr(last.end - begin, text.size() - 1 - (last.end - begin));
+    layout.between = ',' + layout.lead;
+    if (const JsonValue second = first.nextSibling(array))
+        layout.between = text.substr(first.span().end - begin, second.span().begin - first.span().end);
+    return layout;
+}
+
+std::string listText(const JsonValue& array, const TextStyle& owner, const std::vector<std::string>& entries) {
+    if (entries.empty())
+        return "[]";
+    const ListLayout layout = layoutOf(array, owner);
+    std::string out = '[' + layout.lead;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i > 0)
+            out += layout.between;
+        out += entries[i];
+    }
+    return out + layout.tail + ']';
+}
+
+TextStyle entryStyle(const JsonValue& array, const TextStyle& owner, const TextStyle& document) {
+    JsonValue present;
+    if (array.isArray())
+        forEachChild(array, [&](const JsonValue& entry) { present = !present && entry.isObject() ? entry : present; });
+    if (present)
+        return ObjectEdit(present, document).style();
+    TextStyle style = owner;
+    style.indent += style.unit + style.unit;
+    return style;
 }
 
 ObjectEdit::ObjectEdit(const JsonValue& object, const TextStyle& document) : object_{object}, style_{document} {
@@ -91,6 +173,12 @@ void ObjectEdit::set(std::string_view name, std::string value) {
     appendQuoted(inserted_, name);
     inserted_ += style_.colon;
     inserted_ += value;
+}
+
+void ObjectEdit::setString(std::string_view name, std::string_view utf8) {
+    std::string quoted;
+    appendQuoted(quoted, utf8);
+    set(name, std::move(quoted));
 }
 
 void ObjectEdit::remove(std::string_view name) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "standalone/document/stream.h"
@@ -26,8 +27,12 @@ class TextEdits {
 public:
     void replace(SourceSpan span, std::string text);
     [[nodiscard]] bool empty() const { return edits_.empty(); }
+    /// Adds the edits of another set.
+    void append(TextEdits&& others);
     /// The text with all edits done; every byte outside of them as it was.
     [[nodiscard]] std::string applied(std::string_view source) const;
+    /// The same of a part of the text, which all edits lie in.
+    [[nodiscard]] std::string applied(std::string_view source, SourceSpan part) const;
 
 private:
     struct Edit {
@@ -36,6 +41,45 @@ private:
     };
     std::vector<Edit> edits_;
 };
+
+/// A new object, laid out like its surroundings.
+class ObjectText {
+public:
+    /// @param style  of its members
+    explicit ObjectText(TextStyle style) : style_{std::move(style)} {}
+
+    [[nodiscard]] const TextStyle& style() const { return style_; }
+    /// Style of the members of an object within this one.
+    [[nodiscard]] TextStyle innerStyle() const;
+    [[nodiscard]] bool empty() const { return members_.empty(); }
+    /// @param value  as it is to stand in the text
+    void add(std::string_view name, std::string_view value);
+    void addString(std::string_view name, std::string_view utf8);
+    [[nodiscard]] std::string text() const;
+
+private:
+    TextStyle style_;
+    std::string members_;
+};
+
+/// What stands around and between the entries of an array.
+struct ListLayout {
+    std::string lead, between, tail;
+};
+
+/// The layout of an array, as its entries show it, or else like the surroundings.
+/// @param array  the present one, or Missing
+/// @param owner  style of the members of the object that holds it
+[[nodiscard]] ListLayout layoutOf(const JsonValue& array, const TextStyle& owner);
+
+/// The text of an array with these entries, laid out as the present one.
+[[nodiscard]] std::string listText(const JsonValue& array, const TextStyle& owner,
+                                   const std::vector<std::string>& entries);
+
+/// Style of the members of objects in an array, which a member of an object holds or shall hold.
+/// @param owner     style of the object's members
+/// @param document  style of the document as a whole
+[[nodiscard]] TextStyle entryStyle(const JsonValue& array, const TextStyle& owner, const TextStyle& document);
 
 /// Changes of the members of one object.
 class ObjectEdit {
@@ -49,6 +93,7 @@ public:
 
     /// Gives a member a value, inserting it at the end if there is none; of doubled members the last changes.
     void set(std::string_view name, std::string value);
+    void setString(std::string_view name, std::string_view utf8);
     /// Takes a member out, all of them if it is doubled.
     void remove(std::string_view name);
     /// Hands the changes on; only once.

@@ -9,9 +9,11 @@ namespace jostle::standalone {
 
 /// The source text with what is marked as changed in a composition that was read from it, or in a copy of that.
 ///
-/// Written are streams that differ from the source, a layer's parent, auto-orientation, motion blur and visibility,
-/// and the composition's name and work area. All else stays byte for byte. Layers that are not in the source are
-/// not written.
+/// Written are the streams that differ from the source, a layer's name, parent, auto-orientation, motion blur and
+/// visibility, masks and shapes, the order of the layers, and the composition's name and work area. All else stays byte
+/// for byte. Layers without a place in the source are new, those with the same place as another one are copies of it,
+/// those that are missing are gone. References that this would break are mended: track mattes that go by their place
+/// are named, and those of layers that are gone are dropped, as are parents.
 [[nodiscard]] std::string writeLottie(const LottieSource& source, const Composition& composition);
 
 } // namespace jostle::standalone

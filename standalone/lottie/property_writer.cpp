@@ -1,0 +1,91 @@
+#include "standalone/lottie/property_writer.h"
+
+#include <utility>
+
+#include "standalone/lottie/property_text.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+bool sameMotion(const Stream& a, const Stream& b) {
+    return a.components == b.components && a.keys == b.keys && (!a.keys.empty() || a.value == b.value);
+}
+
+bool sameMotion(const PathStream& a, const PathStream& b) {
+    return a.frames == b.frames && a.values == b.values && a.segments == b.segments &&
+           (!a.frames.empty() || a.value == b.value);
+}
+
+/// Gives a property a value in place of what it has, and of what players would prefer to that.
+void replaceValue(ObjectEdit& property, bool animated, std::string value) {
+    property.set("a", animated ? "1" : "0");
+    property.set("k", std::move(value));
+    for (const auto& field : propertyFields) {
+        if (field.use == FieldUse::Remove)
+            property.remove(field.name);
+    }
+}
+
+/// Whether the property's expression is to go.
+bool losesExpression(const JsonValue& property, bool had, bool has) {
+    return had && !has && property["x"];
+}
+
+} // namespace
+
+PropertyWriter::PropertyWriter(const LottieSource& source)
+    : source_{source},
+      rules_{formatRules(source.tree.root())},
+      style_{styleOf(source.tree.root())},
+      properties_{source.tree.root()["slots"]} {}
+
+void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const Stream& stream, FieldForm form,
+                           TextEdits& edits) {
+    if (!stream.changed)
+        return;
+    const JsonValue property = owner.object()[name];
+    if (!property.isObject()) {
+        owner.set(name, propertyText(stream, form, owner.style()));
+        return;
+    }
+    ObjectEdit edit(property, style_);
+    const Stream before = properties_.stream(property, form);
+    const bool enabled = stream.hasExpression && stream.expressionEnabled;
+    if (sameMotion(before, stream) && (!before.hasExpression || enabled || property["x"])) {
+        if (losesExpression(property, before.hasExpression, enabled))
+            edit.remove("x");
+    } else {
+        replaceValue(edit, isAnimated(stream), valueText(stream, form, edit.style()));
+    }
+    edit.commit(edits);
+}
+
+void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const PathStream& path,
+                           std::string_view closedName, TextEdits& edits) {
+    if (!path.changed)
+        return;
+    const JsonValue property = owner.object()[name];
+    const bool closed = path.values.empty() ? path.value.closed : path.values.front().closed;
+    if (rules_.closedOutside)
+        owner.set(closedName, closed ? "true" : "false");
+    if (!property.isObject()) {
+        owner.set(name, pathPropertyText(path, rules_, owner.style()));
+        return;
+    }
+    ObjectEdit edit(property, style_);
+    const JsonValue flag = owner.object()[closedName];
+    const bool outside = rules_.closedOutside && flag;
+    const PathStream before =
+        properties_.path(property, rules_, outside ? std::optional<bool>{flag.flag()} : std::optional<bool>{});
+    const bool enabled = path.hasExpression && path.expressionEnabled;
+    if (sameMotion(before, path) && (!before.hasExpression || enabled || property["x"])) {
+        if (losesExpression(property, before.hasExpression, enabled))
+            edit.remove("x");
+    } else {
+        replaceValue(edit, path.frames.size() > 1, pathValueText(path, rules_, edit.style()));
+    }
+    edit.commit(edits);
+}
+
+} // namespace jostle::standalone
