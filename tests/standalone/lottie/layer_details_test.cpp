@@ -1,0 +1,221 @@
+#include "standalone/lottie/layer_details_reader.h"
+
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "standalone/document/evaluate.h"
+
+namespace jostle::standalone {
+namespace {
+
+ReadResult documentOf(const std::string& layer, const std::string& more = R"("v":"5.7.4",)") {
+    return readLottie("{" + more + R"("fr":25,"op":100,"w":640,"h":480,"layers":[)" + layer + "]}", "t.json");
+}
+
+ReadResult shapesOf(const std::string& shapes, const std::string& more = R"("v":"5.7.4",)") {
+    return documentOf(R"({"ty":4,"shapes":)" + shapes + "}", more);
+}
+
+TreeNode& treeOfFirst(const ReadResult& read) {
+    return treeOf(*read.composition, *read.composition->layers[0]);
+}
+
+/// Names and kinds of a tree in short, to compare at a glance: elements by their type, lists in brackets.
+std::string outlineOf(const TreeNode& node) {
+    std::string out = *factsOf(node).member ? factsOf(node).member : "?";
+    if (node.kind == NodeKind::OtherElement)
+        out = '<' + node.matchName + '>';
+    if (factsOf(node).grouping != Grouping::Indexed && node.kind != NodeKind::Group)
+        return out;
+    out += '[';
+    for (const auto& child : node.children)
+        out += (out.back() == '[' ? "" : " ") + outlineOf(*child);
+    return out + ']';
+}
+
+TEST(LayerDetails, ShapesInTheOrderOfTheFile) {
+    struct Case {
+        const char* name;
+        const char* shapes;
+        const char* outline;
+    };
+    constexpr Case cases[] = {
+        {"missing list", "null", "shapes[]"},
+        {"empty list", "[]", "shapes[]"},
+        {"elements outside any group", R"([{"ty":"rc"},{"ty":"fl"}])", "shapes[rc fl]"},
+        {"the transform comes last wherever it stands",
+         R"([{"ty":"gr","it":[{"ty":"tr"},{"ty":"el"},{"ty":"gr","it":[{"ty":"sh"}]}]}])",
+         "shapes[gr[it[el gr[it[sh] tr]] tr]]"},
+        {"group without contents", R"([{"ty":"gr"},{"ty":"gr","it":7}])", "shapes[gr[it[] tr] gr[it[] tr]]"},
+        {"unknown elements by their match name", R"([{"ty":"zz9","mn":"ADBE New"},{"ty":"tr","mn":"x"},{"mn":"Y"}])",
+         "shapes[<ADBE New> <> <Y>]"},
+        {"what is no object is passed over", R"([1,null,{"ty":"sr"},[]])", "shapes[sr]"},
+        {"all that is known",
+         R"([{"ty":"st"},{"ty":"gf"},{"ty":"gs"},{"ty":"tm"},{"ty":"rp"},{"ty":"mm"},{"ty":"rd"},{"ty":"op"},
+             {"ty":"pb"},{"ty":"zz"},{"ty":"tw"}])",
+         "shapes[st gf gs tm rp mm rd op pb zz tw]"},
+    };
+    for (const Case& c : cases) {
+        const ReadResult read = shapesOf(c.shapes);
+        EXPECT_EQ(outlineOf(*treeOfFirst(read).children[0]), c.outline) << c.name;
+    }
+}
+
+TEST(LayerDetails, RootsOfALayer) {
+    struct Case {
+        const char* layer;
+        std::vector<NodeKind> kinds;
+    };
+    const Case cases[] = {
+        {R"({"ty":4})", {NodeKind::VectorsRoot, NodeKind::TransformGroup}},
+        {R"({"ty":1,"shapes":[{"ty":"rc"}]})", {NodeKind::TransformGroup}},
+        {R"({"ty":1,"masksProperties":[]})", {NodeKind::TransformGroup}},
+        {R"({"ty":4,"masksProperties":[{},2]})",
+         {NodeKind::VectorsRoot, NodeKind::MaskParade, NodeKind::TransformGroup}},
+        {"null", {NodeKind::TransformGroup}},
+    };
+    for (const Case& c : cases) {
+        const ReadResult read = documentOf(c.layer);
+        std::vector<NodeKind> kinds;
+        for (const auto& child : treeOfFirst(read).children)
+            kinds.push_back(child->kind);
+        EXPECT_EQ(kinds, c.kinds) << c.layer;
+    }
+}
+
+TEST(LayerDetails, ValuesOfLeaves) {
+    const ReadResult read = shapesOf(R"([
+        {"ty":"gr","nm":"G","it":[
+            {"ty":"rc","s":{"k":[30,40]},"p":{"s":true,"x":{"k":7},"y":{"k":[{"t":0,"s":[1]},{"t":10,"s":[11]}]}}},
+            {"ty":"sr","sy":2,"pt":{"k":5},"or":{"k":[50]}},
+            {"ty":"fl","c":{"k":[1,0.5,0,1]}},
+            {"ty":"tr","p":{"k":[5,6,7]},"r":{"k":45,"x":"wiggle"}}]}])");
+    const TreeNode& group = *treeOfFirst(read).children[0]->children[0];
+    EXPECT_EQ(group.name, "G");
+    const TreeNode& contents = *childOf(group, NodeKind::GroupContents);
+    const TreeNode& rectangle = *contents.children[0];
+    EXPECT_EQ(childOf(rectangle, NodeKind::RectangleSize)->stream->value, (Components{30, 40, 0}));
+    EXPECT_TRUE(childOf(rectangle, NodeKind::RectangleRoundness)->source.empty()) << "not in the file";
+    const TreeNode& position = *childOf(rectangle, NodeKind::RectanglePosition);
+    EXPECT_TRUE(position.hasSeparatedSource);
+    EXPECT_EQ(valueAt(*position.stream, 4), (Components{7, 5, 0}));
+    const TreeNode& star = *contents.children[1];
+    EXPECT_EQ(childOf(star, NodeKind::StarType)->stream->value[0], 2);
+    EXPECT_EQ(childOf(star, NodeKind::StarPoints)->stream->value[0], 5);
+    EXPECT_EQ(childOf(star, NodeKind::StarOuterRadius)->stream->value[0], 50);
+    EXPECT_EQ(childOf(*contents.children[2], NodeKind::FillColor)->stream->value, (Components{1, 0.5, 0}));
+    const TreeNode& transform = *childOf(group, NodeKind::GroupTransform);
+    EXPECT_EQ(childOf(transform, NodeKind::GroupPosition)->stream->components, 3);
+    EXPECT_EQ(childOf(transform, NodeKind::GroupScale)->stream->value, (Components{100, 100, 0}));
+    EXPECT_EQ(childOf(transform, NodeKind::GroupOpacity)->stream->value[0], 100);
+    const TreeNode& rotation = *childOf(transform, NodeKind::GroupRotation);
+    EXPECT_TRUE(rotation.stream->hasExpression);
+    EXPECT_EQ(read.composition->details->expressionAt(rotation.source), "wiggle");
+    EXPECT_EQ(read.composition->details->expressionAt(position.source), "") << "a dimension is no expression";
+    EXPECT_EQ(read.composition->details->expressionAt({}), "");
+}
+
+// Where both dimensions have keys at the same frames each keeps its easing; else whole frames are what they were.
+TEST(LayerDetails, SeparatedPositionsBecomeOne) {
+    const std::string eased = R"({"t":0,"s":[0],"o":{"x":[0.5],"y":[0]},"i":{"x":[0.5],"y":[1]}})";
+    for (const char* last : {"20", "15"}) {
+        const std::string x = R"({"k":[)" + eased + R"(,{"t":20,"s":[100]}]})";
+        const std::string y = R"({"k":[{"t":0,"s":[8],"h":0},{"t":)" + std::string(last) + R"(,"s":[28]}]})";
+        const ReadResult whole = shapesOf(R"([{"ty":"el","p":{"s":true,"x":)" + x + ",\"y\":" + y + "}}]");
+        const ReadResult parts = shapesOf(R"([{"ty":"st","o":)" + x + ",\"w\":" + y + "}]");
+        const Stream& merged = *childOf(*treeOfFirst(whole).children[0]->children[0], NodeKind::EllipsePosition)->stream;
+        const TreeNode& stroke = *treeOfFirst(parts).children[0]->children[0];
+        for (const double frame : {-1.0, 0.0, 3.0, 10.0, 15.0, 17.0, 20.0, 30.0}) {
+            const Components expected{valueAt(*childOf(stroke, NodeKind::StrokeOpacity)->stream, frame)[0],
+                                      valueAt(*childOf(stroke, NodeKind::StrokeWidth)->stream, frame)[0], 0};
+            EXPECT_EQ(valueAt(merged, frame), expected) << last << " at " << frame;
+        }
+    }
+}
+
+TEST(LayerDetails, Outlines) {
+    struct Case {
+        const char* name;
+        const char* members; ///< of the element
+        const char* more;    ///< of the document
+        PathValue at5;
+    };
+    const std::string keys = R"("ks":{"k":[{"t":0,"s":[{"v":[[0,0],[10,0]],"c":true}]},)"
+                             R"({"t":10,"s":[{"v":[[4,0],[10,8]]}]},{"t":20}]})";
+    const std::string hold = R"("ks":{"k":[{"t":0,"s":[{"v":[[1,1]]}],"h":1},{"t":10,"s":[{"v":[[9,9]]}]}]})";
+    const std::string counts = R"("ks":{"k":[{"t":0,"s":[{"v":[[1,1]]}]},{"t":10,"s":[{"v":[]}]}]})";
+    const std::string leap = R"("ks":{"k":[{"t":0,"s":[{"v":[[0,0]]}]},{"t":10,"s":[{"v":[[2,0]]}]},)"
+                             R"({"t":10,"s":[{"v":[[9,9]]}]},{"t":20,"s":[{"v":[[9,9]]}]}]})";
+    const char* square = R"("ks":{"k":{"v":[[1,2],[3,4]],"i":[[5,6]],"o":[[7,8],[9,10]],"c":true}})";
+    const Case cases[] = {
+        {"tangents short of the vertices", square, "", {{{1, 2, 5, 6, 7, 8}, {3, 4, 0, 0, 9, 10}}, true}},
+        {"absolute tangents", square, R"("__complete":true,)", {{{1, 2, 4, 4, 6, 6}, {3, 4, 0, 0, 6, 6}}, true}},
+        {"open unless told", R"("ks":{"k":{"v":[[1,2]]}})", "", {{{1, 2}}, false}},
+        {"old: beside the path", R"("closed":false,"ks":{"k":{"v":[[1,2]],"c":true}})", R"("v":"4.4.17",)", {{{1, 2}}}},
+        {"later: within the path", R"("closed":false,"ks":{"k":{"v":[[1,2]],"c":true}})", R"("v":"4.4.18",)",
+         {{{1, 2}}, true}},
+        {"no vertices", R"("ks":{"k":{"v":[],"c":true}})", "", {{}, true}},
+        {"entries that are none", R"("ks":{"k":{"v":[null,[1],["a","b"]]}})", "", {{{0, 0}, {1, 0}, {0, 0}}}},
+        {"no path", R"("ks":{"k":3})", "", {}},
+        {"a vertex too far away", R"("ks":{"k":{"v":[[1e300,-1e999]]}})", "", {{{1e15, -1e15}}}},
+        {"half way between keys, closed as the first", keys.c_str(), "", {{{2, 0}, {10, 4}}, true}},
+        {"held", hold.c_str(), "", {{{1, 1}}}},
+        {"different counts hold the first", counts.c_str(), "", {{{1, 1}}}},
+        {"two keys at one frame", leap.c_str(), "", {{{1, 0}}}},
+        {"from a slot", R"("ks":{"sid":"s"})", R"("slots":{"s":{"p":{"k":{"v":[[6,7]]}}}},)", {{{6, 7}}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const ReadResult read = shapesOf(std::string(R"([{"ty":"sh",)") + c.members + "}]", c.more);
+        ASSERT_TRUE(read) << read.error;
+        const PathStream& path = *treeOfFirst(read).children[0]->children[0]->children[0]->path;
+        EXPECT_EQ(valueAt(path, 5), c.at5);
+    }
+    const ReadResult read = shapesOf("[{\"ty\":\"sh\"," + leap + "}]");
+    const PathStream& path = *treeOfFirst(read).children[0]->children[0]->children[0]->path;
+    EXPECT_EQ(valueAt(path, 10).vertices[0].x, 9) << "at its frame the later key counts";
+    EXPECT_EQ(valueAt(path, -1).vertices[0].x, 0);
+}
+
+TEST(LayerDetails, Masks) {
+    const ReadResult read = documentOf(
+        R"({"ty":1,"masksProperties":[{"nm":"M","mode":"n","cl":false,"pt":{"k":{"v":[[1,2]],"c":true}},
+            "o":{"k":50},"x":{"k":3}},{"cl":true,"f":{"k":[4,5]}}]})",
+        R"("v":"4.0.0",)");
+    const TreeNode& parade = *treeOfFirst(read).children[0];
+    ASSERT_EQ(parade.children.size(), 2u);
+    const TreeNode &first = *parade.children[0], &second = *parade.children[1];
+    EXPECT_EQ(first.name, "M");
+    EXPECT_FALSE(childOf(first, NodeKind::MaskShape)->path->value.closed) << "beside the path in this version";
+    EXPECT_EQ(childOf(first, NodeKind::MaskOpacity)->stream->value[0], 50);
+    EXPECT_EQ(childOf(first, NodeKind::MaskOffset)->stream->value[0], 3);
+    EXPECT_EQ(childOf(first, NodeKind::MaskFeather)->stream->value, Components{});
+    EXPECT_EQ(childOf(second, NodeKind::MaskOpacity)->stream->value[0], 100);
+    EXPECT_EQ(childOf(second, NodeKind::MaskFeather)->stream->value, (Components{4, 5, 0}));
+}
+
+TEST(LayerDetails, ColoursOfOldVersions) {
+    const std::string shapes =
+        R"([{"ty":"fl","c":{"k":[{"t":0,"s":[255,51,0,255],"e":[0,0,0,255]},{"t":10}]}},{"ty":"st","c":{"k":[51,0,0,255]}}])";
+    for (const auto& [version, factor] : {std::pair{"4.1.8", 1 / 255.0}, {"4.1.9", 1.0}, {"old", 1.0}}) {
+        const ReadResult read = shapesOf(shapes, "\"v\":\"" + std::string(version) + "\",");
+        const TreeNode& list = *treeOfFirst(read).children[0];
+        const Stream& fill = *childOf(*list.children[0], NodeKind::FillColor)->stream;
+        EXPECT_EQ(valueAt(fill, 0), (Components{255 * factor, 51 * factor, 0})) << version;
+        EXPECT_NEAR(valueAt(fill, 5)[0], 127.5 * factor, 1e-9) << version;
+        EXPECT_EQ(childOf(*list.children[1], NodeKind::StrokeColor)->stream->value[0], 51 * factor) << version;
+    }
+}
+
+TEST(LayerDetails, OpacityOfALayer) {
+    const ReadResult read = documentOf(R"({"ty":3,"ks":{"o":{"k":[{"t":0,"s":[0]},{"t":10,"s":[50]}]}}},{"ty":3})");
+    EXPECT_EQ(valueAt(read.composition->layers[0]->transform.opacity, 5)[0], 25);
+    EXPECT_EQ(read.composition->layers[1]->transform.opacity.value[0], 100);
+    TreeNode& transform = *treeOfFirst(read).children.back();
+    EXPECT_EQ(childOf(transform, NodeKind::Opacity)->stream, &read.composition->layers[0]->transform.opacity);
+    EXPECT_FALSE(childOf(transform, NodeKind::Opacity)->source.empty());
+}
+
+} // namespace
+} // namespace jostle::standalone
