@@ -1,6 +1,7 @@
 #include "standalone/lottie/json_tree.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -16,6 +17,10 @@ namespace jostle::standalone {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -43,6 +48,24 @@ bool isTooLarge(std::string_view number) {
 
 /// Reads the number that starts at `begin`; `end` is set behind it.
 double readNumber(const char* begin, const char* limit, const char*& end) {
+    // Most numbers are a whole one below 2^53 divided by a small power of ten, both of which a double holds, so that
+    // the quotient is the nearest double.
+    constexpr double powers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const char* at = begin + (*begin == '-' ? 1 : 0);
+    std::uint64_t digits = 0;
+    const char* const first = at;
+    for (; at < limit && isDigit(*at); ++at)
+        digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    const char* const point = at;
+    if (at < limit && *at == '.') {
+        for (++at; at < limit && isDigit(*at); ++at)
+            digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    }
+    if (at - first <= 16 && (at == limit || (*at != 'e' && *at != 'E'))) { // at most 15 digits and a point
+        end = at;
+        const double magnitude = static_cast<double>(digits) / powers[at > point ? at - point - 1 : 0];
+        return *begin == '-' ? -magnitude : magnitude;
+    }
     double value = 0;
     const auto [after, error] = std::from_chars(begin, limit, value);
     end = after;
@@ -56,7 +79,7 @@ double readNumber(const char* begin, const char* limit, const char*& end) {
 
 std::size_t digitsAt(std::string_view text, std::size_t at) {
     const std::size_t begin = at;
-    while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+    while (at < text.size() && isDigit(text[at]))
         ++at;
     return at - begin;
 }
@@ -100,105 +123,73 @@ std::string withoutNumbers(std::string_view text) {
 
 } // namespace
 
-/// Takes the parser's events. They come without places; what lies between two of them is space and separators only.
+/// Takes the parser's events, which come right behind what they are about.
 class TreeBuilder {
 public:
     using Ch = char;
     TreeBuilder(JsonTree& tree, const rapidjson::MemoryStream& stream, std::size_t shift)
-        : tree_{tree}, stream_{stream}, shift_{shift}, reached_{shift} {}
+        : tree_{tree}, stream_{stream}, shift_{shift} {}
 
-    bool Null() { return scalar(); }
-    bool Bool(bool) { return scalar(); }
-    bool Int(int) { return number(); }
-    bool Uint(unsigned) { return number(); }
-    bool Int64(std::int64_t) { return number(); }
-    bool Uint64(std::uint64_t) { return number(); }
-    bool Double(double) { return number(); }
-    bool RawNumber(const char*, rapidjson::SizeType, bool) { return number(); }
-    bool String(const char*, rapidjson::SizeType, bool) { return scalar(); }
+    bool Null() { return true; }
+    bool Bool(bool) { return true; }
+    bool Int(int) { return true; }
+    bool Uint(unsigned) { return true; }
+    bool Int64(std::int64_t) { return true; }
+    bool Uint64(std::uint64_t) { return true; }
+    bool Double(double) { return true; }
+    bool RawNumber(const char*, rapidjson::SizeType, bool) { return true; }
+    bool Key(const char*, rapidjson::SizeType, bool) { return true; }
     bool StartObject() { return open(); }
-    bool EndObject(rapidjson::SizeType) { return close(false); }
+    bool EndObject(rapidjson::SizeType) { return close(); }
     bool StartArray() { return open(); }
-    bool EndArray(rapidjson::SizeType) { return close(true); }
+    bool EndArray(rapidjson::SizeType) { return close(); }
 
-    bool Key(const char*, rapidjson::SizeType, bool) {
-        keyBegin_ = nextToken();
-        keyEnd_ = place();
-        reached_ = keyEnd_;
+    bool String(const char*, rapidjson::SizeType length, bool) {
+        if (length < leastNode)
+            return true;
+        // Quotes within the string have a backslash before them, the one before it has not.
+        const std::uint32_t end = place();
+        std::size_t begin = end - 1;
+        do {
+            begin = tree_.text_.rfind('"', begin - 1);
+        } while (tree_.text_[begin - 1] == '\\');
+        const auto next = static_cast<std::uint32_t>(tree_.nodes_.size() + 1);
+        tree_.nodes_.push_back({static_cast<std::uint32_t>(begin), end, next});
         return true;
     }
 
     [[nodiscard]] bool tooDeep() const { return tooDeep_; }
 
 private:
-    struct Open {
-        std::uint32_t node;
-        bool numbersOnly = true;
-    };
+    static constexpr std::uint32_t leastNode = 64; ///< bytes; shorter values are faster read than looked up
 
     [[nodiscard]] std::uint32_t place() const { return static_cast<std::uint32_t>(stream_.Tell() + shift_); }
 
-    [[nodiscard]] std::uint32_t nextToken() const {
-        std::size_t at = reached_;
-        while (isSpace(tree_.text_[at]) || tree_.text_[at] == ',' || tree_.text_[at] == ':')
-            ++at;
-        return static_cast<std::uint32_t>(at);
-    }
-
-    void add(std::uint32_t begin, std::uint32_t end) {
-        const auto next = static_cast<std::uint32_t>(tree_.nodes_.size() + 1);
-        tree_.nodes_.push_back({keyBegin_, keyEnd_, begin, end, next});
-        keyBegin_ = keyEnd_ = 0;
-        reached_ = end;
-    }
-
-    bool scalar() {
-        add(nextToken(), place());
-        if (!open_.empty())
-            open_.back().numbersOnly = false;
-        return true;
-    }
-
-    // Where a number ends is told by the text: the parser may have been given less of it.
-    bool number() {
-        const std::uint32_t begin = nextToken();
-        const std::size_t digits = begin + (tree_.text_[begin] == '-' ? 1 : 0);
-        add(begin, static_cast<std::uint32_t>(digits + numberLength(tree_.text_, digits)));
-        return true;
-    }
-
     bool open() {
-        if (open_.size() >= static_cast<std::size_t>(maximumJsonDepth)) {
+        if (depth_ >= open_.size()) {
             tooDeep_ = true;
             return false;
         }
-        if (!open_.empty())
-            open_.back().numbersOnly = false;
-        open_.push_back({static_cast<std::uint32_t>(tree_.nodes_.size())});
-        const std::uint32_t begin = nextToken();
-        add(begin, begin + 1);
+        open_[depth_++] = static_cast<std::uint32_t>(tree_.nodes_.size());
+        tree_.nodes_.push_back({place() - 1, 0, 0});
         return true;
     }
 
-    bool close(bool isArray) {
-        const std::uint32_t end = nextToken() + 1;
-        const Open& last = open_.back();
-        if (isArray && last.numbersOnly)
-            tree_.nodes_.resize(last.node + 1);
-        JsonTree::Node& node = tree_.nodes_[last.node];
-        node.end = end;
+    bool close() {
+        const std::uint32_t index = open_[--depth_];
+        JsonTree::Node& node = tree_.nodes_[index];
+        node.end = place();
         node.next = static_cast<std::uint32_t>(tree_.nodes_.size());
-        reached_ = node.end;
-        open_.pop_back();
+        if (node.end - node.begin < leastNode)
+            tree_.nodes_.pop_back(); // all within it was as short
         return true;
     }
 
     JsonTree& tree_;
     const rapidjson::MemoryStream& stream_;
     std::size_t shift_;
-    std::size_t reached_; ///< end of the last token
-    std::uint32_t keyBegin_ = 0, keyEnd_ = 0;
-    std::vector<Open> open_;
+    std::array<std::uint32_t, maximumJsonDepth> open_{}; ///< nodes
+    std::size_t depth_ = 0;
     bool tooDeep_ = false;
 };
 
@@ -218,15 +209,15 @@ TextPlace placeInText(std::string_view text, std::size_t offset) {
 /// Builds the tree from what the parser finds in `json`; an error without words if it met a number too large for it.
 std::optional<JsonError> JsonTree::build(std::string_view json, std::size_t shift) {
     nodes_.clear();
-    nodes_.reserve(json.size() / 12); // animations have a value every ten to twenty bytes
+    nodes_.reserve(json.size() / 256);
     rapidjson::MemoryStream stream(json.data(), json.size());
     TreeBuilder builder(*this, stream, shift);
     rapidjson::Reader reader;
-    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
-    const rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
+    // Not the parser that goes without recursion: this one is faster, and the builder stops it before it gets deep.
+    const rapidjson::ParseResult result = reader.Parse<rapidjson::kParseNumbersAsStringsFlag>(stream, builder);
     const std::size_t stop = stream.Tell();
     if (builder.tooDeep())
-        return JsonError{"nested deeper than " + std::to_string(maximumJsonDepth) + " levels", stop + shift};
+        return JsonError{"nested deeper than " + std::to_string(maximumJsonDepth) + " levels", stop - 1 + shift};
     if (result.Code() == rapidjson::kParseErrorNumberTooBig)
         return JsonError{{}, result.Offset() + shift};
     if (result.Code() == rapidjson::kParseErrorDocumentRootNotSingular || (!result.IsError() && stop < json.size()))
@@ -249,27 +240,89 @@ std::optional<JsonError> JsonTree::parse(std::string_view text) {
     std::optional<JsonError> error = build(text.substr(shift), shift);
     if (error && error->what.empty()) // only a number that no double holds, which is a value like others
         error = build(std::string_view(withoutNumbers(text)).substr(shift), shift);
-    if (error)
+    if (error) {
         nodes_.clear();
+    } else {
+        constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();
+        nodes_.push_back({behindAll, behindAll, behindAll});
+    }
     return error;
 }
 
+std::uint32_t JsonTree::skipSpace(std::uint32_t at) const {
+    while (isSpace(text_[at]))
+        ++at;
+    return at;
+}
+
+std::uint32_t JsonTree::endOfString(std::uint32_t begin) const {
+    std::uint32_t at = begin + 1;
+    for (; text_[at] != '"'; ++at)
+        at += text_[at] == '\\' ? 1 : 0;
+    return at + 1;
+}
+
+/// End of a value that has no node.
+std::uint32_t JsonTree::endOfSmall(std::uint32_t begin) const {
+    std::uint32_t at = begin;
+    if (text_[at] == '"')
+        return endOfString(at);
+    if (text_[at] != '{' && text_[at] != '[') {
+        while (at < text_.size() && text_[at] != ',' && text_[at] != ']' && text_[at] != '}' && !isSpace(text_[at]))
+            ++at;
+        return at;
+    }
+    int depth = 0;
+    do {
+        const char c = text_[at];
+        if (c == '"') {
+            at = endOfString(at);
+            continue;
+        }
+        depth += c == '{' || c == '[' ? 1 : c == '}' || c == ']' ? -1 : 0;
+        ++at;
+    } while (depth > 0);
+    return at;
+}
+
+JsonValue JsonValue::at(const JsonTree& tree, std::uint32_t begin, std::uint32_t node, bool isMember) {
+    JsonValue value;
+    value.tree_ = &tree;
+    value.begin_ = begin;
+    value.node_ = node;
+    if (isMember) {
+        value.keyBegin_ = begin;
+        value.keyEnd_ = tree.endOfString(begin);
+        value.begin_ = tree.skipSpace(tree.skipSpace(value.keyEnd_) + 1);
+    }
+    value.end_ = value.hasNode() ? tree.nodes_[node].end : tree.endOfSmall(value.begin_);
+    return value;
+}
+
 JsonValue JsonTree::root() const {
-    return nodes_.empty() ? JsonValue{} : JsonValue{this, 0};
+    if (nodes_.empty())
+        return {};
+    const bool marked = text_.substr(0, byteOrderMark.size()) == byteOrderMark;
+    return JsonValue::at(*this, skipSpace(marked ? static_cast<std::uint32_t>(byteOrderMark.size()) : 0), 0, false);
 }
 
 JsonValue JsonTree::valueAt(SourceSpan span) const {
-    const auto found = std::lower_bound(nodes_.begin(), nodes_.end(), span.begin,
-                                        [](const Node& node, std::uint32_t begin) { return node.begin < begin; });
-    if (span.empty() || found == nodes_.end() || found->begin != span.begin)
+    if (nodes_.empty() || span.empty() || span.end > text_.size())
         return {};
-    return {this, static_cast<std::uint32_t>(found - nodes_.begin())};
+    const auto found = std::lower_bound(nodes_.begin(), nodes_.end() - 1, span.begin,
+                                        [](const Node& node, std::uint32_t begin) { return node.begin < begin; });
+    JsonValue value;
+    value.tree_ = this;
+    value.begin_ = span.begin;
+    value.end_ = span.end;
+    value.node_ = static_cast<std::uint32_t>(found - nodes_.begin());
+    return value;
 }
 
 JsonType JsonValue::type() const {
     if (!tree_)
         return JsonType::Missing;
-    switch (tree_->text_[node().begin]) {
+    switch (tree_->text_[begin_]) {
     case '{':
         return JsonType::Object;
     case '[':
@@ -298,26 +351,45 @@ JsonValue JsonValue::operator[](std::string_view name) const {
 }
 
 JsonValue JsonValue::firstChild() const {
-    if (!tree_ || node().next == index_ + 1)
+    const JsonType kind = type();
+    if (kind != JsonType::Object && kind != JsonType::Array)
         return {};
-    return {tree_, index_ + 1};
+    const std::uint32_t first = tree_->skipSpace(begin_ + 1);
+    if (first + 1 >= end_ || (kind == JsonType::Array && holdsNumbersOnly()))
+        return {};
+    return at(*tree_, first, hasNode() ? node_ + 1 : node_, kind == JsonType::Object);
 }
 
 JsonValue JsonValue::nextSibling(const JsonValue& parent) const {
-    if (node().next >= parent.node().next)
+    const std::uint32_t separator = tree_->skipSpace(end_);
+    if (separator + 1 >= parent.end_)
         return {};
-    return {tree_, node().next};
+    const std::uint32_t next = hasNode() ? tree_->nodes_[node_].next : node_;
+    return at(*tree_, tree_->skipSpace(separator + 1), next, keyEnd_ != 0);
+}
+
+/// Of an array.
+bool JsonValue::holdsNumbersOnly() const {
+    std::uint32_t place = tree_->skipSpace(begin_ + 1);
+    while (place + 1 < end_ && (tree_->text_[place] == '-' || isDigit(tree_->text_[place]))) {
+        place = tree_->skipSpace(tree_->endOfSmall(place));
+        if (place + 1 < end_)
+            place = tree_->skipSpace(place + 1);
+    }
+    return place + 1 >= end_;
 }
 
 std::size_t JsonValue::numbers(double* values, std::size_t most) const {
-    if (const auto lone = number(); lone && most > 0) {
+    if (!tree_ || most == 0)
+        return 0;
+    if (const auto lone = number()) {
         values[0] = *lone;
         return 1;
     }
-    if (!isArray() || firstChild())
+    if (!isArray() || !holdsNumbersOnly())
         return 0;
-    const char* at = tree_->text_.data() + node().begin + 1;
-    const char* limit = tree_->text_.data() + node().end - 1;
+    const char* at = tree_->text_.data() + begin_ + 1;
+    const char* limit = tree_->text_.data() + end_ - 1;
     std::size_t count = 0;
     while (count < most) {
         while (at < limit && (isSpace(*at) || *at == ','))
@@ -348,7 +420,7 @@ int JsonValue::integer(int fallback) const {
 }
 
 bool JsonValue::boolean(bool fallback) const {
-    return type() == JsonType::Boolean ? tree_->text_[node().begin] == 't' : fallback;
+    return type() == JsonType::Boolean ? tree_->text_[begin_] == 't' : fallback;
 }
 
 bool JsonValue::flag() const {
@@ -358,32 +430,34 @@ bool JsonValue::flag() const {
 std::string JsonValue::string(std::string_view fallback) const {
     if (type() != JsonType::String)
         return std::string(fallback);
-    return unescaped(tree_->text_.substr(node().begin + 1, node().end - node().begin - 2));
+    return unescaped(tree_->text_.substr(begin_ + 1, end_ - begin_ - 2));
 }
 
 std::string JsonValue::key() const {
-    if (!tree_ || node().keyEnd == 0)
-        return {};
-    return unescaped(tree_->text_.substr(node().keyBegin + 1, node().keyEnd - node().keyBegin - 2));
+    return unescaped(rawKey());
+}
+
+std::string_view JsonValue::rawKey() const {
+    return keyEnd_ == 0 ? std::string_view{} : tree_->text_.substr(keyBegin_ + 1, keyEnd_ - keyBegin_ - 2);
 }
 
 bool JsonValue::hasKey(std::string_view name) const {
-    if (!tree_ || node().keyEnd == 0)
+    if (keyEnd_ == 0)
         return false;
-    const std::string_view raw = tree_->text_.substr(node().keyBegin + 1, node().keyEnd - node().keyBegin - 2);
+    const std::string_view raw = rawKey();
     return raw == name || (raw.find('\\') != std::string_view::npos && unescaped(raw) == name);
 }
 
 SourceSpan JsonValue::keySpan() const {
-    return tree_ ? SourceSpan{node().keyBegin, node().keyEnd} : SourceSpan{};
+    return {keyBegin_, keyEnd_};
 }
 
 SourceSpan JsonValue::span() const {
-    return tree_ ? SourceSpan{node().begin, node().end} : SourceSpan{};
+    return {begin_, end_};
 }
 
 std::string_view JsonValue::text() const {
-    return tree_ ? tree_->text_.substr(node().begin, node().end - node().begin) : std::string_view{};
+    return tree_ ? tree_->text_.substr(begin_, end_ - begin_) : std::string_view{};
 }
 
 std::string JsonValue::pointer() const {
@@ -391,19 +465,20 @@ std::string JsonValue::pointer() const {
     if (!tree_)
         return path;
     JsonValue at = tree_->root();
-    while (at.index_ != index_) {
+    while (at.begin_ != begin_) {
         std::size_t place = 0;
-        JsonValue child = at.firstChild();
-        for (; child.node().next <= index_; child = child.nextSibling(at))
+        const JsonValue parent = at;
+        for (at = parent.firstChild(); at && at.end_ <= begin_; at = at.nextSibling(parent))
             ++place;
+        if (!at)
+            break;
         path += '/';
-        if (at.isArray()) {
+        if (parent.isArray()) {
             path += std::to_string(place);
         } else {
-            for (const char c : child.key())
+            for (const char c : at.key())
                 path += c == '~' ? std::string("~0") : c == '/' ? std::string("~1") : std::string(1, c);
         }
-        at = child;
     }
     return path;
 }

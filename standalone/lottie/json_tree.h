@@ -33,9 +33,10 @@ enum class JsonType { Missing, Null, Boolean, Number, String, Array, Object };
 
 class JsonValue;
 
-/// Where every value of a JSON text stands. Values themselves are read from the text when asked for.
+/// Where the larger values of a JSON text stand, so that they are found and skipped at once. What lies between them is
+/// read from the text when it is asked for: small objects and arrays, numbers and short strings cost no memory.
 ///
-/// One flat list in the order of the text. An array of nothing but numbers is one entry, without any for its numbers.
+/// One flat list in the order of the text.
 class JsonTree {
 public:
     /// Reads a text, which has to outlive the tree at its address. A byte-order mark is skipped.
@@ -45,7 +46,7 @@ public:
     /// The value of the whole text; Missing if nothing was read.
     [[nodiscard]] JsonValue root() const;
 
-    /// The value that starts at `span.begin`; Missing if none does or the span is empty.
+    /// The value that a span of an earlier one tells; Missing if the span is empty. It has no key.
     [[nodiscard]] JsonValue valueAt(SourceSpan span) const;
 
     [[nodiscard]] std::string_view text() const { return text_; }
@@ -54,16 +55,19 @@ private:
     friend class JsonValue;
     friend class TreeBuilder;
 
+    /// A value of some length: an object, an array or a string.
     struct Node {
-        std::uint32_t keyBegin, keyEnd; ///< with the quotes; empty if it is no member
         std::uint32_t begin, end;
         std::uint32_t next; ///< index after the last node within this one
     };
 
     std::optional<JsonError> build(std::string_view json, std::size_t shift);
+    [[nodiscard]] std::uint32_t skipSpace(std::uint32_t at) const;
+    [[nodiscard]] std::uint32_t endOfString(std::uint32_t begin) const;
+    [[nodiscard]] std::uint32_t endOfSmall(std::uint32_t begin) const;
 
     std::string_view text_;
-    std::vector<Node> nodes_;
+    std::vector<Node> nodes_; ///< ends with one that begins behind any text, unless nothing was read
 };
 
 /// One value of a tree, or none: whatever is asked of a missing value or one of another type has its default.
@@ -72,7 +76,6 @@ private:
 class JsonValue {
 public:
     JsonValue() = default;
-    JsonValue(const JsonTree* tree, std::uint32_t index) : tree_{tree}, index_{index} {}
 
     explicit operator bool() const { return tree_ != nullptr; }
     [[nodiscard]] JsonType type() const;
@@ -109,16 +112,26 @@ public:
     [[nodiscard]] bool hasKey(std::string_view name) const;
     [[nodiscard]] SourceSpan keySpan() const;
     [[nodiscard]] SourceSpan span() const;
+    /// The name as it stands in the text, without quotes.
+    [[nodiscard]] std::string_view rawKey() const;
     /// The value as it stands in the text.
     [[nodiscard]] std::string_view text() const;
     /// Where the value stands in its tree, as in RFC 6901.
     [[nodiscard]] std::string pointer() const;
 
 private:
-    [[nodiscard]] const JsonTree::Node& node() const { return tree_->nodes_[index_]; }
+    friend class JsonTree;
+
+    /// @param begin  of the value or, in an object, of its key
+    /// @param node   the first node that does not lie before it
+    [[nodiscard]] static JsonValue at(const JsonTree& tree, std::uint32_t begin, std::uint32_t node, bool isMember);
+    [[nodiscard]] bool hasNode() const { return tree_->nodes_[node_].begin == begin_; }
+    [[nodiscard]] bool holdsNumbersOnly() const;
 
     const JsonTree* tree_ = nullptr;
-    std::uint32_t index_ = 0;
+    std::uint32_t keyBegin_ = 0, keyEnd_ = 0; ///< with the quotes; empty if it is no member
+    std::uint32_t begin_ = 0, end_ = 0;
+    std::uint32_t node_ = 0; ///< its own, or the first one behind its begin
 };
 
 /// Calls `visit` with each member of an object or element of an array.
