@@ -84,7 +84,14 @@ struct Field {
 
 /// The field that a member of an object belongs to, or null.
 template<class Table>
-[[nodiscard]] const typename Table::value_type* findField(const Table& table, JsonValue member) {
+[[nodiscard]] const typename Table::value_type* findField(const Table& table, const JsonValue& member) {
+    const std::string_view raw = member.rawKey();
+    for (const auto& field : table) {
+        if (raw.size() == field.name.size() && raw == field.name)
+            return &field;
+    }
+    if (raw.find('\\') == std::string_view::npos)
+        return nullptr;
     for (const auto& field : table) {
         if (member.hasKey(field.name))
             return &field;
@@ -183,6 +190,23 @@ inline constexpr std::array layerFields{
     Field<Layer>{"tg", FieldUse::Ignore},
     Field<Layer>{"au", FieldUse::Ignore},
     Field<Layer>{"xt", FieldUse::Ignore},
+};
+
+/// Members of a layer that take more than the table.
+struct LayerMembers {
+    JsonValue type, name, id, parent, transform, matte, matteId, masks, extension;
+};
+
+inline constexpr std::array layerMemberFields{
+    Field<LayerMembers>{"ty", FieldUse::Read, FieldForm::Raw, &LayerMembers::type},
+    Field<LayerMembers>{"nm", FieldUse::Read, FieldForm::Raw, &LayerMembers::name},
+    Field<LayerMembers>{"ind", FieldUse::Read, FieldForm::Raw, &LayerMembers::id},
+    Field<LayerMembers>{"parent", FieldUse::Read, FieldForm::Raw, &LayerMembers::parent},
+    Field<LayerMembers>{"ks", FieldUse::Read, FieldForm::Raw, &LayerMembers::transform},
+    Field<LayerMembers>{"tt", FieldUse::Read, FieldForm::Raw, &LayerMembers::matte},
+    Field<LayerMembers>{"tp", FieldUse::Read, FieldForm::Raw, &LayerMembers::matteId},
+    Field<LayerMembers>{"masksProperties", FieldUse::Read, FieldForm::Raw, &LayerMembers::masks},
+    Field<LayerMembers>{"jostle", FieldUse::Read, FieldForm::Raw, &LayerMembers::extension},
 };
 
 // On 3D layers "rz" takes the place of "r".

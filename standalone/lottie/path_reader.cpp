@@ -83,8 +83,7 @@ PathStream PropertyReader::path(const JsonValue& property, const FormatRules& ru
     forEachChild(members.value, [&](const JsonValue& object) {
         PathKey key;
         readFields(keyframeFields, object, key.members);
-        take(key.members.time, &key.frame, key.members.time.isArray() ? 0 : 1);
-        key.frame = FrameClock::snap(key.frame);
+        key.frame = frameOf(key.members.time);
         if (object.isObject())
             keys.push_back(key);
     });
@@ -101,7 +100,6 @@ PathStream PropertyReader::path(const JsonValue& property, const FormatRules& ru
         stream.values.push_back(value.isObject() || i == 0 ? pathFrom(value, rules, closedOutside)
                                                            : stream.values.back());
         stream.segments.push_back(segment(keys[i].members, FieldForm::Outline, 1));
-        stream.segments.back().hold = keys[i].members.hold.flag();
     }
     if (!stream.values.empty())
         stream.value = stream.values.front();

@@ -8,15 +8,6 @@
 
 namespace jostle::standalone {
 
-/// A keyframe as it stands in the file.
-struct PropertyReader::Key {
-    double frame = 0;
-    Components start{}, end{};
-    int startCount = 0, endCount = 0; ///< components given, 0 if there is no such value
-    bool hold = false;
-    KeyframeMembers members;
-};
-
 namespace {
 
 Components defaultValue(FieldForm form) {
@@ -91,24 +82,23 @@ bool PropertyReader::takeHandle(const JsonValue& handle, Components& x, Componen
     return true;
 }
 
-std::vector<PropertyReader::Key> PropertyReader::keys(const JsonValue& list) {
-    std::vector<Key> result;
+std::vector<JsonValue> PropertyReader::keysInOrder(const JsonValue& list) {
+    std::vector<std::pair<double, JsonValue>> found;
     forEachChild(list, [&](const JsonValue& object) {
-        if (!object.isObject())
-            return;
-        Key key;
-        readFields(keyframeFields, object, key.members);
-        take(key.members.time, &key.frame, key.members.time.isArray() ? 0 : 1);
-        key.frame = FrameClock::snap(key.frame);
-        key.startCount = static_cast<int>(take(key.members.start, key.start.data(), 3));
-        key.endCount = static_cast<int>(take(key.members.end, key.end.data(), 3));
-        key.hold = key.members.hold.flag();
-        result.push_back(key);
+        if (object.isObject())
+            found.emplace_back(frameOf(object["t"]), object);
     });
-    const auto earlier = [](const Key& a, const Key& b) { return a.frame < b.frame; };
-    if (!std::is_sorted(result.begin(), result.end(), earlier))
-        std::stable_sort(result.begin(), result.end(), earlier);
-    return result;
+    std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<JsonValue> order;
+    for (const auto& [frame, object] : found)
+        order.push_back(object);
+    return order;
+}
+
+double PropertyReader::frameOf(const JsonValue& time) {
+    double frame = 0;
+    take(time, &frame, time.isArray() ? 0 : 1);
+    return FrameClock::snap(frame);
 }
 
 KeySegment PropertyReader::segment(const KeyframeMembers& members, FieldForm form, int components) {
@@ -121,6 +111,7 @@ KeySegment PropertyReader::segment(const KeyframeMembers& members, FieldForm for
                 segment.linear = false;
         }
     }
+    segment.hold = members.hold.flag();
     if (propertyFacts(form).spatial) {
         const auto count = static_cast<std::size_t>(components);
         take(members.tangentOut, segment.outTangent.data(), count);
@@ -130,44 +121,107 @@ KeySegment PropertyReader::segment(const KeyframeMembers& members, FieldForm for
     return segment;
 }
 
-// Keys at one frame are one key: the last of them, but the segment before them ends at the value of the first.
-void PropertyReader::fillTrack(std::vector<Key>& keys, FieldForm form, Stream& stream) {
-    const Components padding = defaultValue(form);
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        Key& key = keys[i];
-        if (key.startCount > 0)
-            std::copy(padding.begin() + key.startCount, padding.end(), key.start.begin() + key.startCount);
-        else
-            key.start = i == 0                                          ? padding
-                        : keys[i - 1].hold || keys[i - 1].endCount == 0 ? keys[i - 1].start
-                                                                        : keys[i - 1].end;
-        std::copy(padding.begin() + key.endCount, padding.end(), key.end.begin() + key.endCount);
-        key.start = trimmed(key.start, stream.components);
-        key.end = trimmed(key.end, stream.components);
+/// Builds the track of a stream key by key, in order of time. What a key leaves out comes from the one before it.
+class PropertyReader::TrackBuilder {
+public:
+    TrackBuilder(Stream& stream, FieldForm form, std::size_t count)
+        : stream_{stream}, keys_{stream.keys}, padding_{defaultValue(form)}, count_{count} {
+        keys_.frames.reserve(count);
+        keys_.values.reserve(count * static_cast<std::size_t>(stream.components));
     }
-    bool plain = true;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        const Key& key = keys[i];
-        KeySegment segment = this->segment(key.members, form, stream.components);
-        segment.hold = key.hold;
-        const bool leaps = !stream.keys.empty() && stream.keys.frames.back() == key.frame;
-        if (leaps) {
-            const Key& before = keys[i - 1];
-            stream.keys.values.resize(stream.keys.values.size() - static_cast<std::size_t>(stream.components));
-            stream.keys.frames.pop_back();
-            stream.keys.segments.pop_back();
-            if (!stream.keys.empty() && !stream.keys.segments.back().hasEnd && before.start != key.start) {
-                stream.keys.segments.back().hasEnd = true;
-                stream.keys.segments.back().end = before.start;
+
+    void add(double frame, std::optional<Components> start, const std::optional<Components>& end,
+             const KeySegment& segment) {
+        if (!start)
+            start = keys_.empty() ? padding_ : hold_ || !end_ ? start_ : *end_;
+        const Components before = start_;
+        start_ = trimmed(*start, stream_.components);
+        end_ = end;
+        if (end_)
+            end_ = trimmed(*end_, stream_.components);
+        hold_ = segment.hold;
+        // Keys at one frame are one key: the last of them, but the segment before it ends at the value of the first.
+        if (!keys_.empty() && keys_.frames.back() == frame) {
+            takeBack();
+            if (!keys_.empty() && before != start_) {
+                needSegments();
+                if (!keys_.segments.back().hasEnd) {
+                    keys_.segments.back().hasEnd = true;
+                    keys_.segments.back().end = before;
+                }
             }
         }
-        plain = plain && !leaps && segment.linear && !segment.hold && !segment.spatial;
-        stream.keys.frames.push_back(key.frame);
-        stream.keys.values.insert(stream.keys.values.end(), key.start.begin(), key.start.begin() + stream.components);
-        stream.keys.segments.push_back(segment);
+        if (!segment.linear || segment.hold || segment.spatial)
+            needSegments();
+        keys_.frames.push_back(frame);
+        keys_.values.insert(keys_.values.end(), start_.begin(), start_.begin() + stream_.components);
+        if (segmented_)
+            keys_.segments.push_back(segment);
     }
-    if (plain)
-        stream.keys.segments = {};
+
+private:
+    void takeBack() {
+        keys_.frames.pop_back();
+        keys_.values.resize(keys_.values.size() - static_cast<std::size_t>(stream_.components));
+        if (segmented_)
+            keys_.segments.pop_back();
+    }
+
+    void needSegments() {
+        if (segmented_)
+            return;
+        segmented_ = true;
+        keys_.segments.reserve(count_);
+        keys_.segments.resize(keys_.size());
+    }
+
+    Stream& stream_;
+    KeyTrack& keys_;
+    Components padding_;
+    std::size_t count_;
+    Components start_{};
+    std::optional<Components> end_;
+    bool hold_ = false;
+    bool segmented_ = false; ///< linear keys need none
+};
+
+std::optional<Components> PropertyReader::keyValue(const JsonValue& value, FieldForm form) {
+    Components numbers = defaultValue(form);
+    return take(value, numbers.data(), 3) > 0 ? std::optional{numbers} : std::nullopt;
+}
+
+void PropertyReader::readKeys(const JsonValue& list, FieldForm form, Stream& stream) {
+    double last = -std::numeric_limits<double>::infinity();
+    double unused[3];
+    std::size_t given = 0, count = 0;
+    bool sorted = true;
+    forEachChild(list, [&](const JsonValue& object) {
+        if (!object.isObject())
+            return;
+        KeyframeMembers members;
+        readFields(keyframeFields, object, members);
+        const double frame = frameOf(members.time);
+        sorted = sorted && last <= frame;
+        last = frame;
+        given = std::max({given, members.start.numbers(unused, 3), members.end.numbers(unused, 3)});
+        ++count;
+    });
+    stream.components = componentsFor(form, given);
+    TrackBuilder track(stream, form, count);
+    const auto add = [&](const JsonValue& object) {
+        if (!object.isObject())
+            return;
+        KeyframeMembers members;
+        readFields(keyframeFields, object, members);
+        const auto start = keyValue(members.start, form), end = keyValue(members.end, form);
+        track.add(frameOf(members.time), start, end, segment(members, form, stream.components));
+    };
+    if (sorted) {
+        forEachChild(list, add);
+    } else {
+        for (const JsonValue& object : keysInOrder(list))
+            add(object);
+    }
 }
 
 Stream PropertyReader::stream(const JsonValue& property, FieldForm form) {
@@ -180,12 +234,7 @@ Stream PropertyReader::stream(const JsonValue& property, FieldForm form) {
     stream.hasExpression = stream.expressionEnabled = members.expression.type() == JsonType::String;
 
     if (members.value.firstChild().isObject() && members.value.isArray()) {
-        std::vector<Key> list = keys(members.value);
-        int given = 0;
-        for (const Key& key : list)
-            given = std::max({given, key.startCount, key.endCount});
-        stream.components = componentsFor(form, static_cast<std::size_t>(given));
-        fillTrack(list, form, stream);
+        readKeys(members.value, form, stream);
         std::copy_n(stream.keys.values.begin(), stream.components, stream.value.begin());
         stream.value = trimmed(stream.value, stream.components);
         return stream;
@@ -202,13 +251,23 @@ Stream PropertyReader::stream(const JsonValue& property, FieldForm form) {
 Transform PropertyReader::transform(const JsonValue& object, bool threeD) {
     Transform transform;
     transform.source = object.span();
-    for (const auto& field : transformFields) {
+    std::array<JsonValue, transformFields.size()> members;
+    if (object.isObject()) {
+        forEachChild(object, [&](const JsonValue& member) {
+            if (const auto* field = findField(transformFields, member))
+                members[static_cast<std::size_t>(field - transformFields.data())] = member;
+        });
+    }
+    JsonValue position;
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const auto& field = transformFields[i];
         if (field.use != FieldUse::Write)
             continue;
+        if (field.name == "p")
+            position = members[i];
         auto& target = transform.*std::get<Stream Transform::*>(field.member);
-        target = stream(object[field.name == "r" ? rotationMember(object, threeD) : field.name], field.form);
+        target = stream(field.name == "r" ? object[rotationMember(object, threeD)] : members[i], field.form);
     }
-    const JsonValue position = object["p"];
     const JsonValue looked = resolved(position);
     if (!isSeparated(looked))
         return transform;

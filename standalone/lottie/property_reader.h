@@ -51,13 +51,15 @@ public:
     [[nodiscard]] const JsonValue& fault() const { return fault_; }
 
 private:
-    struct Key;
+    class TrackBuilder;
 
     std::size_t take(const JsonValue& value, double* out, std::size_t most);
-    [[nodiscard]] std::vector<Key> keys(const JsonValue& list);
+    [[nodiscard]] double frameOf(const JsonValue& time);
+    [[nodiscard]] std::optional<Components> keyValue(const JsonValue& value, FieldForm form);
+    [[nodiscard]] std::vector<JsonValue> keysInOrder(const JsonValue& list);
     [[nodiscard]] KeySegment segment(const KeyframeMembers& members, FieldForm form, int components);
     bool takeHandle(const JsonValue& handle, Components& x, Components& y);
-    void fillTrack(std::vector<Key>& keys, FieldForm form, Stream& stream);
+    void readKeys(const JsonValue& list, FieldForm form, Stream& stream);
 
     std::shared_ptr<const std::map<std::string, JsonValue, std::less<>>> slots_; ///< null without any
     JsonValue fault_;

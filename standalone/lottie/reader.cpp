@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
-#include <set>
+#include <unordered_set>
 
 #include "standalone/document/printable.h"
 #include "standalone/lottie/assets.h"
@@ -128,23 +128,26 @@ private:
     [[nodiscard]] std::string readLayer(Composition& composition, const JsonValue& object) {
         auto layer = std::make_unique<Layer>();
         layer->source = object.span();
-        layer->kind = kindFrom(object["ty"]);
-        layer->name = object["nm"].string();
         layer->outFrame = composition.outFrame;
         readFields(layerFields, object, *layer);
+        LayerMembers members;
+        readFields(layerMemberFields, object, members);
+        layer->kind = kindFrom(members.type);
+        layer->name = members.name.string();
+        layer->id = members.id.integer(noParent);
         for (double* frame : {&layer->inFrame, &layer->outFrame, &layer->startFrame})
             *frame = std::clamp(FrameClock::snap(*frame), -farthestFrame, farthestFrame);
         if (layer->stretch == 0)
             layer->stretch = 1;
-        layer->parentId = object["parent"].integer(noParent);
-        layer->usesMatteAbove = object["tt"].flag() && object["tp"].type() != JsonType::Number;
-        layer->maskCount = countObjects(object["masksProperties"]);
-        const JsonValue extension = object["jostle"];
+        layer->parentId = members.parent.integer(noParent);
+        layer->usesMatteAbove = members.matte.flag() && members.matteId.type() != JsonType::Number;
+        layer->maskCount = countObjects(members.masks);
+        const JsonValue& extension = members.extension;
         layer->label = std::clamp(extension["label"].integer(0), 0, 16);
         layer->guide = layer->kind == LayerKind::Guide || extension["guide"].boolean(false);
         layer->adjustment = layer->kind == LayerKind::Adjustment || extension["adjustment"].boolean(false);
         layer->item = assets_.itemOf(object, layer->kind);
-        layer->transform = properties_.transform(object["ks"], layer->threeD);
+        layer->transform = properties_.transform(members.transform, layer->threeD);
         if (const JsonValue& fault = properties_.fault()) {
             return layerTitle(*layer, composition.layers.size()) + ", " + fault.pointer() + " (" +
                    placed(source_, fault.span().begin) + "): " + excerpt(fault) +
@@ -154,19 +157,16 @@ private:
         return {};
     }
 
-    void numberLayers(Composition& composition) const {
+    /// Layers have the identifier of the file, or noParent, before.
+    static void numberLayers(const Composition& composition) {
         int greatest = 0;
-        std::set<int> taken;
-        std::size_t index = 0;
-        forEachChild(members_.layers, [&](const JsonValue& object) {
-            Layer& layer = *composition.layers[index++];
-            const int id = object["ind"].integer(noParent);
-            if (id == noParent)
-                return;
-            greatest = std::max(greatest, id);
-            layer.idInFile = taken.insert(id).second;
-            layer.id = id;
-        });
+        std::unordered_set<int> taken;
+        for (const auto& layer : composition.layers) {
+            if (layer->id == noParent)
+                continue;
+            greatest = std::max(greatest, layer->id);
+            layer->idInFile = taken.insert(layer->id).second;
+        }
         for (const auto& layer : composition.layers) {
             if (!layer->idInFile)
                 layer->id = ++greatest;
