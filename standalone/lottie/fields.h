@@ -87,7 +87,8 @@ template<class Table>
 [[nodiscard]] const typename Table::value_type* findField(const Table& table, const JsonValue& member) {
     const std::string_view raw = member.rawKey();
     for (const auto& field : table) {
-        if (raw.size() == field.name.size() && raw == field.name)
+        if (raw.size() == field.name.size() && !raw.empty() && raw.front() == field.name.front() &&
+            raw.back() == field.name.back() && (raw.size() <= 2 || raw == field.name))
             return &field;
     }
     if (raw.find('\\') == std::string_view::npos)
@@ -99,25 +100,28 @@ template<class Table>
     return nullptr;
 }
 
-/// Reads what is told by the table alone. Members of a wrong type leave the record's defaults.
+/// Reads one member of an object by the table alone. Members of a wrong type leave the record's defaults.
+template<class Table, class Record>
+void readField(const Table& table, const JsonValue& value, Record& record) {
+    const auto* field = findField(table, value);
+    if (!field)
+        return;
+    if (field->form == FieldForm::Raw)
+        record.*std::get<JsonValue Record::*>(field->member) = value;
+    else if (field->form == FieldForm::Number)
+        record.*std::get<double Record::*>(field->member) =
+            value.number(record.*std::get<double Record::*>(field->member));
+    else if (field->form == FieldForm::Boolean)
+        record.*std::get<bool Record::*>(field->member) = value.boolean(false);
+    else if (field->form == FieldForm::ZeroOne)
+        record.*std::get<bool Record::*>(field->member) = value.flag();
+}
+
+/// Reads all members of an object so; nothing of what is none.
 template<class Table, class Record>
 void readFields(const Table& table, const JsonValue& object, Record& record) {
-    if (!object.isObject())
-        return;
-    forEachChild(object, [&](const JsonValue& value) {
-        const auto* field = findField(table, value);
-        if (!field)
-            return;
-        if (field->form == FieldForm::Raw)
-            record.*std::get<JsonValue Record::*>(field->member) = value;
-        else if (field->form == FieldForm::Number)
-            record.*std::get<double Record::*>(field->member) =
-                value.number(record.*std::get<double Record::*>(field->member));
-        else if (field->form == FieldForm::Boolean)
-            record.*std::get<bool Record::*>(field->member) = value.boolean(false);
-        else if (field->form == FieldForm::ZeroOne)
-            record.*std::get<bool Record::*>(field->member) = value.flag();
-    });
+    if (object.isObject())
+        forEachChild(object, [&](const JsonValue& value) { readField(table, value, record); });
 }
 
 /// The members of a document.

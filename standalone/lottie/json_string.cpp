@@ -1,5 +1,6 @@
 #include "standalone/lottie/json_string.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -85,9 +86,10 @@ std::size_t appendEscape(std::string& out, std::string_view raw, std::size_t at)
 } // namespace
 
 std::string unescaped(std::string_view raw) {
-    std::string out;
-    out.reserve(raw.size());
-    for (std::size_t at = 0; at < raw.size();) {
+    const auto plain = [](char c) { return c != '\\' && static_cast<unsigned char>(c) < 0x80; };
+    const auto first = static_cast<std::size_t>(std::find_if_not(raw.begin(), raw.end(), plain) - raw.begin());
+    std::string out(raw, 0, first);
+    for (std::size_t at = first; at < raw.size();) {
         if (raw[at] == '\\') {
             at = appendEscape(out, raw, at);
         } else if (const std::size_t length = sequenceLength(raw.substr(at)); length > 0) {

@@ -20,6 +20,17 @@ int componentsFor(FieldForm form, std::size_t given) {
     return given == 0 ? facts.missing : std::clamp(static_cast<int>(given), facts.least, facts.most);
 }
 
+/// What a property is that is not there.
+void setMissing(Stream& stream, FieldForm form) {
+    stream.components = propertyFacts(form).missing;
+    stream.value = {};
+    std::fill_n(stream.value.begin(), stream.components, propertyFacts(form).fallback);
+}
+
+std::string_view rotationMember(const JsonValue& flat, const JsonValue& deep, bool threeD) {
+    return deep.isObject() || (threeD && !flat.isObject()) ? "rz" : "r";
+}
+
 Components trimmed(Components value, int components) {
     std::fill(value.begin() + components, value.end(), 0.0);
     return value;
@@ -32,9 +43,7 @@ bool isSeparated(const JsonValue& property) {
 }
 
 std::string_view rotationMember(const JsonValue& transform, bool threeD) {
-    if (transform["rz"].isObject() || (threeD && !transform["r"].isObject()))
-        return "rz";
-    return "r";
+    return rotationMember(transform["r"], transform["rz"], threeD);
 }
 
 PropertyReader::PropertyReader(const JsonValue& slots) {
@@ -82,19 +91,6 @@ bool PropertyReader::takeHandle(const JsonValue& handle, Components& x, Componen
     return true;
 }
 
-std::vector<JsonValue> PropertyReader::keysInOrder(const JsonValue& list) {
-    std::vector<std::pair<double, JsonValue>> found;
-    forEachChild(list, [&](const JsonValue& object) {
-        if (object.isObject())
-            found.emplace_back(frameOf(object["t"]), object);
-    });
-    std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-    std::vector<JsonValue> order;
-    for (const auto& [frame, object] : found)
-        order.push_back(object);
-    return order;
-}
-
 double PropertyReader::frameOf(const JsonValue& time) {
     double frame = 0;
     take(time, &frame, time.isArray() ? 0 : 1);
@@ -130,15 +126,20 @@ public:
         keys_.values.reserve(count * static_cast<std::size_t>(stream.components));
     }
 
-    void add(double frame, std::optional<Components> start, const std::optional<Components>& end,
-             const KeySegment& segment) {
-        if (!start)
-            start = keys_.empty() ? padding_ : hold_ || !end_ ? start_ : *end_;
+    [[nodiscard]] int components() const { return stream_.components; }
+
+    /// @param start, end  null if the key has none
+    void add(double frame, const Components* start, const Components* end, const KeySegment& segment) {
         const Components before = start_;
-        start_ = trimmed(*start, stream_.components);
-        end_ = end;
-        if (end_)
-            end_ = trimmed(*end_, stream_.components);
+        if (start)
+            start_ = trimmed(*start, stream_.components);
+        else if (keys_.empty())
+            start_ = trimmed(padding_, stream_.components);
+        else if (!hold_ && hasEnd_)
+            start_ = end_;
+        hasEnd_ = end != nullptr;
+        if (end)
+            end_ = trimmed(*end, stream_.components);
         hold_ = segment.hold;
         // Keys at one frame are one key: the last of them, but the segment before it ends at the value of the first.
         if (!keys_.empty() && keys_.frames.back() == frame) {
@@ -180,48 +181,66 @@ private:
     Components padding_;
     std::size_t count_;
     Components start_{};
-    std::optional<Components> end_;
+    Components end_{};
+    bool hasEnd_ = false;
     bool hold_ = false;
     bool segmented_ = false; ///< linear keys need none
 };
 
-std::optional<Components> PropertyReader::keyValue(const JsonValue& value, FieldForm form) {
-    Components numbers = defaultValue(form);
-    return take(value, numbers.data(), 3) > 0 ? std::optional{numbers} : std::nullopt;
-}
-
 void PropertyReader::readKeys(const JsonValue& list, FieldForm form, Stream& stream) {
-    double last = -std::numeric_limits<double>::infinity();
+    std::size_t count = 0, given = 0;
     double unused[3];
-    std::size_t given = 0, count = 0;
-    bool sorted = true;
     forEachChild(list, [&](const JsonValue& object) {
         if (!object.isObject())
             return;
+        if (++count == 1)
+            given = std::max(object["s"].numbers(unused, 3), object["e"].numbers(unused, 3));
+    });
+    stream.components = componentsFor(form, given);
+    if (readKeysInOrder(list, form, count, stream))
+        return;
+    // Keys out of order, or not all with as many components as the first.
+    std::vector<std::pair<double, JsonValue>> keys;
+    forEachChild(list, [&](const JsonValue& object) {
+        if (!object.isObject())
+            return;
+        keys.emplace_back(frameOf(object["t"]), object);
+        given = std::max({given, object["s"].numbers(unused, 3), object["e"].numbers(unused, 3)});
+    });
+    std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    stream.keys = {};
+    stream.components = componentsFor(form, given);
+    TrackBuilder track(stream, form, count);
+    for (const auto& [frame, object] : keys) {
+        KeyframeMembers members;
+        readFields(keyframeFields, object, members);
+        addKey(members, frame, form, track);
+    }
+}
+
+bool PropertyReader::readKeysInOrder(const JsonValue& list, FieldForm form, std::size_t count, Stream& stream) {
+    TrackBuilder track(stream, form, count);
+    double last = -std::numeric_limits<double>::infinity();
+    for (JsonValue object = list.firstChild(); object; object = object.nextSibling(list)) {
+        if (!object.isObject())
+            continue;
         KeyframeMembers members;
         readFields(keyframeFields, object, members);
         const double frame = frameOf(members.time);
-        sorted = sorted && last <= frame;
+        const auto given = static_cast<std::size_t>(addKey(members, frame, form, track));
+        if (frame < last || (given > 0 && componentsFor(form, given) > stream.components))
+            return false;
         last = frame;
-        given = std::max({given, members.start.numbers(unused, 3), members.end.numbers(unused, 3)});
-        ++count;
-    });
-    stream.components = componentsFor(form, given);
-    TrackBuilder track(stream, form, count);
-    const auto add = [&](const JsonValue& object) {
-        if (!object.isObject())
-            return;
-        KeyframeMembers members;
-        readFields(keyframeFields, object, members);
-        const auto start = keyValue(members.start, form), end = keyValue(members.end, form);
-        track.add(frameOf(members.time), start, end, segment(members, form, stream.components));
-    };
-    if (sorted) {
-        forEachChild(list, add);
-    } else {
-        for (const JsonValue& object : keysInOrder(list))
-            add(object);
     }
+    return true;
+}
+
+int PropertyReader::addKey(const KeyframeMembers& members, double frame, FieldForm form, TrackBuilder& track) {
+    Components start = defaultValue(form), end = start;
+    const std::size_t startCount = take(members.start, start.data(), 3), endCount = take(members.end, end.data(), 3);
+    track.add(frame, startCount > 0 ? &start : nullptr, endCount > 0 ? &end : nullptr,
+              segment(members, form, track.components()));
+    return static_cast<int>(std::max(startCount, endCount));
 }
 
 Stream PropertyReader::stream(const JsonValue& property, FieldForm form) {
@@ -258,16 +277,24 @@ Transform PropertyReader::transform(const JsonValue& object, bool threeD) {
                 members[static_cast<std::size_t>(field - transformFields.data())] = member;
         });
     }
-    JsonValue position;
+    const auto named = [&](std::string_view name) -> JsonValue& {
+        std::size_t i = 0;
+        while (transformFields[i].name != name)
+            ++i;
+        return members[i];
+    };
+    if (rotationMember(named("r"), named("rz"), threeD) == "rz")
+        named("r") = named("rz");
     for (std::size_t i = 0; i < members.size(); ++i) {
         const auto& field = transformFields[i];
-        if (field.use != FieldUse::Write)
-            continue;
-        if (field.name == "p")
-            position = members[i];
-        auto& target = transform.*std::get<Stream Transform::*>(field.member);
-        target = stream(field.name == "r" ? object[rotationMember(object, threeD)] : members[i], field.form);
+        if (field.use == FieldUse::Write && members[i])
+            transform.*std::get<Stream Transform::*>(field.member) = stream(members[i], field.form);
+        else if (field.use == FieldUse::Write)
+            setMissing(transform.*std::get<Stream Transform::*>(field.member), field.form);
     }
+    const JsonValue position = named("p");
+    for (const auto& field : dimensionFields)
+        setMissing(transform.*std::get<Stream Transform::*>(field.member), field.form);
     const JsonValue looked = resolved(position);
     if (!isSeparated(looked))
         return transform;

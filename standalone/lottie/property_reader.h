@@ -55,11 +55,14 @@ private:
 
     std::size_t take(const JsonValue& value, double* out, std::size_t most);
     [[nodiscard]] double frameOf(const JsonValue& time);
-    [[nodiscard]] std::optional<Components> keyValue(const JsonValue& value, FieldForm form);
-    [[nodiscard]] std::vector<JsonValue> keysInOrder(const JsonValue& list);
     [[nodiscard]] KeySegment segment(const KeyframeMembers& members, FieldForm form, int components);
     bool takeHandle(const JsonValue& handle, Components& x, Components& y);
     void readKeys(const JsonValue& list, FieldForm form, Stream& stream);
+    /// @param count  of the keys
+    /// @return false if the keys are out of order or have more components than the stream
+    bool readKeysInOrder(const JsonValue& list, FieldForm form, std::size_t count, Stream& stream);
+    /// @return how many components the key gives
+    int addKey(const KeyframeMembers& members, double frame, FieldForm form, TrackBuilder& track);
 
     std::shared_ptr<const std::map<std::string, JsonValue, std::less<>>> slots_; ///< null without any
     JsonValue fault_;

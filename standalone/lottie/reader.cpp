@@ -129,9 +129,13 @@ private:
         auto layer = std::make_unique<Layer>();
         layer->source = object.span();
         layer->outFrame = composition.outFrame;
-        readFields(layerFields, object, *layer);
         LayerMembers members;
-        readFields(layerMemberFields, object, members);
+        if (object.isObject()) {
+            forEachChild(object, [&](const JsonValue& member) {
+                readField(layerFields, member, *layer);
+                readField(layerMemberFields, member, members);
+            });
+        }
         layer->kind = kindFrom(members.type);
         layer->name = members.name.string();
         layer->id = members.id.integer(noParent);
