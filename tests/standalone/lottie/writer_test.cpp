@@ -40,6 +40,17 @@ void bake(Stream& stream, std::vector<double> frames, std::vector<double> values
     stream.changed = true;
 }
 
+/// Marks what the text has of a tree as changed, but for what is written in another form than it is read from.
+void markAll(TreeNode& node) {
+    const bool colour = node.kind == NodeKind::FillColor || node.kind == NodeKind::StrokeColor;
+    if (node.own && !colour)
+        node.own->changed = !node.source.empty() && !node.hasSeparatedSource;
+    if (node.path)
+        node.path->changed = !node.source.empty();
+    for (const auto& child : node.children)
+        markAll(*child);
+}
+
 TEST(Writer, EverySampleComesBackByteForByte) {
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(JOSTLE_TEST_DATA "/lottie")) {
@@ -49,13 +60,20 @@ TEST(Writer, EverySampleComesBackByteForByte) {
         std::ifstream file(entry.path(), std::ios::binary);
         const std::string text{std::istreambuf_iterator<char>(file), {}};
         EXPECT_EQ(rewritten(text, [](Composition&) {}), text);
+        const auto readTrees = [](Composition& c) {
+            for (const auto& layer : c.layers)
+                (void)treeOf(c, *layer);
+        };
+        EXPECT_EQ(rewritten(text, readTrees), text);
         ++count;
 
         // All marked but nothing different: still the same, whatever the model holds of it.
         const auto mark = [](Composition& c) {
             for (const auto& layer : c.layers) {
+                markAll(treeOf(c, *layer));
                 Transform& t = layer->transform;
-                for (Stream* s : {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.scale, &t.rotation})
+                for (Stream* s :
+                     {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.scale, &t.rotation, &t.opacity})
                     s->changed = !s->source.empty();
                 if (t.separated)
                     t.position.changed = t.positionX.changed = t.positionY.changed = false;
