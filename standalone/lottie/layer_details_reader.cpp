@@ -90,7 +90,12 @@ Stream mergedDimensions(const Stream& x, const Stream& y) {
     return merged;
 }
 
-/// Builds the nodes of one layer. Goes as deep as groups are nested, which the depth of the text limits.
+/// Groups nested deeper than this have no contents, so that what is written into any of them can be read again: a group
+/// takes two levels of the text, its place in a document three, and an outline with keys eight.
+constexpr int deepestGroup = 90;
+static_assert(3 + 2 * deepestGroup + 8 < maximumJsonDepth);
+
+/// Builds the nodes of one layer.
 class TreeReader {
 public:
     TreeReader(PropertyReader properties, FormatRules rules) : properties_{std::move(properties)}, rules_{rules} {}
@@ -128,10 +133,13 @@ private:
         describe(node, element);
         if (node.kind == NodeKind::OtherElement && !isTransform(element))
             node.matchName = cutShort(element["mn"].string(), 40);
-        if (node.kind == NodeKind::Group)
-            readGroup(node, element["it"]);
-        else
+        if (node.kind != NodeKind::Group) {
             readLeaves(node, element);
+        } else if (depth_ < deepestGroup) {
+            ++depth_;
+            readGroup(node, element["it"]);
+            --depth_;
+        }
     }
 
     void readGroup(TreeNode& group, const JsonValue& elements) {
@@ -193,6 +201,7 @@ private:
 
     PropertyReader properties_;
     FormatRules rules_;
+    int depth_ = 0; ///< groups around the element at hand
 };
 
 /// Puts a node in front of the nodes from `place` on.
