@@ -76,16 +76,18 @@ std::string shapeLayers() {
     return wholeDocument(layersOf([](const std::string& number) {
         std::string points;
         for (int i = 0; i < 12; ++i)
-            points += std::string(i > 0 ? "," : "") + "[" + std::to_string(i * 7) + ".125,-" + std::to_string(i) + ".5]";
-        return layer(number, restingTransform,
-                     R"("shapes":[{"ty":"gr","it":[{"ind":0,"ty":"sh","ix":1,"ks":{"a":0,"k":{"i":[)" + points +
-                         R"(],"o":[)" + points + R"(],"v":[)" + points +
-                         R"(],"c":true},"ix":2},"nm":"Path 1","mn":"ADBE Vector Shape - Group","hd":false},{"ty":"fl",)"
-                         R"("c":{"a":0,"k":[0.1,0.5,1,1],"ix":4},"o":{"a":0,"k":100,"ix":5},"r":1,"bm":0,"nm":"Fill 1",)"
-                         R"("mn":"ADBE Vector Graphic - Fill","hd":false},{"ty":"tr","p":{"a":0,"k":[0,0],"ix":2},"a":)"
-                         R"({"a":0,"k":[0,0],"ix":1},"s":{"a":0,"k":[100,100],"ix":3},"r":{"a":0,"k":0,"ix":6},"o":)"
-                         R"({"a":0,"k":100,"ix":7},"sk":{"a":0,"k":0,"ix":4},"sa":{"a":0,"k":0,"ix":5},"nm":"Transform")"
-                         R"(}],"nm":"Shape 1","np":2,"cix":2,"bm":0,"ix":1,"mn":"ADBE Vector Group","hd":false}],)");
+            points +=
+                std::string(i > 0 ? "," : "") + "[" + std::to_string(i * 7) + ".125,-" + std::to_string(i) + ".5]";
+        return layer(
+            number, restingTransform,
+            R"("shapes":[{"ty":"gr","it":[{"ind":0,"ty":"sh","ix":1,"ks":{"a":0,"k":{"i":[)" + points + R"(],"o":[)" +
+                points + R"(],"v":[)" + points +
+                R"(],"c":true},"ix":2},"nm":"Path 1","mn":"ADBE Vector Shape - Group","hd":false},{"ty":"fl",)"
+                R"("c":{"a":0,"k":[0.1,0.5,1,1],"ix":4},"o":{"a":0,"k":100,"ix":5},"r":1,"bm":0,"nm":"Fill 1",)"
+                R"("mn":"ADBE Vector Graphic - Fill","hd":false},{"ty":"tr","p":{"a":0,"k":[0,0],"ix":2},"a":)"
+                R"({"a":0,"k":[0,0],"ix":1},"s":{"a":0,"k":[100,100],"ix":3},"r":{"a":0,"k":0,"ix":6},"o":)"
+                R"({"a":0,"k":100,"ix":7},"sk":{"a":0,"k":0,"ix":4},"sa":{"a":0,"k":0,"ix":5},"nm":"Transform")"
+                R"(}],"nm":"Shape 1","np":2,"cix":2,"bm":0,"ix":1,"mn":"ADBE Vector Group","hd":false}],)");
     }));
 }
 
@@ -129,8 +131,10 @@ std::string embeddedImages() {
     for (int number = 0; number < 10; ++number) {
         const std::string id = "image_" + std::to_string(number);
         assets += std::string(number > 0 ? "," : "") + R"({"id":")" + id +
-                  R"(","w":512,"h":512,"e":1,"p":"data:image/png;base64,)" + std::string(documentBytes / 10, 'A') + "\"}";
-        layers += std::string(number > 0 ? "," : "") + R"({"ty":2,"refId":")" + id + "\",\"ks\":{" + restingTransform + "}}";
+                  R"(","w":512,"h":512,"e":1,"p":"data:image/png;base64,)" + std::string(documentBytes / 10, 'A') +
+                  "\"}";
+        layers +=
+            std::string(number > 0 ? "," : "") + R"({"ty":2,"refId":")" + id + "\",\"ks\":{" + restingTransform + "}}";
     }
     return wholeDocument(layers, assets);
 }

@@ -235,8 +235,8 @@ PathValue valueAt(const PathStream& path, double frame) {
     const double share = segment ? ease(*segment, 0, time) : time;
     PathValue value = from;
     for (std::size_t i = 0; i < value.vertices.size(); ++i) {
-        for (double PathVertex::*number : {&PathVertex::x, &PathVertex::y, &PathVertex::inX, &PathVertex::inY,
-                                           &PathVertex::outX, &PathVertex::outY})
+        for (double PathVertex::*number :
+             {&PathVertex::x, &PathVertex::y, &PathVertex::inX, &PathVertex::inY, &PathVertex::outX, &PathVertex::outY})
             value.vertices[i].*number += (to.vertices[i].*number - from.vertices[i].*number) * share;
     }
     return value;

@@ -169,14 +169,15 @@ private:
         if (form == FieldForm::Outline) {
             const JsonValue closed = owner[leaf.kind == NodeKind::MaskShape ? "cl" : "closed"];
             const bool outside = rules_.closedOutside && closed;
-            *leaf.path = properties_.path(
-                property, rules_, outside ? std::optional<bool>{closed.flag()} : std::optional<bool>{});
+            *leaf.path = properties_.path(property, rules_,
+                                          outside ? std::optional<bool>{closed.flag()} : std::optional<bool>{});
             return;
         }
         if (form == FieldForm::Plain) {
             leaf.own->value[0] =
                 std::clamp(property.number(factsOf(leaf).defaultValue), -transformNumberLimit, transformNumberLimit);
-        } else if (const JsonValue looked = properties_.resolved(property); isSeparated(looked)) {
+        } else if (isSeparated(properties_.resolved(property))) {
+            const JsonValue looked = properties_.taken(property);
             *leaf.own = mergedDimensions(properties_.stream(looked["x"], FieldForm::Single),
                                          properties_.stream(looked["y"], FieldForm::Single));
             leaf.hasSeparatedSource = true;

@@ -39,10 +39,10 @@ private:
 
     const Composition& composition_;
     bool reordered_ = false;
-    std::map<std::uint32_t, JsonValue> objects_;   ///< layers of the document by their place
-    std::map<int, std::uint32_t> fileIds_;         ///< places of the first layers of the document with each identifier
-    std::set<int> presentIds_;                     ///< identifiers by which the file may name a layer that is there
-    std::set<int> givenIds_;                       ///< identifiers that are new in the file
+    std::map<std::uint32_t, JsonValue> objects_; ///< layers of the document by their place
+    std::map<int, std::uint32_t> fileIds_;       ///< places of the first layers of the document with each identifier
+    std::set<int> presentIds_;                   ///< identifiers by which the file may name a layer that is there
+    std::set<int> givenIds_;                     ///< identifiers that are new in the file
     std::map<const Layer*, Needs> needs_;
 };
 

@@ -47,8 +47,8 @@ PathValue pathFrom(const JsonValue& object, const FormatRules& rules, std::optio
         const Place vertex = placeFrom(entry);
         const Place origin = rules.absoluteTangents ? vertex : Place{};
         const Place arrive = in ? placeFrom(in) : origin, leave = out ? placeFrom(out) : origin;
-        path.vertices.push_back({vertex.x, vertex.y, arrive.x - origin.x, arrive.y - origin.y, leave.x - origin.x,
-                                 leave.y - origin.y});
+        path.vertices.push_back(
+            {vertex.x, vertex.y, arrive.x - origin.x, arrive.y - origin.y, leave.x - origin.x, leave.y - origin.y});
         in = in ? in.nextSibling(members.in) : in;
         out = out ? out.nextSibling(members.out) : out;
     }
@@ -73,7 +73,7 @@ PathStream PropertyReader::path(const JsonValue& property, const FormatRules& ru
                                 std::optional<bool> closedOutside) {
     PathStream stream;
     PropertyMembers members;
-    readFields(propertyFields, resolved(property), members);
+    readFields(propertyFields, taken(property), members);
     stream.hasExpression = stream.expressionEnabled = members.expression.type() == JsonType::String;
     if (!members.value.isArray()) {
         stream.value = pathFrom(members.value, rules, closedOutside);

@@ -54,8 +54,10 @@ PropertyReader::PropertyReader(const JsonValue& slots) {
         if (const JsonValue property = slot["p"]; property.isObject())
             found[slot.key()] = property;
     });
-    if (!found.empty())
-        slots_ = std::make_shared<const decltype(found)>(std::move(found));
+    if (found.empty())
+        return;
+    slotBytes_ = std::make_shared<std::size_t>(0);
+    slots_ = std::make_shared<const decltype(found)>(std::move(found));
 }
 
 JsonValue PropertyReader::resolved(const JsonValue& property) const {
@@ -66,6 +68,19 @@ JsonValue PropertyReader::resolved(const JsonValue& property) const {
         return property;
     const auto found = slots_->find(name.string());
     return found == slots_->end() ? property : found->second;
+}
+
+JsonValue PropertyReader::taken(const JsonValue& property) {
+    const JsonValue value = resolved(property);
+    if (value.span().begin == property.span().begin)
+        return value;
+    if (!isOverSlotLimit())
+        *slotBytes_ += value.span().end - value.span().begin;
+    if (!isOverSlotLimit())
+        return value;
+    if (!fault_)
+        fault_ = property;
+    return {};
 }
 
 std::size_t PropertyReader::take(const JsonValue& value, double* out, std::size_t most) {
@@ -249,7 +264,7 @@ Stream PropertyReader::stream(const JsonValue& property, FieldForm form) {
     stream.components = componentsFor(form, 0);
     stream.value = trimmed(defaultValue(form), stream.components);
     PropertyMembers members;
-    readFields(propertyFields, resolved(property), members);
+    readFields(propertyFields, taken(property), members);
     stream.hasExpression = stream.expressionEnabled = members.expression.type() == JsonType::String;
 
     if (members.value.firstChild().isObject() && members.value.isArray()) {
@@ -295,9 +310,9 @@ Transform PropertyReader::transform(const JsonValue& object, bool threeD) {
     const JsonValue position = named("p");
     for (const auto& field : dimensionFields)
         setMissing(transform.*std::get<Stream Transform::*>(field.member), field.form);
-    const JsonValue looked = resolved(position);
-    if (!isSeparated(looked))
+    if (!isSeparated(resolved(position)))
         return transform;
+    const JsonValue looked = taken(position);
     transform.separated = true;
     for (const auto& field : dimensionFields) {
         auto& target = transform.*std::get<Stream Transform::*>(field.member);

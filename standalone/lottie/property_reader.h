@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -16,6 +17,10 @@ namespace jostle::standalone {
 /// Largest magnitude of a number in a transform. Players hold such numbers in single precision, and sums and products
 /// of larger ones leave its range.
 constexpr double transformNumberLimit = 1e15;
+
+/// Most that all properties of a document may take from its slots together, in bytes of its text. A slot counts each
+/// time that a property refers to it, as what it holds is read as often.
+constexpr std::size_t slotBytesLimit = std::size_t{64} << 20;
 
 /// Whether a position's value has separated dimensions.
 [[nodiscard]] bool isSeparated(const JsonValue& property);
@@ -47,8 +52,13 @@ public:
     /// What holds in place of a property: what the slot that it names holds, or the property itself.
     [[nodiscard]] JsonValue resolved(const JsonValue& property) const;
 
-    /// The first value met so far with a number beyond transformNumberLimit; Missing if all was well.
+    /// The same for reading it; Missing once slotBytesLimit is reached.
+    [[nodiscard]] JsonValue taken(const JsonValue& property);
+
+    /// The first value met so far that cannot be read: with a number beyond transformNumberLimit, or where
+    /// slotBytesLimit was reached; Missing if all was well.
     [[nodiscard]] const JsonValue& fault() const { return fault_; }
+    [[nodiscard]] bool isOverSlotLimit() const { return slotBytes_ && *slotBytes_ > slotBytesLimit; }
 
 private:
     class TrackBuilder;
@@ -65,6 +75,7 @@ private:
     int addKey(const KeyframeMembers& members, double frame, FieldForm form, TrackBuilder& track);
 
     std::shared_ptr<const std::map<std::string, JsonValue, std::less<>>> slots_; ///< null without any
+    std::shared_ptr<std::size_t> slotBytes_;                                     ///< of all copies
     JsonValue fault_;
 };
 

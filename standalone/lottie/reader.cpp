@@ -153,8 +153,11 @@ private:
         layer->item = assets_.itemOf(object, layer->kind);
         layer->transform = properties_.transform(members.transform, layer->threeD);
         if (const JsonValue& fault = properties_.fault()) {
-            return layerTitle(*layer, composition.layers.size()) + ", " + fault.pointer() + " (" +
-                   placed(source_, fault.span().begin) + "): " + excerpt(fault) +
+            const std::string place = layerTitle(*layer, composition.layers.size()) + ", " + fault.pointer() + " (" +
+                                      placed(source_, fault.span().begin) + "): ";
+            if (properties_.isOverSlotLimit())
+                return place + "slots stand for more than 64 MiB of text; let fewer properties refer to large slots";
+            return place + excerpt(fault) +
                    " is beyond what a transform can hold; keep its numbers between -1e15 and 1e15";
         }
         composition.layers.push_back(std::move(layer));
@@ -185,15 +188,19 @@ private:
     }
 
     static void noteExpressions(const Composition& composition, std::vector<std::string>& notes) {
+        constexpr std::size_t most = 20; // named; files have thousands of layers
         std::string names;
+        std::size_t count = 0;
         for (std::size_t index = 0; index < composition.layers.size(); ++index) {
             const Layer& layer = *composition.layers[index];
             const Transform& t = layer.transform;
             const auto streams = {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.positionZ,
                                   &t.scale,  &t.rotation, &t.skew,      &t.skewAxis,  &t.opacity};
             if (std::any_of(streams.begin(), streams.end(), [](const Stream* s) { return s->hasExpression; }))
-                names += (names.empty() ? "" : ", ") + layerTitle(layer, index);
+                names += ++count > most ? "" : (names.empty() ? "" : ", ") + layerTitle(layer, index);
         }
+        if (count > most)
+            names += " and " + std::to_string(count - most) + " more";
         if (!names.empty())
             notes.push_back("Expressions are not evaluated; the values below them count: " + names + '.');
     }

@@ -29,7 +29,8 @@ struct ReadResult {
 /// Reads a Lottie document.
 ///
 /// What the format leaves out or has of a wrong type takes its default. Refused are texts that are not JSON or nested
-/// too deep, documents without layers, frame rate or size, and transforms with numbers beyond transformNumberLimit.
+/// too deep, documents without layers, frame rate or size, transforms with numbers beyond transformNumberLimit, and
+/// what its slots blow up beyond slotBytesLimit.
 /// @param text      UTF-8, with or without a byte-order mark
 /// @param fileName  for messages only
 [[nodiscard]] ReadResult readLottie(std::string text, std::string fileName);

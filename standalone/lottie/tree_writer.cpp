@@ -55,8 +55,7 @@ void TreeWriter::add(const Layer& layer, ObjectText& text) {
     const TreeNode* parade = layer.tree ? childOf(*layer.tree, NodeKind::MaskParade) : nullptr;
     if (parade && !parade->children.empty()) {
         text.add("hasMask", "true");
-        text.add("masksProperties",
-                 listText({}, text.style(), entriesOf(*parade, styleWithin({}, text.style()))));
+        text.add("masksProperties", listText({}, text.style(), entriesOf(*parade, styleWithin({}, text.style()))));
     }
     if (shapes)
         text.add("shapes", listText({}, text.style(), entriesOf(*shapes, styleWithin({}, text.style()))));

@@ -72,8 +72,8 @@ private:
             edit.set("duration", duration);
             edit.commit(edits_);
         } else {
-            root.set("jostle", "{\"version\"" + properties_.style().colon + '1' + properties_.style().comma + "\"duration\"" + properties_.style().colon +
-                                   duration + '}');
+            root.set("jostle", "{\"version\"" + properties_.style().colon + '1' + properties_.style().comma +
+                                   "\"duration\"" + properties_.style().colon + duration + '}');
         }
     }
 

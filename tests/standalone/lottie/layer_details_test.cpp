@@ -124,7 +124,8 @@ TEST(LayerDetails, SeparatedPositionsBecomeOne) {
         const std::string y = R"({"k":[{"t":0,"s":[8],"h":0},{"t":)" + std::string(last) + R"(,"s":[28]}]})";
         const ReadResult whole = shapesOf(R"([{"ty":"el","p":{"s":true,"x":)" + x + ",\"y\":" + y + "}}]");
         const ReadResult parts = shapesOf(R"([{"ty":"st","o":)" + x + ",\"w\":" + y + "}]");
-        const Stream& merged = *childOf(*treeOfFirst(whole).children[0]->children[0], NodeKind::EllipsePosition)->stream;
+        const Stream& merged =
+            *childOf(*treeOfFirst(whole).children[0]->children[0], NodeKind::EllipsePosition)->stream;
         const TreeNode& stroke = *treeOfFirst(parts).children[0]->children[0];
         for (const double frame : {-1.0, 0.0, 3.0, 10.0, 15.0, 17.0, 20.0, 30.0}) {
             const Components expected{valueAt(*childOf(stroke, NodeKind::StrokeOpacity)->stream, frame)[0],
@@ -153,7 +154,9 @@ TEST(LayerDetails, Outlines) {
         {"absolute tangents", square, R"("__complete":true,)", {{{1, 2, 4, 4, 6, 6}, {3, 4, 0, 0, 6, 6}}, true}},
         {"open unless told", R"("ks":{"k":{"v":[[1,2]]}})", "", {{{1, 2}}, false}},
         {"old: beside the path", R"("closed":false,"ks":{"k":{"v":[[1,2]],"c":true}})", R"("v":"4.4.17",)", {{{1, 2}}}},
-        {"later: within the path", R"("closed":false,"ks":{"k":{"v":[[1,2]],"c":true}})", R"("v":"4.4.18",)",
+        {"later: within the path",
+         R"("closed":false,"ks":{"k":{"v":[[1,2]],"c":true}})",
+         R"("v":"4.4.18",)",
          {{{1, 2}}, true}},
         {"no vertices", R"("ks":{"k":{"v":[],"c":true}})", "", {{}, true}},
         {"entries that are none", R"("ks":{"k":{"v":[null,[1],["a","b"]]}})", "", {{{0, 0}, {1, 0}, {0, 0}}}},

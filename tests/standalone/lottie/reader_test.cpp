@@ -268,5 +268,19 @@ TEST(Reader, RefusesWithAMessage) {
     EXPECT_TRUE(readLottie(second(R"({"p":{"k":[1e15,-1e15]},"r":{"k":1e-999}})"), "f.json"));
 }
 
+// A small file that stands for a large one: read as often as it is referred to, it would fill the memory.
+TEST(Reader, SlotsThatStandForTooMuch) {
+    std::string keys, layers;
+    for (int key = 0; key < 100000; ++key)
+        keys += (key > 0 ? "," : "") + std::string(R"({"t":)") + std::to_string(key) + R"(,"s":[1]})";
+    for (int layer = 0; layer < 200; ++layer)
+        layers += (layer > 0 ? "," : "") + std::string(R"({"ty":3,"ks":{"r":{"sid":"s","k":0}}})");
+    // The slot has 1988897 bytes, of which 64 MiB hold 33.
+    const ReadResult read = readLottie(document(layers, R"(,"slots":{"s":{"p":{"k":[)" + keys + "]}}}"), "t.json");
+    EXPECT_FALSE(read);
+    EXPECT_NE(read.error.find("layer 34, /layers/33/ks/r (line 1"), std::string::npos) << read.error;
+    EXPECT_NE(read.error.find("slots stand for more than 64 MiB"), std::string::npos) << read.error;
+}
+
 } // namespace
 } // namespace jostle::standalone

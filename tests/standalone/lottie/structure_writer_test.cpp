@@ -111,7 +111,8 @@ TEST(StructureWriter, OrderOfLayers) {
          R"({"ind":1,"nm":"N"})"},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(rewritten(around(c.before), [&](Composition& to) { c.change(to.layers); }), around(c.after)) << c.name;
+        EXPECT_EQ(rewritten(around(c.before), [&](Composition& to) { c.change(to.layers); }), around(c.after))
+            << c.name;
 }
 
 TEST(StructureWriter, TrackMattes) {
@@ -136,7 +137,8 @@ TEST(StructureWriter, TrackMattes) {
          [](Layers& l) { std::swap(l[0], l[1]); }, R"({"ind":2},{"ind":1})"},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(rewritten(around(c.before), [&](Composition& to) { c.change(to.layers); }), around(c.after)) << c.name;
+        EXPECT_EQ(rewritten(around(c.before), [&](Composition& to) { c.change(to.layers); }), around(c.after))
+            << c.name;
 }
 
 TEST(StructureWriter, NewLayers) {
@@ -157,11 +159,13 @@ TEST(StructureWriter, NewLayers) {
 
     const std::string laidOut = rewritten("{\n \"fr\": 25, \"w\": 9, \"h\": 9,\n \"layers\": [\n ]\n}\n",
                                           [](Composition& c) { addNew(c.layers, LayerKind::Null, "N"); });
-    EXPECT_EQ(laidOut, "{\n \"fr\": 25, \"w\": 9, \"h\": 9,\n \"layers\": [\n  {\n   \"ddd\": 0,\n   \"ind\": 1,\n"
-                       "   \"ty\": 3,\n   \"nm\": \"N\",\n   \"sr\": 1,\n   \"ks\": {\n    \"a\": {\"a\": 0, \"k\": [0, 0, 0]},\n"
-                       "    \"p\": {\"a\": 0, \"k\": [320, 240, 0]},\n    \"s\": {\"a\": 0, \"k\": [100, 100, 100]},\n"
-                       "    \"r\": {\"a\": 0, \"k\": 0},\n    \"o\": {\"a\": 0, \"k\": 0}\n   },\n   \"ao\": 0,\n"
-                       "   \"ip\": 0,\n   \"op\": 100,\n   \"st\": 0,\n   \"bm\": 0\n  }\n ]\n}\n");
+    EXPECT_EQ(
+        laidOut,
+        "{\n \"fr\": 25, \"w\": 9, \"h\": 9,\n \"layers\": [\n  {\n   \"ddd\": 0,\n   \"ind\": 1,\n"
+        "   \"ty\": 3,\n   \"nm\": \"N\",\n   \"sr\": 1,\n   \"ks\": {\n    \"a\": {\"a\": 0, \"k\": [0, 0, 0]},\n"
+        "    \"p\": {\"a\": 0, \"k\": [320, 240, 0]},\n    \"s\": {\"a\": 0, \"k\": [100, 100, 100]},\n"
+        "    \"r\": {\"a\": 0, \"k\": 0},\n    \"o\": {\"a\": 0, \"k\": 0}\n   },\n   \"ao\": 0,\n"
+        "   \"ip\": 0,\n   \"op\": 100,\n   \"st\": 0,\n   \"bm\": 0\n  }\n ]\n}\n");
 }
 
 TEST(StructureWriter, RotationThatWasMadeIsAllOfIt) {
@@ -229,7 +233,8 @@ TEST(StructureWriter, Masks) {
              masksOf(root).listChanged = true;
          },
          R"({"a":1,"b":2})"},
-        {"one of two goes, the other has changes", R"({"hasMask":true,"masksProperties":[{"nm":"A"}, {"nm":"B","o":{"k":7}}]})",
+        {"one of two goes, the other has changes",
+         R"({"hasMask":true,"masksProperties":[{"nm":"A"}, {"nm":"B","o":{"k":7}}]})",
          [](TreeNode& root) {
              auto& masks = masksOf(root).children;
              masks.erase(masks.begin());
@@ -285,18 +290,24 @@ TEST(StructureWriter, ValuesOfShapes) {
              setStatic(*childOf(transform, NodeKind::GroupRotation)->stream, {45, 0, 0});
          },
          R"({"ty":4,"shapes":[{"ty":"gr","it":[{"ty":"tr","r":{"a":0,"k":45}}]}]})"},
-        {"a transform that is missing", R"({"ty":4,"shapes":[{"ty":"gr","it":[{"ty":"fl"}, {"ty":"st"}]}]})", clearGroup,
+        {"a transform that is missing", R"({"ty":4,"shapes":[{"ty":"gr","it":[{"ty":"fl"}, {"ty":"st"}]}]})",
+         clearGroup,
          R"({"ty":4,"shapes":[{"ty":"gr","it":[{"ty":"fl"}, {"ty":"st"}, {"ty":"tr","a":{"a":0,"k":[0,0]},)"
          R"("p":{"a":0,"k":[0,0]},"s":{"a":0,"k":[100,100]},"sk":{"a":0,"k":0},"sa":{"a":0,"k":0},"r":{"a":0,"k":0},)"
          R"("o":{"a":0,"k":100},"nm":"Transform"}]}]})"},
-        {"separated positions are one", R"({"ty":4,"shapes":[{"ty":"el","p":{"s":true,"x":{"k":1},"y":{"k":2}},"d":1}]})",
+        {"separated positions are one",
+         R"({"ty":4,"shapes":[{"ty":"el","p":{"s":true,"x":{"k":1},"y":{"k":2}},"d":1}]})",
          [](TreeNode& root) { setStatic(*childOf(groupOf(root), NodeKind::EllipsePosition)->stream, {}); },
          R"({"ty":4,"shapes":[{"ty":"el","p":{"a":0,"k":[0,0]},"d":1}]})"},
         {"a type is no property", R"({"ty":4,"shapes":[{"ty":"sr","sy":1}]})",
-         [](TreeNode& root) { setStatic(*childOf(groupOf(root), NodeKind::StarType)->stream, {2, 0, 0}); },
+         [](TreeNode& root) {
+             setStatic(*childOf(groupOf(root), NodeKind::StarType)->stream, {2, 0, 0});
+         },
          R"({"ty":4,"shapes":[{"ty":"sr","sy":2}]})"},
         {"colours of old files", R"({"ty":4,"shapes":[{"ty":"fl","c":{"a":0,"k":[0,0,0,255]}}]})",
-         [](TreeNode& root) { setStatic(*childOf(groupOf(root), NodeKind::FillColor)->stream, {1, 0.2, 0}); },
+         [](TreeNode& root) {
+             setStatic(*childOf(groupOf(root), NodeKind::FillColor)->stream, {1, 0.2, 0});
+         },
          R"({"ty":4,"shapes":[{"ty":"fl","c":{"a":0,"k":[255,51,0]}}]})", "4.1.8"},
         {"an outline with keys", R"({"ty":4,"shapes":[{"ty":"sh","ks":{"k":{"v":[]}}}]})",
          [](TreeNode& root) {
@@ -350,7 +361,8 @@ TEST(StructureWriter, ListsOfShapes) {
 
 // As a separation does it: a new shape layer takes a group of another one, cleared of its place.
 TEST(StructureWriter, GroupsPastedIntoOtherLayers) {
-    const std::string group = R"({"ty":"gr", "nm":"G","it":[{"ty":"fl","c":{"k":[1e0,0,0]}},{"ty":"tr","p":{"a":0,"k":[9,9]}}]})";
+    const std::string group =
+        R"({"ty":"gr", "nm":"G","it":[{"ty":"fl","c":{"k":[1e0,0,0]}},{"ty":"tr","p":{"a":0,"k":[9,9]}}]})";
     std::string cleared = group;
     cleared.replace(cleared.find("[9,9]"), 5, "[0,0]");
     const std::string before = R"({"ind":1,"ty":4,"shapes":[)" + group + "]}";
