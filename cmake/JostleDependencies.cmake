@@ -9,6 +9,31 @@ endif()
 add_library(Jostle::RapidJson INTERFACE IMPORTED GLOBAL)
 target_include_directories(Jostle::RapidJson SYSTEM INTERFACE "${JOSTLE_RAPIDJSON_INCLUDE_DIR}")
 
+# Fonts: which one is meant, how its glyphs are placed, what they look like. HarfBuzz's package has no module here.
+find_package(Freetype QUIET)
+find_package(Fontconfig QUIET)
+find_path(JOSTLE_HARFBUZZ_INCLUDE_DIR hb.h PATH_SUFFIXES harfbuzz)
+find_library(JOSTLE_HARFBUZZ_LIBRARY harfbuzz)
+if(NOT TARGET Freetype::Freetype OR NOT TARGET Fontconfig::Fontconfig OR NOT JOSTLE_HARFBUZZ_INCLUDE_DIR
+   OR NOT JOSTLE_HARFBUZZ_LIBRARY)
+    message(FATAL_ERROR "FreeType, HarfBuzz or fontconfig was not found: run scripts/setup.sh "
+        "(Debian: libfreetype-dev libharfbuzz-dev libfontconfig-dev)")
+endif()
+add_library(Jostle::HarfBuzz UNKNOWN IMPORTED GLOBAL)
+set_target_properties(Jostle::HarfBuzz PROPERTIES IMPORTED_LOCATION "${JOSTLE_HARFBUZZ_LIBRARY}")
+target_include_directories(Jostle::HarfBuzz SYSTEM INTERFACE "${JOSTLE_HARFBUZZ_INCLUDE_DIR}")
+
+# libzip's own CMake files ask for its command line tools too, which come in packages of their own.
+find_package(ZLIB QUIET)
+find_path(JOSTLE_LIBZIP_INCLUDE_DIR zip.h)
+find_library(JOSTLE_LIBZIP_LIBRARY zip)
+if(NOT TARGET ZLIB::ZLIB OR NOT JOSTLE_LIBZIP_INCLUDE_DIR OR NOT JOSTLE_LIBZIP_LIBRARY)
+    message(FATAL_ERROR "libzip or zlib was not found: run scripts/setup.sh (Debian: libzip-dev zlib1g-dev)")
+endif()
+add_library(Jostle::LibZip UNKNOWN IMPORTED GLOBAL)
+set_target_properties(Jostle::LibZip PROPERTIES IMPORTED_LOCATION "${JOSTLE_LIBZIP_LIBRARY}")
+target_include_directories(Jostle::LibZip SYSTEM INTERFACE "${JOSTLE_LIBZIP_INCLUDE_DIR}")
+
 find_package(CLI11 CONFIG QUIET)
 if(NOT TARGET CLI11::CLI11)
     message(FATAL_ERROR "CLI11 was not found: run scripts/setup.sh (Debian: libcli11-dev)")
