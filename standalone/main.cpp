@@ -22,11 +22,15 @@ constexpr const char* setDescription =
     "gravity.magnitude=5, solver.stepsPerFrame=4. Before the dot stands a layer's name, its number from 1, * for all, "
     "solver or gravity. Body types: Static, Kinematic, Dynamic, Dormant, AEmatic, Dead.";
 
+constexpr const char* animationDescription =
+    "Which animation of a .lottie archive, by its identifier; without it the first";
+
 void addSolve(CLI::App& app, SolveOptions& options) {
     CLI::App* command = app.add_subcommand("solve", solveDescription);
-    command->add_option("input", options.input, "Lottie file (.json)")->required()->type_name("IN");
+    command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
     command->add_option("-o,--output", options.output, "Result; without it IN with \"-solved\" after its name")
         ->type_name("OUT");
+    command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
     command->add_option("--set", options.sets, setDescription)
         ->type_name("KEY=VALUE")
         ->expected(1)
@@ -50,8 +54,14 @@ void addSolve(CLI::App& app, SolveOptions& options) {
 void addInspect(CLI::App& app, InspectOptions& options) {
     CLI::App* command =
         app.add_subcommand("inspect", "Tells which layers become bodies, of what shape, and why the others do not.");
-    command->add_option("input", options.input, "Lottie file (.json)")->required()->type_name("IN");
+    command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
+    command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
     command->add_flag("--json", options.json, "Prints a JSON object");
+    command
+        ->add_option("--matrices", options.matrices,
+                     "Prints instead, as JSON, where each layer stands at these composition frames, parents included: "
+                     "a list such as 0,12.5,30-60, or \"all\" for those of the work area")
+        ->type_name("FRAMES");
 }
 
 int run(bool inspects, const InspectOptions& inspectOptions, const SolveOptions& solveOptions) {

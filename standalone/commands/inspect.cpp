@@ -13,6 +13,7 @@
 #include <rapidjson/writer.h>
 
 #include "host/layer_import.h"
+#include "standalone/commands/layer_matrices.h"
 #include "standalone/commands/load.h"
 #include "standalone/document/printable.h"
 #include "standalone/suites/document_host.h"
@@ -151,12 +152,25 @@ void printHeading(const Composition& composition, const Scene& scene) {
                 scene.bodyCount(), scene.bodyCount() == 1 ? "body" : "bodies");
 }
 
+int printMatrices(const InspectOptions& options, const Composition& composition) {
+    const std::optional<std::vector<double>> frames = parseFrameList(options.matrices, composition);
+    if (!frames) {
+        complain("--matrices " + options.matrices, "is no list of frames; give one such as 0,12.5,30-60, or \"all\"");
+        return exitWrongUse;
+    }
+    std::printf("%s\n", matricesText(composition, *frames).c_str());
+    return exitDone;
+}
+
 } // namespace
 
 int runInspect(const InspectOptions& options) {
-    std::optional<LoadedDocument> document = loadDocument(options.input);
+    std::optional<LoadedDocument> document = loadDocument(options.input, options.animation);
     if (!document) {
         return exitFailed;
+    }
+    if (!options.matrices.empty()) {
+        return printMatrices(options, *document->composition);
     }
     const std::filesystem::path path(options.input);
     DocumentHost host(std::move(document->composition), path.stem().string(), path.string());

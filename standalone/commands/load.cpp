@@ -1,24 +1,51 @@
 #include "standalone/commands/load.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <utility>
 
 #include "standalone/commands/target_file.h"
 #include "standalone/document/printable.h"
+#include "standalone/lottie/archive.h"
 
 namespace jostle::standalone {
 
-std::optional<LoadedDocument> loadDocument(const std::string& path) {
+namespace {
+
+/// The extension of a file name in small letters, with its dot.
+std::string extensionOf(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    for (char& c : extension) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return extension;
+}
+
+} // namespace
+
+std::optional<LoadedDocument> loadDocument(const std::string& path, const std::string& animation) {
     FileText file = readFile(path, maximumJsonBytes);
     if (!file.error.empty()) {
         complain(path, file.error);
         return std::nullopt;
     }
-    if (file.text.starts_with("PK")) {
-        complain(path, "is an archive (.lottie); unpack it and give the animation in it (.json)");
+    LoadedDocument document{path, {}, {}, {}, {}};
+    std::string shownName = path;
+    if (isArchive(file.text)) {
+        ArchivedAnimation found = readArchive(file.text, animation, maximumJsonBytes);
+        if (!found.error.empty()) {
+            complain(path, found.error);
+            return std::nullopt;
+        }
+        document.archive = SourceArchive{std::move(file.text), found.entry};
+        document.notes = std::move(found.notes);
+        file.text = std::move(found.text);
+        shownName += " (" + found.entry + ")";
+    } else if (!animation.empty()) {
+        complain(path, "is no archive, so there is no animation to choose; leave out --animation");
         return std::nullopt;
     }
-    ReadResult read = readLottie(std::move(file.text), path);
+    ReadResult read = readLottie(std::move(file.text), shownName);
     if (!read) {
         std::fprintf(stderr, "jostle: %s\n", read.error.c_str()); // names the file itself
         return std::nullopt;
@@ -27,7 +54,20 @@ std::optional<LoadedDocument> loadDocument(const std::string& path) {
         complain(path, "the composition has no layers; there is nothing to make bodies of");
         return std::nullopt;
     }
-    return LoadedDocument{std::move(read.source), std::move(read.composition), std::move(read.notes)};
+    document.source = std::move(read.source);
+    document.composition = std::move(read.composition);
+    document.notes.insert(document.notes.end(), read.notes.begin(), read.notes.end());
+    return document;
+}
+
+std::optional<std::string> fileContents(const LoadedDocument& document, const std::string& path, std::string text) {
+    const std::string extension = extensionOf(path);
+    const bool asRead = extension == extensionOf(document.path);
+    if (asRead ? !document.archive : extension != ".lottie") {
+        return text;
+    }
+    return document.archive ? withEntryReplaced(document.archive->bytes, document.archive->entry, text)
+                            : newArchive(text);
 }
 
 void complain(const std::string& about, const std::string& message) {

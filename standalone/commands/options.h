@@ -14,6 +14,7 @@ constexpr int greatestFrame = 100000;
 
 struct SolveOptions {
     std::string input;
+    std::string animation; ///< identifier in an archive; empty for the first
     std::optional<std::string> output; ///< without one: beside the input, or the input itself with `inPlace`
     std::vector<std::string> sets;     ///< KEY=VALUE
     std::optional<int> startFrame;     ///< first baked frame; without it the start of the work area
@@ -27,6 +28,8 @@ struct SolveOptions {
 
 struct InspectOptions {
     std::string input;
+    std::string animation; ///< identifier in an archive; empty for the first
+    std::string matrices;  ///< frames to print the layers' matrices of, see parseFrameList; empty: none
     bool json = false;
 };
 

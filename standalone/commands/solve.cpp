@@ -182,14 +182,22 @@ bool SolveRun::save(const LoadedDocument& document, DocumentHost& host) {
     const bool samplesSaved =
         options_.samples.empty() ||
         succeeded(options_.samples, samplesTarget_.commit(samplesText(scene_, *exportRun_, host.outcome())));
-    return samplesSaved && succeeded(output_, target_.commit(writeLottie(*document.source, host.outcome())));
+    if (!samplesSaved) {
+        return false;
+    }
+    const std::optional<std::string> contents =
+        fileContents(document, output_, writeLottie(*document.source, host.outcome()));
+    if (!contents) {
+        return fail(output_, "the archive has a directory that cannot be rewritten; give -o a name ending in .json");
+    }
+    return succeeded(output_, target_.commit(*contents));
 }
 
 int SolveRun::run() {
     if (const std::optional<Refusal> refusal = choosePaths(options_, output_)) {
         return refuse(*refusal);
     }
-    std::optional<LoadedDocument> document = loadDocument(options_.input);
+    std::optional<LoadedDocument> document = loadDocument(options_.input, options_.animation);
     if (!document) {
         return exitFailed;
     }

@@ -117,7 +117,7 @@ TEST(Solve, RefusesBadInputInOneLineAndKeepsTheOldFile) {
         {"truncated", sample("android-Parenting.json").substr(0, 5000), "JSON"},
         {"empty", "", "JSON"},
         {"binary", std::string("\0\1\2\3", 4), "JSON"},
-        {"archive", "PK\3\4 and so on", "unpack"},
+        {"archive", "PK\3\4 and so on", "archive cannot be opened"},
         {"no object", "[]", "Lottie"},
         {"some other JSON", R"({"name":"package","version":"1.0"})", "Lottie"},
         {"no layers", document(""), "no layers"},
