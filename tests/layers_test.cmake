@@ -5,13 +5,14 @@ cmake_minimum_required(VERSION 3.25)
 set(rooms geometry simulation host persistence editing preview workbench standalone plugin)
 
 # Folder by folder, what it may include of the above. The most particular folder that holds a file decides.
-set(folders geometry simulation host persistence standalone standalone/document standalone/lottie)
+set(folders geometry simulation host persistence standalone standalone/document standalone/fonts standalone/lottie)
 set(may_include_geometry geometry)
 set(may_include_simulation geometry simulation)
 set(may_include_host geometry simulation host)
 set(may_include_persistence geometry simulation host persistence)
 set(may_include_standalone geometry simulation host persistence standalone)
 set(may_include_standalone/document host standalone)
+set(may_include_standalone/fonts standalone)
 set(may_include_standalone/lottie host standalone)
 
 set(violations "")

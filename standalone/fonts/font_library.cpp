@@ -202,7 +202,10 @@ std::string FontChoice::title(std::size_t place) const {
 FontLibrary::FontLibrary() : files_{std::make_unique<FontFiles>(FcInitLoadConfigAndFonts())} {}
 
 FontLibrary::FontLibrary(const std::string& folder) {
+    constexpr const char* usualCache =
+        R"(<fontconfig><cachedir prefix="xdg">fontconfig</cachedir></fontconfig>)"; // it complains without one
     FcConfig* config = FcConfigCreate();
+    FcConfigParseAndLoadFromMemory(config, reinterpret_cast<const FcChar8*>(usualCache), FcFalse);
     FcConfigAppFontAddDir(config, bytes(folder));
     files_ = std::make_unique<FontFiles>(config);
 }

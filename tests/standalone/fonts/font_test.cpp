@@ -1,0 +1,224 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_OUTLINE_H
+
+#include "standalone/fonts/font_style.h"
+#include "standalone/fonts/shaping.h"
+
+namespace jostle::standalone {
+namespace {
+
+constexpr double unitsPerEm = 2048; // of the DejaVu fonts
+
+using Point = std::pair<double, double>;
+constexpr double shares[] = {0.25, 0.5, 1}; // of a curve, where its points are compared
+
+/// What FreeType alone says of DejaVu Sans, in font units.
+class Reference {
+public:
+    Reference() {
+        EXPECT_EQ(FT_Init_FreeType(&library_), 0);
+        EXPECT_EQ(FT_New_Face(library_, JOSTLE_TEST_FONTS "/DejaVuSans.ttf", 0, &face_), 0);
+        EXPECT_EQ(face_->units_per_EM, unitsPerEm);
+        // A pixel to a unit: unscaled outlines would be rounded to whole units.
+        EXPECT_EQ(FT_Set_Pixel_Sizes(face_, 0, face_->units_per_EM), 0);
+    }
+    ~Reference() { FT_Done_FreeType(library_); }
+    Reference(const Reference&) = delete;
+    Reference& operator=(const Reference&) = delete;
+
+    FT_GlyphSlot glyph(char32_t character) const {
+        EXPECT_EQ(FT_Load_Char(face_, character, FT_LOAD_NO_HINTING), 0);
+        return face_->glyph;
+    }
+    double advance(char32_t character) const { return static_cast<double>(glyph(character)->metrics.horiAdvance) / 64; }
+    std::size_t contours(char32_t character) const {
+        return static_cast<std::size_t>(glyph(character)->outline.n_contours);
+    }
+    double kerning(char32_t left, char32_t right) const {
+        FT_Vector kerning{};
+        FT_Get_Kerning(face_, FT_Get_Char_Index(face_, left), FT_Get_Char_Index(face_, right), FT_KERNING_UNSCALED,
+                       &kerning);
+        return static_cast<double>(kerning.x);
+    }
+
+    std::vector<Point> pointsAlong(char32_t character) const {
+        struct Walk {
+            std::vector<Point> points;
+            FT_Vector last;
+            static Walk& of(void* self) { return *static_cast<Walk*>(self); }
+        } walk{};
+        const FT_Outline_Funcs callbacks{
+            [](const FT_Vector* to, void* self) {
+                Walk::of(self).last = *to;
+                return 0;
+            },
+            [](const FT_Vector* to, void* self) {
+                Walk::of(self).points.emplace_back(to->x, -to->y);
+                Walk::of(self).last = *to;
+                return 0;
+            },
+            [](const FT_Vector* control, const FT_Vector* to, void* self) {
+                const FT_Vector from = Walk::of(self).last;
+                for (const double t : shares) {
+                    const auto at = [t](FT_Pos a, FT_Pos b, FT_Pos c) {
+                        return (1 - t) * (1 - t) * static_cast<double>(a) + 2 * t * (1 - t) * static_cast<double>(b) +
+                               t * t * static_cast<double>(c);
+                    };
+                    Walk::of(self).points.emplace_back(at(from.x, control->x, to->x), -at(from.y, control->y, to->y));
+                }
+                Walk::of(self).last = *to;
+                return 0;
+            },
+            nullptr,
+            0,
+            0};
+        EXPECT_EQ(FT_Outline_Decompose(&glyph(character)->outline, &callbacks, &walk), 0);
+        for (Point& point : walk.points)
+            point = {point.first / 64, point.second / 64};
+        return walk.points;
+    }
+
+private:
+    FT_Library library_ = nullptr;
+    FT_Face face_ = nullptr;
+};
+
+class FontTest : public testing::Test {
+protected:
+    FontTest() : fonts_{library_.choose({"DejaVu Sans", "Book", "DejaVuSans"})} { EXPECT_TRUE(fonts_.isExact()); }
+
+    ShapedText shape(const char* text, const ShapingStyle& style = {}) { return shapeLine(text, fonts_, style); }
+    static double width(const ShapedText& text) {
+        double sum = 0;
+        for (const ShapedCluster& cluster : text.clusters)
+            sum += cluster.advance;
+        return sum * unitsPerEm / fontSizeOfOutlines;
+    }
+    static std::size_t contours(const ShapedText& text) {
+        std::size_t count = 0;
+        for (const ShapedCluster& cluster : text.clusters) {
+            for (const ShapedGlyph& glyph : cluster.glyphs)
+                count += glyph.outline->size();
+        }
+        return count;
+    }
+
+    static std::vector<Point> pointsAlong(const GlyphContours& contours) {
+        constexpr double scale = unitsPerEm / fontSizeOfOutlines;
+        std::vector<Point> points;
+        for (const GlyphContour& contour : contours) {
+            double x = contour.x, y = contour.y;
+            for (const CurveTo& curve : contour.curves) {
+                const bool straight = curve.firstX == x && curve.firstY == y;
+                for (const double t : shares) {
+                    const auto at = [t](double a, double b, double c, double d) {
+                        const double u = 1 - t;
+                        return scale * (u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c + t * t * t * d);
+                    };
+                    if (t == 1 || !straight)
+                        points.emplace_back(at(x, curve.firstX, curve.secondX, curve.x),
+                                            at(y, curve.firstY, curve.secondY, curve.y));
+                }
+                x = curve.x;
+                y = curve.y;
+            }
+        }
+        return points;
+    }
+
+    FontLibrary library_{JOSTLE_TEST_FONTS};
+    FontChoice& fonts_;
+    Reference reference_;
+};
+
+// Points along the curves of FreeType's quadratic outline, and along our cubic one; of straight lines their ends.
+TEST_F(FontTest, OutlinesAreTheFontsOwn) {
+    const std::pair<char32_t, const char*> cases[] = {{'l', "l"}, {'o', "o"}, {'g', "g"}, {0xE9, "\u00E9"}};
+    for (const auto& [character, text] : cases) {
+        const std::vector<Point> expected = reference_.pointsAlong(character);
+        const std::vector<Point> found = pointsAlong(*shape(text).clusters.at(0).glyphs.at(0).outline);
+        ASSERT_EQ(found.size(), expected.size()) << text;
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            EXPECT_NEAR(found[i].first, expected[i].first, 1e-9) << text << ", point " << i;
+            EXPECT_NEAR(found[i].second, expected[i].second, 1e-9) << text << ", point " << i;
+        }
+    }
+}
+
+TEST_F(FontTest, LettersAreSetAsTheFontSays) {
+    const Reference& font = reference_;
+    ASSERT_LT(font.kerning('A', 'V'), 0);
+    EXPECT_DOUBLE_EQ(width(shape("AV")), font.advance('A') + font.advance('V') + font.kerning('A', 'V'));
+    EXPECT_DOUBLE_EQ(width(shape("e\u0301")), font.advance(0xE9)) << "a mark stands over its letter";
+    EXPECT_EQ(shape("e\u0301x").clusters.size(), 2U);
+    // The ligature of f and i is also a character of its own.
+    ASSERT_NE(font.contours(0xFB01), font.contours('f') + font.contours('i'));
+    EXPECT_EQ(contours(shape("fi")), font.contours(0xFB01));
+    EXPECT_EQ(contours(shape("fi", {false, false})), font.contours('f') + font.contours('i')) << "spaced out";
+    EXPECT_TRUE(shape("").clusters.empty());
+}
+
+TEST_F(FontTest, CharactersOfNoFontTakeNoRoom) {
+    const ShapedText text = shape("A\x01\uE123");
+    EXPECT_TRUE(text.lacksCharacters);
+    EXPECT_DOUBLE_EQ(width(text), reference_.advance('A'));
+    EXPECT_EQ(text.clusters.size(), 3U);
+    EXPECT_EQ(contours(text), reference_.contours('A'));
+}
+
+TEST_F(FontTest, RunsFromRightToLeftStandInTheirPlaces) {
+    struct Case {
+        const char* text;
+        std::vector<std::size_t> begins; ///< from left to right, bytes of the text
+    };
+    const Case cases[] = {
+        {"ab", {0, 1}},
+        {"\u05D0\u05D1", {2, 0}},
+        {"a \u05D0\u05D1 b", {0, 1, 6, 4, 2, 7}}, // the blank after Hebrew counts as Hebrew
+        {"\u05D0 ab \u05D1", {6, 3, 4, 5, 2, 0}}, // a line that begins with Hebrew runs that way
+    };
+    for (const Case& c : cases) {
+        std::vector<std::size_t> begins;
+        for (const ShapedCluster& cluster : shape(c.text).clusters)
+            begins.push_back(cluster.begin);
+        EXPECT_EQ(begins, c.begins) << c.text;
+    }
+}
+
+TEST(FontLibraryTest, OpensAFontOnceAndFindsTheNearest) {
+    FontLibrary library(JOSTLE_TEST_FONTS);
+    FontChoice& bold = library.choose({"DejaVu Sans", "Bold", ""});
+    EXPECT_EQ(&bold, &library.choose({"DejaVu Sans", "Bold", ""}));
+    EXPECT_EQ(bold.title(0), "DejaVu Sans Bold");
+    EXPECT_EQ(library.choose({"'dejavu  sans', serif", "bold", ""}).title(0), "DejaVu Sans Bold");
+    EXPECT_EQ(library.choose({"", "", "DejaVuSerif-Bold"}).title(0), "DejaVu Serif Bold");
+    EXPECT_FALSE(library.choose({"DejaVu Sans", "Thin Italic", ""}).isExact());
+    EXPECT_FALSE(FontLibrary("/nowhere").choose({"DejaVu Sans", "", ""}));
+}
+
+TEST(FontStyleTest, ComesFromItsName) {
+    const std::pair<const char*, FontStyle> cases[] = {
+        {"", {400, false, 100}},
+        {"Regular", {400, false, 100}},
+        {"Extra-Bold Italic", {800, true, 100}},
+        {"Condensed Light Oblique", {300, true, 75}},
+        {"500", {500, false, 100}},
+        {"ultra_light", {200, false, 100}},
+    };
+    for (const auto& [name, style] : cases) {
+        const FontStyle found = styleNamed(name);
+        EXPECT_EQ(found.weight, style.weight) << name;
+        EXPECT_EQ(found.slanted, style.slanted) << name;
+        EXPECT_EQ(found.width, style.width) << name;
+    }
+}
+
+} // namespace
+} // namespace jostle::standalone
