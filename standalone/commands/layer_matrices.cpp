@@ -1,5 +1,6 @@
 #include "standalone/commands/layer_matrices.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 

@@ -1,0 +1,180 @@
+#include "standalone/lottie/archive.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <zip.h>
+
+namespace jostle::standalone {
+namespace {
+
+constexpr std::size_t plenty = std::size_t{1} << 24;
+
+struct Member {
+    std::string name;
+    std::string contents;
+    zip_int32_t method = ZIP_CM_DEFLATE;
+    const char* password = nullptr;
+};
+
+/// An archive as libzip packs it.
+std::string packed(const std::vector<Member>& members) {
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, &error);
+    zip_source_keep(target);
+    zip_t* archive = zip_open_from_source(target, ZIP_TRUNCATE, &error);
+    for (const Member& member : members) {
+        zip_source_t* source = zip_source_buffer(archive, member.contents.data(), member.contents.size(), 0);
+        const auto index =
+            static_cast<zip_uint64_t>(zip_file_add(archive, member.name.c_str(), source, ZIP_FL_ENC_UTF_8));
+        zip_set_file_compression(archive, index, member.method, 0);
+        // 13 May 2019, 15:40:10.
+        zip_file_set_dostime(archive, index, 15 << 11 | 40 << 5 | 5, 39 << 9 | 5 << 5 | 13, 0);
+        if (member.password)
+            zip_file_set_encryption(archive, index, ZIP_EM_AES_128, member.password);
+    }
+    EXPECT_EQ(zip_close(archive), 0);
+    zip_stat_t status;
+    zip_source_stat(target, &status);
+    std::string bytes(status.size, '\0');
+    zip_source_open(target);
+    zip_source_read(target, bytes.data(), bytes.size());
+    zip_source_close(target);
+    zip_source_free(target);
+    return bytes;
+}
+
+/// What libzip finds in an archive: for each entry name, size, packed size, sum, date and method.
+std::vector<std::string> listing(const std::string& bytes) {
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error);
+    zip_t* archive = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
+    EXPECT_NE(archive, nullptr) << zip_error_strerror(&error);
+    std::vector<std::string> lines;
+    for (zip_int64_t i = 0; archive && i < zip_get_num_entries(archive, 0); ++i) {
+        zip_stat_t status;
+        zip_stat_index(archive, static_cast<zip_uint64_t>(i), 0, &status);
+        lines.push_back(std::string(status.name) + ' ' + std::to_string(status.size) + ' ' +
+                        std::to_string(status.comp_size) + ' ' + std::to_string(status.crc) + ' ' +
+                        std::to_string(status.mtime) + ' ' + std::to_string(status.comp_method));
+    }
+    zip_discard(archive);
+    return lines;
+}
+
+const std::string oneAnimation = R"({"version":"2","animations":[{"id":"Main Scene"}]})";
+const std::string twoAnimations = R"({"animations":[{"id":"one"},{"name":"?"},{"id":"two"}]})";
+
+TEST(Archive, IsReadInBothLayouts) {
+    struct Case {
+        const char* name;
+        std::vector<Member> members;
+        const char* id;
+        const char* text;
+        std::size_t notes;
+    };
+    const Case cases[] = {
+        {"second layout", {{"manifest.json", oneAnimation}, {"a/Main Scene.json", "{2}"}}, "", "{2}", 0},
+        {"first layout", {{"animations/Main Scene.json", "{1}"}, {"manifest.json", oneAnimation}}, "", "{1}", 0},
+        {"stored",
+         {{"manifest.json", oneAnimation, ZIP_CM_STORE}, {"a/Main Scene.json", "{}", ZIP_CM_STORE}},
+         "",
+         "{}",
+         0},
+        {"first of two", {{"manifest.json", twoAnimations}, {"a/two.json", "2"}, {"a/one.json", "1"}}, "", "1", 1},
+        {"second of two", {{"manifest.json", twoAnimations}, {"a/two.json", "2"}, {"a/one.json", "1"}}, "two", "2", 0},
+        {"empty document", {{"manifest.json", oneAnimation}, {"a/Main Scene.json", ""}}, "", "", 0},
+    };
+    for (const Case& c : cases) {
+        const ArchivedAnimation found = readArchive(packed(c.members), c.id, plenty);
+        EXPECT_EQ(found.error, "") << c.name;
+        EXPECT_EQ(found.text, c.text) << c.name;
+        EXPECT_EQ(found.notes.size(), c.notes) << c.name;
+    }
+}
+
+TEST(Archive, IsRefusedWithAReason) {
+    const std::string whole = packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", std::string(5000, 'x')}});
+    std::string damaged = whole;
+    damaged[whole.find("Main Scene.json") + 20] ^= 0x55;
+    struct Case {
+        const char* name;
+        std::string bytes;
+        const char* id;
+        const char* says;
+    };
+    const Case cases[] = {
+        {"no archive", "PK and nothing more", "", "cannot be opened"},
+        {"cut off", whole.substr(0, whole.size() / 2), "", "cannot be opened"},
+        {"damaged", damaged, "", "is damaged"},
+        {"no manifest", packed({{"a/x.json", "{}"}}), "", "no manifest.json"},
+        {"manifest is no JSON", packed({{"manifest.json", "{"}}), "", "no JSON object"},
+        {"manifest lists none", packed({{"manifest.json", "{}"}, {"a/x.json", "{}"}}), "", "lists no animation"},
+        {"animation is missing", packed({{"manifest.json", oneAnimation}}), "", "lacks its animation \"Main Scene\""},
+        {"no such animation", packed({{"manifest.json", twoAnimations}}), "three", R"(it has "one", "two")"},
+        {"encrypted", packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", "{}", ZIP_CM_DEFLATE, "secret"}}),
+         "", "is encrypted"},
+        {"bomb", packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", std::string(plenty + 1, ' ')}}), "",
+         "unpacks to more than 16 MB"},
+        {"bomb in the manifest", packed({{"manifest.json", std::string(plenty, ' ')}}), "",
+         "unpacks to more than 4 MB"},
+    };
+    for (const Case& c : cases) {
+        const ArchivedAnimation found = readArchive(c.bytes, c.id, plenty);
+        EXPECT_NE(found.error.find(c.says), std::string::npos) << c.name << ": " << found.error;
+    }
+}
+
+// The size that a bomb announces may be a lie.
+TEST(Archive, CountsWhatItUnpacks) {
+    std::string bytes = packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", std::string(plenty + 9, ' ')}});
+    const std::size_t record = bytes.rfind("a/Main Scene.json") - 46;
+    bytes.replace(record + 24, 4, std::string("\1\0\0\0", 4));
+    EXPECT_NE(readArchive(bytes, "", plenty).error, "");
+}
+
+TEST(Archive, KeepsAllButTheEntryThatIsReplaced) {
+    // A date that no calendar has: some programs write it, and it has to stay.
+    std::string source = packed({{"i/one.png", std::string(300, 'p')},
+                                 {"manifest.json", oneAnimation, ZIP_CM_STORE},
+                                 {"a/Main Scene.json", "{\"old\": 1}"},
+                                 {"t/theme.json", "{}", ZIP_CM_STORE}});
+    source.replace(10, 4, std::string(4, '\0'));
+    source.replace(source.rfind("i/one.png") - 46 + 12, 4, std::string(4, '\0'));
+    const std::string entry = readArchive(source, "", plenty).entry;
+    EXPECT_EQ(withEntryReplaced(source, entry, "{\"old\": 1}"), source) << "equal contents change nothing";
+    for (const std::string& contents : {std::string("{}"), std::string(100000, 'n'), std::string()}) {
+        const std::optional<std::string> result = withEntryReplaced(source, entry, contents);
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result, withEntryReplaced(source, entry, contents));
+        EXPECT_EQ(readArchive(*result, "", plenty).text, contents);
+        std::vector<std::string> before = listing(source), after = listing(*result);
+        ASSERT_EQ(after.size(), before.size());
+        EXPECT_NE(after[2], before[2]);
+        before.erase(before.begin() + 2);
+        after.erase(after.begin() + 2);
+        EXPECT_EQ(after, before);
+        const std::size_t kept = source.find("a/Main Scene.json") - 30; // the entry's header
+        EXPECT_EQ(result->substr(0, kept), source.substr(0, kept));
+        EXPECT_NE(result->find(source.substr(source.find("t/theme.json") - 30, 30 + 12 + 2)), std::string::npos);
+        EXPECT_EQ(result->substr(result->rfind("i/one.png") - 46 + 12, 4), std::string(4, '\0'));
+    }
+    EXPECT_EQ(withEntryReplaced(source, "a/other.json", "{}"), std::nullopt);
+    EXPECT_EQ(withEntryReplaced(source + "more", entry, "{}"), std::nullopt);
+}
+
+TEST(Archive, MadeAnewIsReadAgain) {
+    const std::string bytes = newArchive("{\"layers\":[]}");
+    EXPECT_EQ(bytes, newArchive("{\"layers\":[]}"));
+    EXPECT_TRUE(isArchive(bytes));
+    EXPECT_EQ(listing(bytes).size(), 2U);
+    EXPECT_EQ(readArchive(bytes, "", plenty).text, "{\"layers\":[]}");
+}
+
+} // namespace
+} // namespace jostle::standalone
