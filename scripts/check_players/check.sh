@@ -35,4 +35,8 @@ if [ -z "${CHROMIUM:-}" ]; then
     CHROMIUM=$(command -v chromium)
 fi
 export CHROMIUM
+if [ "${1:-}" = --matrices ]; then
+    shift
+    exec node "$here/matrices.mjs" "$@"
+fi
 exec node "$here/main.mjs" "$@"

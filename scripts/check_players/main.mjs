@@ -9,12 +9,13 @@ import { compareBaked } from './compare.mjs';
 import { chosenFrames } from './expected.mjs';
 import { readLottie } from './lottie_file.mjs';
 import { drawOverview, startBrowser } from './lottie_web.mjs';
+import { findProgram, lottieFilesOf, printRows, repository } from './main_parts.mjs';
 
 const here = path.dirname(fileURLToPath(import.meta.url));
-const repository = path.resolve(here, '../..');
 
 const usage = `usage: check.sh [--frames N|all] [--out FOLDER] [--program JOSTLE] [FILE...] [-- SOLVE-OPTION...]
-       check.sh --baked [--frames N|all] [--out FOLDER] RESULT SAMPLES.json`;
+       check.sh --baked [--frames N|all] [--out FOLDER] RESULT SAMPLES.json
+       check.sh --matrices [--limit PX] [--program JOSTLE] FILE|FOLDER...`;
 
 function wrongUse(message) {
   console.error(`check_players: ${message}\n${usage}`);
@@ -45,22 +46,11 @@ function readOptions(argv) {
   }
 }
 
-function findProgram() {
-  const build = path.join(repository, 'build/release');
-  if (!fs.existsSync(build)) return '';
-  const found = fs.readdirSync(build, { recursive: true, withFileTypes: true })
-    .filter((entry) => entry.isFile() && entry.name === 'jostle')
-    .map((entry) => path.join(entry.parentPath ?? entry.path, entry.name));
-  return found[0] ?? '';
-}
-
 /// The Lottie files that come with the repository.
 function ownFiles() {
   return ['examples', 'tests/data/lottie'].map((folder) => path.join(repository, folder))
     .filter((folder) => fs.existsSync(folder))
-    .flatMap((folder) => fs.readdirSync(folder, { recursive: true }).map((name) => path.join(folder, name)))
-    .filter((file) => /\.(json|lottie)$/.test(file) && fs.statSync(file).isFile())
-    .sort();
+    .flatMap(lottieFilesOf);
 }
 
 /// Runs the solve. Gives the paths written, or why there are none.
@@ -114,17 +104,12 @@ function tableRow({ name, report, verdict }) {
   const picture = (text) => (p.compared > 0 ? text : '-');
   return [name, report.layers, report.frames, m.px.value.toFixed(4), m.degrees.value.toFixed(4), m.scale.value.toFixed(5),
     t.px.value.toFixed(4), t.degrees.value.toFixed(4), p.compared, p.offScreen, picture(p.centroid.value.toFixed(3)),
-    picture(`${(p.area.value * 100).toFixed(2)} %`), verdict].map(String);
+    picture(`${(p.area.value * 100).toFixed(2)} %`), verdict];
 }
 
 function printTable(results) {
   const head = ['file', 'layers', 'frames', 'px', 'degrees', 'scale', 'thinned px', 'thinned deg', 'pictures', 'off screen', 'centroid px', 'area', 'verdict'];
-  const rows = [head, ...results.map(tableRow)];
-  const widths = head.map((_, c) => Math.max(...rows.map((row) => row[c].length)));
-  const leftAligned = (c) => c === 0 || c === head.length - 1;
-  for (const row of rows) {
-    console.log(row.map((cell, c) => (leftAligned(c) ? cell.padEnd(widths[c]) : cell.padStart(widths[c]))).join('  ').trimEnd());
-  }
+  printRows([head, ...results.map(tableRow)]);
   for (const { name, report, remark } of results) {
     for (const failure of report?.failures.values() ?? []) console.log(`${name}: ${failure.text}`);
     if (remark) console.log(`${name}: ${remark}`);

@@ -37,3 +37,39 @@ export function solidOnly(document, index, width, height) {
     }],
   };
 }
+
+/// A copy of a value without the expressions in it.
+function withoutExpressions(value) {
+  if (Array.isArray(value)) return value.map(withoutExpressions);
+  if (value === null || typeof value !== 'object') return value;
+  return Object.fromEntries(Object.entries(value)
+    .filter(([name, member]) => name !== 'x' || typeof member !== 'string')
+    .map(([name, member]) => [name, withoutExpressions(member)]));
+}
+
+/// The transforms of a document's layers and nothing of what they show: each a null that is there all the time.
+/// Expressions are left out, as jostle does not evaluate them.
+export function bareDocument(document) {
+  const { v, fr, ip, op, w, h, slots } = document;
+  const layers = document.layers.map(({ ind, nm, parent, sr, st, ddd, ao, ks }) => (
+    { ty: 3, ind, nm, parent, sr: sr ?? 1, st: st ?? 0, ddd: ddd ?? 0, ao: ao ?? 0, ...always, ks: withoutExpressions(ks ?? {}) }));
+  return { v, fr, ip, op, w, h, ddd: 0, slots: withoutExpressions(slots), assets: [], layers };
+}
+
+/// A layer and its parents, from the inside out.
+export function lineageOf(document, index) {
+  const lineage = [];
+  for (let layer = document.layers[index]; layer && !lineage.includes(layer);) {
+    lineage.push(layer);
+    const { parent } = layer;
+    layer = document.layers.find((other) => parent !== undefined && other.ind === parent);
+  }
+  return lineage;
+}
+
+/// Whether one of some layers is turned out of the plane, which a flat matrix cannot tell.
+export function isTurnedInSpace(layers) {
+  const resting = (property) => !property
+    || (!Array.isArray(property.k) ? property.k === 0 : property.k.every((v) => v === 0));
+  return layers.some((layer) => layer.ddd && !['rx', 'ry', 'or'].every((name) => resting(layer.ks?.[name])));
+}
