@@ -23,18 +23,16 @@ struct Destroy {
     }
 };
 
-/// FreeType itself, which all fonts share.
-FT_Library freeType() {
-    struct Owner {
+/// FreeType itself, which all fonts share; it goes with the last of them.
+std::shared_ptr<FT_LibraryRec_> freeType() {
+    static const std::shared_ptr<FT_LibraryRec_> shared = [] {
         FT_Library library = nullptr;
-        Owner() {
-            if (FT_Init_FreeType(&library) != 0)
-                library = nullptr;
-        }
-        ~Owner() { FT_Done_FreeType(library); }
-    };
-    static const Owner owner;
-    return owner.library;
+        return std::shared_ptr<FT_LibraryRec_>(FT_Init_FreeType(&library) == 0 ? library : nullptr, [](FT_Library it) {
+            if (it)
+                FT_Done_FreeType(it);
+        });
+    }();
+    return shared;
 }
 
 /// Takes the pieces of an outline from FreeType, in its 64ths of a font unit with y up.
@@ -98,6 +96,7 @@ private:
 } // namespace
 
 struct Font::Handles {
+    std::shared_ptr<FT_LibraryRec_> library = freeType(); // outlives the face
     std::unique_ptr<FT_FaceRec, Destroy<FT_Done_Face>> face;
     std::unique_ptr<hb_font_t, Destroy<hb_font_destroy>> shaper;
     double scale = 0; ///< of a font unit
@@ -110,7 +109,7 @@ Font::~Font() = default;
 std::unique_ptr<Font> Font::open(const std::string& path, long index) {
     auto handles = std::make_unique<Handles>();
     FT_Face face = nullptr;
-    if (!freeType() || FT_New_Face(freeType(), path.c_str(), index, &face) != 0)
+    if (!handles->library || FT_New_Face(handles->library.get(), path.c_str(), index, &face) != 0)
         return nullptr;
     handles->face.reset(face);
     // At a size of one pixel to a unit FreeType's numbers are the font's own, and nothing is rounded.

@@ -187,6 +187,9 @@ TEST(TextOutlines, WithoutGlyphsComeFromAFontAndNotesNameIt) {
         ASSERT_EQ(none.notes.size(), 1U);
         EXPECT_NE(none.notes[0].find("no font is installed"), std::string::npos) << none.notes[0];
     }
+    // The installed fonts, which live to the end of the program.
+    const TextOutlines installed = outlinesOf(document(keyed(R"("t":"Ab","s":20)"), R"("fonts":{"list":[]})"));
+    EXPECT_EQ(installed.notes.size(), 1U);
     const std::string missing = document(keyed(R"("t":"A\u0001\ue123","s":20)"), R"("fonts":{"list":[]})");
     EXPECT_NE(outlinesOf(missing, 0, &library).notes.back().find("in no installed font"), std::string::npos);
 }
