@@ -5,6 +5,13 @@ namespace jostle::standalone {
 
 namespace {
 
+Collection* collectionOf(AEGP_Collection2H handle) {
+    Collection* collection = state().collections.find(handle);
+    if (collection == nullptr)
+        state().noteUnknown(state().collections, handle);
+    return collection;
+}
+
 A_Err newCollection(AEGP_PluginID, AEGP_Collection2H* collection) {
     if (collection == nullptr)
         return A_Err_PARAMETER;
@@ -14,8 +21,10 @@ A_Err newCollection(AEGP_PluginID, AEGP_Collection2H* collection) {
 
 A_Err disposeCollection(AEGP_Collection2H handle) {
     const Collection* collection = state().collections.find(handle);
-    if (collection == nullptr)
+    if (collection == nullptr) {
+        state().noteUnknown(state().collections, handle, Misuse::DisposedTwice);
         return A_Err_PARAMETER;
+    }
     for (const AEGP_CollectionItemV2& item : collection->items) {
         if (item.type == AEGP_CollectionItemType_STREAMREF)
             state().disposeStream(item.stream_refH);
@@ -25,7 +34,7 @@ A_Err disposeCollection(AEGP_Collection2H handle) {
 }
 
 A_Err getCollectionNumItems(AEGP_Collection2H handle, A_u_long* count) {
-    const Collection* collection = state().collections.find(handle);
+    const Collection* collection = collectionOf(handle);
     if (collection == nullptr || count == nullptr)
         return A_Err_PARAMETER;
     *count = static_cast<A_u_long>(collection->items.size());
@@ -33,7 +42,7 @@ A_Err getCollectionNumItems(AEGP_Collection2H handle, A_u_long* count) {
 }
 
 A_Err getCollectionItemByIndex(AEGP_Collection2H handle, A_u_long index, AEGP_CollectionItemV2* item) {
-    const Collection* collection = state().collections.find(handle);
+    const Collection* collection = collectionOf(handle);
     if (collection == nullptr || index >= collection->items.size() || item == nullptr)
         return A_Err_PARAMETER;
     *item = collection->items[index];
@@ -41,7 +50,7 @@ A_Err getCollectionItemByIndex(AEGP_Collection2H handle, A_u_long index, AEGP_Co
 }
 
 A_Err collectionPushBack(AEGP_Collection2H handle, const AEGP_CollectionItemV2* item) {
-    Collection* collection = state().collections.find(handle);
+    Collection* collection = collectionOf(handle);
     if (collection == nullptr || item == nullptr)
         return A_Err_PARAMETER;
     if (item->type == AEGP_CollectionItemType_LAYER) {
@@ -49,8 +58,10 @@ A_Err collectionPushBack(AEGP_Collection2H handle, const AEGP_CollectionItemV2* 
             return A_Err_PARAMETER;
     } else if (item->type == AEGP_CollectionItemType_STREAMREF) {
         StreamRef* ref = state().usableStream(item->stream_refH);
-        if (ref == nullptr || ref->owned)
+        if (ref == nullptr)
             return A_Err_PARAMETER;
+        if (ref->owned)
+            return state().note(Misuse::DisposedOfOwned);
         ref->owned = true;
     } else {
         return state().refuse("AEGP_CollectionPushBack of anything but layers and streams");

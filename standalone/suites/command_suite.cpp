@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "standalone/suites/host_state.h"
+#include "standalone/suites/structure_edits.h"
 #include "standalone/suites/tables.h"
 
 namespace jostle::standalone {
@@ -51,8 +52,11 @@ A_Err undo() {
 A_Err doCommand(AEGP_Command command) {
     if (command == hostCommandUndo)
         return undo();
-    if (command == hostCommandCopy || command == hostCommandPaste)
-        return state().refuse(command == hostCommandCopy ? "Copy" : "Paste");
+    CompEntry& active = *state().comps.find(state().openComps.front());
+    if (command == hostCommandCopy)
+        return copySelection(active) ? A_Err_NONE : A_Err_GENERIC;
+    if (command == hostCommandPaste)
+        return pasteAtSelection(active) ? A_Err_NONE : A_Err_GENERIC;
     return state().dispatch(command) ? A_Err_NONE : A_Err_GENERIC;
 }
 

@@ -1,5 +1,7 @@
 #include "standalone/suites/host_state.h"
+#include "standalone/suites/structure_edits.h"
 #include "standalone/suites/tables.h"
+#include "standalone/suites/text.h"
 
 namespace jostle::standalone {
 
@@ -51,7 +53,7 @@ A_Err getWorkAreaDuration(AEGP_CompH handle, A_Time* duration) {
 
 A_Err setWorkArea(AEGP_CompH handle, const A_Time* start, const A_Time* duration) {
     CompEntry* comp = state().compOf(handle);
-    if (comp == nullptr || !isValid(start) || !isValid(duration) || duration->value <= 0)
+    if (comp == nullptr || !state().isValid(start) || !state().isValid(duration) || duration->value <= 0)
         return A_Err_PARAMETER;
     Composition& composition = *comp->composition;
     const double inFrame = frameAt(*comp, *start);
@@ -70,11 +72,11 @@ A_Err getSelection(AEGP_PluginID, AEGP_CompH handle, AEGP_Collection2H* selectio
     if (comp == nullptr || selection == nullptr)
         return A_Err_PARAMETER;
     Collection collection;
-    for (const SelectedPlace& place : comp->selection) {
+    for (const SelectedPlace& place : state().selectionOf(*comp)) {
         AEGP_CollectionItemV2 item{};
-        if (place.isStream) {
+        if (place.node != nullptr) {
             item.type = AEGP_CollectionItemType_STREAMREF;
-            item.stream_refH = state().giveStream(place.layer, place.node);
+            item.stream_refH = state().giveStream(place.layer, *place.node);
             state().streams.find(item.stream_refH)->owned = true;
         } else {
             item.type = AEGP_CollectionItemType_LAYER;
@@ -89,16 +91,18 @@ A_Err getSelection(AEGP_PluginID, AEGP_CompH handle, AEGP_Collection2H* selectio
 A_Err setSelection(AEGP_CompH handle, AEGP_Collection2H selection) {
     CompEntry* comp = state().compOf(handle);
     const Collection* collection = state().collections.find(selection);
+    if (collection == nullptr)
+        state().noteUnknown(state().collections, selection);
     if (comp == nullptr || collection == nullptr)
         return A_Err_PARAMETER;
     std::vector<SelectedPlace> places;
     for (const AEGP_CollectionItemV2& item : collection->items) {
-        SelectedPlace place{item.u.layer, false, StreamNode::Root};
+        SelectedPlace place{item.u.layer, nullptr};
         if (item.type == AEGP_CollectionItemType_STREAMREF) {
             const StreamRef* ref = state().usableStream(item.stream_refH);
             if (ref == nullptr)
                 return A_Err_PARAMETER;
-            place = {ref->layerHandle, true, ref->node};
+            place = {ref->layerHandle, ref->node};
         }
         const LayerEntry* layer = state().layerOf(place.layer);
         if (layer == nullptr || layer->comp != comp)
@@ -106,6 +110,28 @@ A_Err setSelection(AEGP_CompH handle, AEGP_Collection2H selection) {
         places.push_back(place);
     }
     comp->selection = std::move(places);
+    return A_Err_NONE;
+}
+
+A_Err createNullInComp(const A_UTF16Char* name, AEGP_CompH handle, const A_Time* duration, AEGP_LayerH* layer) {
+    CompEntry* comp = state().compOf(handle);
+    if (comp == nullptr || layer == nullptr)
+        return A_Err_PARAMETER;
+    std::optional<double> frames; // the composition's length, also where a host has a preference for stills
+    if (duration != nullptr && duration->scale != 0) {
+        if (duration->value <= 0)
+            return A_Err_PARAMETER;
+        frames = frameAt(*comp, *duration);
+    }
+    *layer = createNull(*comp, name == nullptr ? std::string() : utf8Of(name), frames);
+    return A_Err_NONE;
+}
+
+A_Err createVectorLayerInComp(AEGP_CompH handle, AEGP_LayerH* layer) {
+    CompEntry* comp = state().compOf(handle);
+    if (comp == nullptr || layer == nullptr)
+        return A_Err_PARAMETER;
+    *layer = createShapeLayer(*comp);
     return A_Err_NONE;
 }
 
@@ -144,10 +170,10 @@ const AEGP_CompSuite15 compSuite{
     .AEGP_SetCompWorkAreaStartAndDuration = setWorkArea,
     .AEGP_GetNewCollectionFromCompSelection = getSelection,
     .AEGP_SetSelection = setSelection,
-    .AEGP_CreateNullInComp = refused<"AEGP_CreateNullInComp">,
+    .AEGP_CreateNullInComp = createNullInComp,
     .AEGP_DuplicateComp = duplicateComp,
     .AEGP_GetCompFrameDuration = getFrameDuration,
-    .AEGP_CreateVectorLayerInComp = refused<"AEGP_CreateVectorLayerInComp">,
+    .AEGP_CreateVectorLayerInComp = createVectorLayerInComp,
 };
 
 } // namespace jostle::standalone

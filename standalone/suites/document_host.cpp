@@ -34,13 +34,19 @@ constexpr OfferedSuite offer(const Suite& table) {
 }
 
 constexpr std::array offeredSuites{
-    offer(registerSuite), offer(commandSuite),   offer(utilitySuite),    offer(memorySuite),  offer(projSuite),
-    offer(itemSuite),     offer(compSuite),      offer(layerSuite),      offer(streamSuite),  offer(dynamicStreamSuite),
-    offer(keyframeSuite), offer(layerMaskSuite), offer(collectionSuite), offer(footageSuite),
+    offer(registerSuite),       offer(commandSuite),        offer(utilitySuite),    offer(utilitySuite7),
+    offer(memorySuite),         offer(projSuite),           offer(itemSuite),       offer(itemSuite11),
+    offer(compSuite),           offer(compSuite11),         offer(layerSuite),      offer(layerSuite11),
+    offer(streamSuite),         offer(streamSuite7),        offer(streamSuite8),    offer(dynamicStreamSuite),
+    offer(dynamicStreamSuite2), offer(dynamicStreamSuite3), offer(keyframeSuite),   offer(layerMaskSuite),
+    offer(collectionSuite),     offer(footageSuite),        offer(maskOutlineSuite), offer(textLayerSuite),
+    offer(pathDataSuite),       offer(persistentDataSuite),
 };
 
 // How often each suite is out. Counted apart from a host's state, so that a release that comes late is still seen.
 std::array<int, offeredSuites.size()> acquired{};
+
+bool hostLives = false;
 
 std::size_t placeOf(const char* name, std::int32_t version) {
     std::size_t place = 0;
@@ -61,8 +67,11 @@ SPErr acquireSuite(const char* name, std::int32_t version, const void** table) {
 
 SPErr releaseSuite(const char* name, std::int32_t version) {
     const std::size_t place = placeOf(name, version);
-    if (place == offeredSuites.size() || acquired[place] == 0)
+    if (place == offeredSuites.size() || acquired[place] == 0) {
+        if (hostLives)
+            state().note(Misuse::SuiteNotAcquired);
         return notAcquired;
+    }
     --acquired[place];
     return 0;
 }
@@ -96,12 +105,10 @@ SPErr undefined() {
 // Not const: entry points take it so.
 SPBasicSuite basicSuite{acquireSuite, releaseSuite, isEqual, allocateBlock, freeBlock, reallocateBlock, undefined};
 
-bool hostLives = false;
-
 } // namespace
 
 bool HandOuts::allReturned() const {
-    return streams == 0 && values == 0 && memory == 0 && collections == 0 && keyBatches == 0 && suites == 0 &&
+    return streams == 0 && values == 0 && masks == 0 && maskOutlines == 0 && textOutlines == 0 && memory == 0 && collections == 0 && keyBatches == 0 && suites == 0 &&
            undoGroups == 0;
 }
 
@@ -113,6 +120,9 @@ std::string HandOuts::text() const {
     };
     add(streams, "streams");
     add(values, "values");
+    add(masks, "masks");
+    add(maskOutlines, "mask outlines");
+    add(textOutlines, "text outlines");
     add(memory, "memory handles");
     add(collections, "collections");
     add(keyBatches, "key batches");
@@ -121,8 +131,10 @@ std::string HandOuts::text() const {
     return list;
 }
 
-DocumentHost::DocumentHost(std::unique_ptr<Composition> root, std::string projectName, std::string projectPath)
-    : state_(std::make_unique<HostState>(std::move(root), std::move(projectName), std::move(projectPath))) {
+DocumentHost::DocumentHost(std::unique_ptr<Composition> root, std::string projectName, std::string projectPath,
+                           std::filesystem::path preferences)
+    : state_(std::make_unique<HostState>(std::move(root), std::move(projectName), std::move(projectPath),
+                                         std::move(preferences))) {
     assert(!hostLives && "one host at a time");
     hostLives = true;
     acquired.fill(0);
@@ -132,6 +144,7 @@ DocumentHost::DocumentHost(std::unique_ptr<Composition> root, std::string projec
 DocumentHost::~DocumentHost() {
     for (const DeathHook& hook : state_->deathHooks)
         hook.hook(state_->global, hook.refcon);
+    state_->preferences.flush();
     setState(nullptr);
     hostLives = false;
 }
@@ -141,13 +154,16 @@ const SPBasicSuite* DocumentHost::basic() const {
 }
 
 A_Err DocumentHost::start(AEGP_EntryPoint entry) {
-    return entry(&basicSuite, interfaceMajor, interfaceMinor, pluginId(), &state_->global);
+    const A_Err error = entry(&basicSuite, interfaceMajor, interfaceMinor, pluginId(), &state_->global);
+    settle();
+    return error;
 }
 
 void DocumentHost::updateMenus() {
     const auto hooks = state_->updateMenuHooks;
     for (const UpdateMenuHook& hook : hooks)
         hook.hook(state_->global, hook.refcon, AEGP_WindType_COMP);
+    settle();
 }
 
 const std::vector<MenuItem>& DocumentHost::menuItems() const {
@@ -156,11 +172,40 @@ const std::vector<MenuItem>& DocumentHost::menuItems() const {
 
 bool DocumentHost::chooseCommand(AEGP_Command command) {
     updateMenus();
+    bool handled = false;
     for (const MenuItem& item : state_->menuItems) {
-        if (item.command == command)
-            return item.enabled && state_->dispatch(command);
+        if (item.command != command)
+            continue;
+        handled = item.enabled && state_->dispatch(command);
+        break;
     }
-    return false;
+    settle();
+    return handled;
+}
+
+void DocumentHost::settle() {
+    noteWhatIsOut();
+    state_->preferences.flush();
+}
+
+void DocumentHost::noteWhatIsOut() {
+    const HandOuts out = balance();
+    const auto add = [&](int count, Misuse misuse) {
+        state_->misuses.insert(state_->misuses.end(), static_cast<std::size_t>(count), misuse);
+    };
+    add(out.streams, Misuse::StreamNotDisposed);
+    add(out.values, Misuse::ValueNotDisposed);
+    add(out.masks, Misuse::MaskNotDisposed);
+    add(out.textOutlines, Misuse::OutlinesNotDisposed);
+    add(out.collections, Misuse::CollectionNotDisposed);
+    add(out.keyBatches, Misuse::KeyBatchNotEnded);
+    add(out.memory, Misuse::MemoryNotFreed);
+    add(out.undoGroups, Misuse::UndoGroupNotEnded);
+    add(out.suites, Misuse::SuiteNotReleased);
+}
+
+const std::vector<Misuse>& DocumentHost::misuses() const {
+    return state_->misuses;
 }
 
 Composition& DocumentHost::outcome() {
@@ -179,6 +224,9 @@ HandOuts DocumentHost::balance() const {
     HandOuts out;
     out.streams = state_->streamsOut;
     out.values = state_->valuesOut;
+    out.masks = static_cast<int>(state_->masks.size());
+    out.maskOutlines = static_cast<int>(state_->maskOutlines.size());
+    out.textOutlines = static_cast<int>(state_->textOutlines.size());
     out.memory = static_cast<int>(state_->memory.size());
     out.collections = static_cast<int>(state_->collections.size());
     out.keyBatches = static_cast<int>(state_->batches.size());

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "host/suites.h"
 #include "standalone/document/composition.h"
+#include "standalone/suites/misuse.h"
 
 namespace jostle::standalone {
 
@@ -15,6 +17,9 @@ class HostState;
 struct HandOuts {
     int streams = 0;
     int values = 0;
+    int masks = 0;
+    int maskOutlines = 0; ///< each in a value
+    int textOutlines = 0;
     int memory = 0;
     int collections = 0;
     int keyBatches = 0;
@@ -44,8 +49,10 @@ public:
     /// @param root         the document's composition; always the active item
     /// @param projectName  UTF-8, shown as the project's name
     /// @param projectPath  UTF-8, empty for a document never saved
-    DocumentHost(std::unique_ptr<Composition> root, std::string projectName, std::string projectPath);
-    /// Runs the death hooks.
+    /// @param preferences  file of the persistent data; empty for the user's own, see standalone/preferences.h
+    DocumentHost(std::unique_ptr<Composition> root, std::string projectName, std::string projectPath,
+                 std::filesystem::path preferences = {});
+    /// Runs the death hooks and writes the persistent data.
     ~DocumentHost();
     DocumentHost(const DocumentHost&) = delete;
     DocumentHost& operator=(const DocumentHost&) = delete;
@@ -73,7 +80,15 @@ public:
 
     [[nodiscard]] HandOuts balance() const;
 
+    /// What the plug-in did that it must not do, in order. Each call among them was refused.
+    [[nodiscard]] const std::vector<Misuse>& misuses() const;
+    /// Notes among the misuses what is still out, as is done whenever the plug-in gives control back.
+    void noteWhatIsOut();
+
 private:
+    /// What follows every call into the plug-in.
+    void settle();
+
     std::unique_ptr<HostState> state_;
 };
 

@@ -1,27 +1,25 @@
 #include <string_view>
 
 #include "standalone/suites/host_state.h"
+#include "standalone/suites/stream_nodes.h"
+#include "standalone/suites/structure_edits.h"
 #include "standalone/suites/tables.h"
 
 namespace jostle::standalone {
 
 namespace {
 
-StreamRef* groupOf(AEGP_StreamRefH handle) {
-    StreamRef* ref = state().usableStream(handle);
-    return ref != nullptr && !isLeaf(ref->node) ? ref : nullptr;
-}
-
 /// The reference, if it leads to a position: the one stream whose dimensions can be separated.
 StreamRef* leaderOf(AEGP_StreamRefH handle) {
     StreamRef* ref = state().usableStream(handle);
-    return ref != nullptr && ref->node == StreamNode::Position ? ref : nullptr;
+    return ref != nullptr && ref->node->kind == NodeKind::Position ? ref : nullptr;
 }
 
 A_Err getNewStreamRefForLayer(AEGP_PluginID, AEGP_LayerH layer, AEGP_StreamRefH* root) {
-    if (state().layerOf(layer) == nullptr || root == nullptr)
+    const LayerEntry* entry = state().layerOf(layer);
+    if (entry == nullptr || root == nullptr)
         return A_Err_PARAMETER;
-    *root = state().giveStream(layer, StreamNode::Root);
+    *root = state().giveStream(layer, state().treeOf(*entry));
     return A_Err_NONE;
 }
 
@@ -29,7 +27,7 @@ A_Err getStreamDepth(AEGP_StreamRefH handle, A_long* depth) {
     const StreamRef* ref = state().usableStream(handle);
     if (ref == nullptr || depth == nullptr)
         return A_Err_PARAMETER;
-    *depth = factsOf(ref->node).depth;
+    *depth = depthOf(*ref->node);
     return A_Err_NONE;
 }
 
@@ -37,37 +35,46 @@ A_Err getStreamGroupingType(AEGP_StreamRefH handle, AEGP_StreamGroupingType* typ
     const StreamRef* ref = state().usableStream(handle);
     if (ref == nullptr || type == nullptr)
         return A_Err_PARAMETER;
-    *type = factsOf(ref->node).grouping;
+    *type = groupingOf(*ref->node);
     return A_Err_NONE;
 }
 
 A_Err getNumStreamsInGroup(AEGP_StreamRefH handle, A_long* count) {
-    const StreamRef* ref = groupOf(handle);
+    const StreamRef* ref = state().groupOf(handle);
     if (ref == nullptr || count == nullptr)
         return A_Err_PARAMETER;
-    *count = childCount(*ref->layer->layer, ref->node);
+    *count = childCount(*ref->node);
     return A_Err_NONE;
 }
 
 A_Err getNewStreamRefByIndex(AEGP_PluginID, AEGP_StreamRefH handle, A_long index, AEGP_StreamRefH* stream) {
-    const StreamRef* ref = groupOf(handle);
-    if (ref == nullptr || index < 0 || index >= childCount(*ref->layer->layer, ref->node) || stream == nullptr)
+    const StreamRef* ref = state().groupOf(handle);
+    TreeNode* child = ref == nullptr ? nullptr : childAt(*ref->node, index);
+    if (child == nullptr || stream == nullptr)
         return A_Err_PARAMETER;
-    const std::optional<StreamNode> child = childAt(ref->node, index);
-    if (!child)
-        return state().refuse("AEGP_GetNewStreamRefByIndex for masks");
     *stream = state().giveStream(ref->layerHandle, *child);
     return A_Err_NONE;
 }
 
 A_Err getNewStreamRefByMatchname(AEGP_PluginID, AEGP_StreamRefH handle, const A_char* matchName,
                                  AEGP_StreamRefH* stream) {
-    const StreamRef* ref = groupOf(handle);
-    if (ref == nullptr || factsOf(ref->node).grouping != AEGP_StreamGroupingType_NAMED_GROUP || matchName == nullptr ||
-        stream == nullptr)
+    const StreamRef* ref = state().groupOf(handle);
+    if (ref == nullptr || matchName == nullptr || stream == nullptr)
         return A_Err_PARAMETER;
-    const std::optional<StreamNode> child = childNamed(*ref->layer->layer, ref->node, matchName);
-    *stream = child ? state().giveStream(ref->layerHandle, *child) : nullptr;
+    if (groupingOf(*ref->node) != AEGP_StreamGroupingType_NAMED_GROUP)
+        return state().note(Misuse::WrongStreamType);
+    TreeNode* child = childNamed(*ref->layer->layer, *ref->node, matchName);
+    *stream = child != nullptr ? state().giveStream(ref->layerHandle, *child) : nullptr;
+    return A_Err_NONE;
+}
+
+A_Err deleteStream(AEGP_StreamRefH handle) {
+    const StreamRef* ref = state().usableStream(handle);
+    if (ref == nullptr)
+        return A_Err_PARAMETER;
+    if (ref->node->parent == nullptr || groupingOf(*ref->node->parent) != AEGP_StreamGroupingType_INDEXED_GROUP)
+        return state().note(Misuse::WrongStreamType);
+    removeNode(*ref->layer, *ref->node);
     return A_Err_NONE;
 }
 
@@ -75,17 +82,16 @@ A_Err getMatchName(AEGP_StreamRefH handle, A_char* matchName) {
     const StreamRef* ref = state().usableStream(handle);
     if (ref == nullptr || matchName == nullptr)
         return A_Err_PARAMETER;
-    const bool isRoot = ref->node == StreamNode::Root;
-    const std::string_view name = isRoot ? rootMatchName(*ref->layer->layer) : factsOf(ref->node).matchName;
+    const std::string_view name = matchNameOf(*ref->layer->layer, *ref->node);
     matchName[name.copy(matchName, AEGP_MAX_STREAM_MATCH_NAME_SIZE - 1)] = 0;
     return A_Err_NONE;
 }
 
 A_Err getNewParentStreamRef(AEGP_PluginID, AEGP_StreamRefH handle, AEGP_StreamRefH* parent) {
     const StreamRef* ref = state().usableStream(handle);
-    if (ref == nullptr || ref->node == StreamNode::Root || parent == nullptr)
+    if (ref == nullptr || ref->node->parent == nullptr || parent == nullptr)
         return A_Err_PARAMETER;
-    *parent = state().giveStream(ref->layerHandle, factsOf(ref->node).parent);
+    *parent = state().giveStream(ref->layerHandle, *ref->node->parent);
     return A_Err_NONE;
 }
 
@@ -110,8 +116,8 @@ A_Err getSeparationFollower(AEGP_StreamRefH handle, A_short dimension, AEGP_Stre
         return A_Err_PARAMETER;
     if (!leader->layer->layer->transform.separated)
         return A_Err_GENERIC;
-    constexpr StreamNode followers[] = {StreamNode::PositionX, StreamNode::PositionY, StreamNode::PositionZ};
-    *follower = state().giveStream(leader->layerHandle, followers[dimension]);
+    constexpr NodeKind followers[] = {NodeKind::PositionX, NodeKind::PositionY, NodeKind::PositionZ};
+    *follower = state().giveStream(leader->layerHandle, transformLeaf(*leader->layer->layer->tree, followers[dimension]));
     return A_Err_NONE;
 }
 
@@ -124,7 +130,7 @@ const AEGP_DynamicStreamSuite5 dynamicStreamSuite{
     .AEGP_GetNumStreamsInGroup = getNumStreamsInGroup,
     .AEGP_GetNewStreamRefByIndex = getNewStreamRefByIndex,
     .AEGP_GetNewStreamRefByMatchname = getNewStreamRefByMatchname,
-    .AEGP_DeleteStream = refused<"AEGP_DeleteStream">,
+    .AEGP_DeleteStream = deleteStream,
     .AEGP_GetMatchName = getMatchName,
     .AEGP_GetNewParentStreamRef = getNewParentStreamRef,
     .AEGP_IsSeparationLeader = isSeparationLeader,

@@ -40,6 +40,13 @@ public:
         return &*slots_[place].entry;
     }
 
+    /// Whether the handle is of this family and was given back.
+    [[nodiscard]] bool wasOut(Handle handle) const {
+        const auto asked = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
+        const std::size_t place = static_cast<std::size_t>((asked & 0xFFFFFFFFu) >> 4) - 1;
+        return place < slots_.size() && (asked >> 56) == family_ && (!slots_[place].entry || code(place) != asked);
+    }
+
     /// @param handle  one that `find` knows
     void remove(Handle handle) {
         const auto wanted = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cassert>
 #include <cstring>
+#include <limits>
 
+#include "standalone/suites/stream_edits.h"
+#include "standalone/suites/stream_nodes.h"
 #include "standalone/suites/text.h"
 
 namespace jostle::standalone {
@@ -25,8 +28,12 @@ void setState(HostState* current) {
     currentState = current;
 }
 
-HostState::HostState(std::unique_ptr<Composition> root, std::string name, std::string path)
-    : projectName(std::move(name)), projectPath(std::move(path)), lastCommand(firstFreeCommand - 1) {
+HostState::HostState(std::unique_ptr<Composition> root, std::string name, std::string path,
+                     std::filesystem::path preferencesFile)
+    : projectName(std::move(name)),
+      projectPath(std::move(path)),
+      preferences(std::move(preferencesFile), [this](std::string text) { reportOnce(std::move(text)); }),
+      lastCommand(firstFreeCommand - 1) {
     open(std::move(root));
 }
 
@@ -53,6 +60,7 @@ AEGP_CompH HostState::open(std::unique_ptr<Composition> composition) {
         const AEGP_LayerH layerHandle = layers.add({&comp, layer.get(), index, itemHandle(layer->item)});
         comp.layers.push_back(layerHandle);
         layerHandles[layer.get()] = layerHandle;
+        comp.lastLayerId = std::max(comp.lastLayerId, layer->id);
     }
     openComps.push_back(handle);
     return handle;
@@ -62,30 +70,92 @@ void HostState::drop(AEGP_CompH handle) {
     CompEntry* comp = compOf(handle);
     if (comp == nullptr)
         return;
-    for (const AEGP_LayerH layer : comp->layers) {
-        LayerEntry& entry = *layers.find(layer);
-        layerHandles.erase(entry.layer);
-        entry.layer = nullptr;
-    }
+    arrange(*comp, {}); // the layers stay with their entries: references may still be out
     items.find(comp->item)->comp = nullptr;
     comp->composition.reset();
     openComps.erase(std::remove(openComps.begin(), openComps.end(), handle), openComps.end());
 }
 
-AEGP_StreamRefH HostState::giveStream(AEGP_LayerH layer, StreamNode node) {
+void HostState::arrange(CompEntry& comp, std::vector<AEGP_LayerH> order) {
+    Composition& composition = *comp.composition;
+    for (const AEGP_LayerH handle : comp.layers) {
+        LayerEntry& entry = *layers.find(handle);
+        entry.kept = std::move(composition.layers[static_cast<std::size_t>(entry.index)]);
+        layerHandles.erase(entry.layer);
+        entry.layer = nullptr;
+    }
+    composition.layers.clear();
+    for (const AEGP_LayerH handle : order) {
+        LayerEntry& entry = *layers.find(handle);
+        entry.layer = entry.kept.get();
+        entry.index = static_cast<A_long>(composition.layers.size());
+        layerHandles[entry.layer] = handle;
+        composition.layers.push_back(std::move(entry.kept));
+    }
+    comp.layers = std::move(order);
+}
+
+AEGP_LayerH HostState::insertLayer(CompEntry& comp, std::unique_ptr<Layer> layer, std::size_t place) {
+    if (comp.lastLayerId < std::numeric_limits<int>::max()) {
+        layer->id = ++comp.lastLayerId;
+    } else { // a file may number its layers as high as it likes
+        layer->id = 1;
+        const auto& present = comp.composition->layers;
+        while (std::any_of(present.begin(), present.end(), [&](const auto& other) { return other->id == layer->id; }))
+            ++layer->id;
+    }
+    layer->idInFile = false;
+    const AEGP_ItemH source = itemHandle(layer->item);
+    const AEGP_LayerH handle = layers.add({&comp, nullptr, 0, source, std::move(layer)});
+    journal.touchComposition(comp);
+    comp.composition->changed = true;
+    std::vector<AEGP_LayerH> order = comp.layers;
+    order.insert(order.begin() + static_cast<std::ptrdiff_t>(place), handle);
+    arrange(comp, std::move(order));
+    return handle;
+}
+
+AEGP_StreamRefH HostState::giveStream(AEGP_LayerH layer, TreeNode& node) {
     ++streamsOut;
-    return streams.add({layer, layers.find(layer), node});
+    return streams.add({layer, layers.find(layer), &node});
 }
 
 StreamRef* HostState::usableStream(AEGP_StreamRefH handle) {
     StreamRef* ref = streams.find(handle);
-    return ref != nullptr && !ref->disposed && ref->layer->layer != nullptr ? ref : nullptr;
+    if (ref == nullptr || ref->disposed) {
+        if (ref != nullptr || streams.wasOut(handle))
+            note(Misuse::UsedAfterDisposal);
+        return nullptr;
+    }
+    if (isAttached(*ref->layer, *ref->node))
+        return ref;
+    note(Misuse::UsedAfterDeletion);
+    return nullptr;
+}
+
+StreamRef* HostState::leafOf(AEGP_StreamRefH handle) {
+    StreamRef* ref = usableStream(handle);
+    if (ref == nullptr || factsOf(*ref->node).form != ValueForm::None)
+        return ref;
+    note(Misuse::WrongStreamType);
+    return nullptr;
+}
+
+StreamRef* HostState::groupOf(AEGP_StreamRefH handle) {
+    StreamRef* ref = usableStream(handle);
+    if (ref == nullptr || !isLeaf(*ref->node))
+        return ref;
+    note(Misuse::WrongStreamType);
+    return nullptr;
 }
 
 bool HostState::disposeStream(AEGP_StreamRefH handle) {
     StreamRef* ref = streams.find(handle);
-    if (ref == nullptr || ref->disposed)
+    if (ref == nullptr || ref->disposed) {
+        if (ref != nullptr || streams.wasOut(handle))
+            note(Misuse::DisposedTwice);
         return false;
+    }
     --streamsOut;
     ref->disposed = true;
     if (ref->openValues == 0)
@@ -93,11 +163,70 @@ bool HostState::disposeStream(AEGP_StreamRefH handle) {
     return true;
 }
 
+void HostState::giveValue(AEGP_StreamRefH handle, StreamRef& ref, const AEGP_StreamVal2& value,
+                          AEGP_StreamValue2& record) {
+    record = {handle, value};
+    ++ref.openValues;
+    ++valuesOut;
+}
+
 void HostState::releaseValue(AEGP_StreamRefH handle, StreamRef& ref) {
     --valuesOut;
     --ref.openValues;
     if (ref.disposed && ref.openValues == 0)
         streams.remove(handle);
+}
+
+bool HostState::isValueFor(const TreeNode& leaf, const AEGP_StreamValue2* record) {
+    if (record == nullptr)
+        return false;
+    const StreamRef* source = streams.find(record->streamH);
+    const bool isPath = factsOf(leaf).form == ValueForm::Path;
+    if (source == nullptr || source->openValues == 0 ||
+        (isPath && typeOf(*source->node) == AEGP_StreamType_MASK && maskOutlines.find(record->val.mask) == nullptr)) {
+        note(Misuse::ValueAfterDisposal);
+        return false;
+    }
+    if (suiteComponents(*source->node) == suiteComponents(leaf) &&
+        (typeOf(*source->node) == AEGP_StreamType_COLOR) == (typeOf(leaf) == AEGP_StreamType_COLOR))
+        return true;
+    note(Misuse::ValueOfAnotherType);
+    return false;
+}
+
+MaskRef* HostState::usableMask(AEGP_MaskRefH handle) {
+    MaskRef* ref = masks.find(handle);
+    if (ref == nullptr) {
+        noteUnknown(masks, handle);
+        return nullptr;
+    }
+    if (isAttached(*ref->layer, *ref->node))
+        return ref;
+    note(Misuse::UsedAfterDeletion);
+    return nullptr;
+}
+
+TreeNode& HostState::treeOf(const LayerEntry& entry) {
+    return streamTreeOf(*entry.comp->composition, *entry.layer);
+}
+
+bool HostState::isAttached(const LayerEntry& entry, const TreeNode& node) {
+    if (entry.layer == nullptr)
+        return false;
+    const TreeNode* top = &node;
+    while (top->parent != nullptr)
+        top = top->parent;
+    return top == entry.layer->tree.get();
+}
+
+std::vector<SelectedPlace> HostState::selectionOf(const CompEntry& comp) {
+    std::vector<SelectedPlace> present;
+    for (const SelectedPlace& place : comp.selection) {
+        const LayerEntry* layer = layerOf(place.layer);
+        if (layer != nullptr && (place.node == nullptr || isAttached(*layer, *place.node)))
+            present.push_back(place);
+    }
+    return present;
 }
 
 LayerEntry* HostState::layerOf(AEGP_LayerH handle) {
@@ -122,11 +251,33 @@ AEGP_MemHandle HostState::giveText(std::string_view utf8) {
     return handle;
 }
 
+AEGP_MemHandle HostState::giveBytes(std::string_view text) {
+    const AEGP_MemHandle handle = giveMemory(text.size() + 1);
+    std::byte* bytes = memory.find(handle)->bytes.get();
+    std::memcpy(bytes, text.data(), text.size());
+    bytes[text.size()] = std::byte{0};
+    return handle;
+}
+
 A_Err HostState::refuse(const char* operation) {
-    std::string text = std::string(operation) + " is not offered for documents of this program.";
+    reportOnce(std::string(operation) + " is not offered for documents of this program.");
+    return A_Err_GENERIC;
+}
+
+void HostState::reportOnce(std::string text) {
     if (std::find(reports.begin(), reports.end(), text) == reports.end())
         reports.push_back(std::move(text));
-    return A_Err_GENERIC;
+}
+
+A_Err HostState::note(Misuse misuse, A_Err error) {
+    misuses.push_back(misuse);
+    return error;
+}
+
+bool HostState::isValid(const A_Time* time) {
+    if (time != nullptr && time->scale == 0)
+        note(Misuse::TimeWithoutScale);
+    return time != nullptr && time->scale != 0;
 }
 
 bool HostState::dispatch(AEGP_Command command) {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
+#include <memory>
 #include <string>
-#include <utility>
+#include <unordered_set>
 #include <vector>
 
+#include "host/suites.h"
 #include "standalone/document/composition.h"
-#include "standalone/suites/stream_nodes.h"
 
 namespace jostle::standalone {
 
@@ -15,7 +15,8 @@ struct LayerEntry;
 
 /// What undo groups need to take their changes back: images of what they touched, taken before the first touch.
 ///
-/// Changes made while no group is open are not recorded. Groups do not nest.
+/// Changes made while no group is open are not recorded. Groups do not nest. Whatever is taken out of a document stays
+/// with its entry, so that images may name layers, nodes and streams by their addresses.
 class Journal {
 public:
     [[nodiscard]] bool isOpen() const { return open_; }
@@ -26,9 +27,14 @@ public:
     /// @return false if no group is open
     bool end();
 
-    // To be called before a change to a stream, to the fields of a layer or to those of a composition.
-    void touchStream(LayerEntry& entry, StreamNode node);
+    // To be called before a change.
+    void touchStream(LayerEntry& entry, Stream& stream);
+    void touchPath(LayerEntry& entry, PathStream& path);
+    /// Of its list of children and of its own fields.
+    void touchNode(LayerEntry& entry, TreeNode& node);
+    /// Of the layer's own fields.
     void touchLayer(LayerEntry& entry);
+    /// Of the composition's fields and of its list of layers.
     void touchComposition(CompEntry& entry);
     /// Notes a composition made in the open group.
     void noteDuplicate(AEGP_CompH duplicate);
@@ -41,33 +47,51 @@ public:
 private:
     struct StreamImage {
         LayerEntry* entry;
-        StreamNode node;
+        Stream* stream;
         Stream before;
+    };
+    struct PathImage {
+        LayerEntry* entry;
+        PathStream* path;
+        PathStream before;
+    };
+    struct NodeImage {
+        LayerEntry* entry;
+        TreeNode* node;
+        std::vector<std::shared_ptr<TreeNode>> children;
+        bool rotoBezier, listChanged;
     };
     struct LayerImage {
         LayerEntry* entry;
+        std::string name;
         Layer* parent;
         int parentId;
-        bool hidden, autoOrient, motionBlur, changed;
+        bool hidden, autoOrient, motionBlur, separated, changed;
     };
     struct CompositionImage {
         CompEntry* entry;
         double inFrame, outFrame;
         bool changed;
+        std::vector<AEGP_LayerH> layers;
     };
     struct Group {
         std::string name;
         std::vector<StreamImage> streams;
+        std::vector<PathImage> paths;
+        std::vector<NodeImage> nodes;
         std::vector<LayerImage> layers;
         std::vector<CompositionImage> compositions;
         std::vector<AEGP_CompH> duplicates;
     };
 
-    /// Whether this is the first touch in the open group; `stamp` remembers the group that touched last.
-    bool isFirstTouch(std::uint64_t& stamp);
+    /// Whether this is the first touch of a thing in the open group.
+    bool isFirstTouch(const void* thing);
+    static void restore(CompositionImage& image);
+    static void restore(NodeImage& image);
+    static void restore(const LayerImage& image);
 
     std::vector<Group> groups_;
-    std::uint64_t groupNumber_ = 0;
+    std::unordered_set<const void*> touched_; ///< in the open group
     bool open_ = false;
 };
 

@@ -1,7 +1,9 @@
 #include <algorithm>
 
 #include "standalone/suites/host_state.h"
+#include "standalone/suites/path_edits.h"
 #include "standalone/suites/stream_edits.h"
+#include "standalone/suites/stream_nodes.h"
 #include "standalone/suites/tables.h"
 
 namespace jostle::standalone {
@@ -10,29 +12,32 @@ namespace {
 
 /// The reference, if it leads to a usable leaf whose keys are its own.
 StreamRef* keyedLeaf(AEGP_StreamRefH handle) {
-    StreamRef* ref = state().usableStream(handle);
-    return ref != nullptr && isLeaf(ref->node) && !isSeparatedLeader(*ref->layer->layer, ref->node) ? ref : nullptr;
+    StreamRef* ref = state().leafOf(handle);
+    if (ref == nullptr || !isSeparatedLeader(*ref->layer->layer, *ref->node))
+        return ref;
+    state().note(Misuse::KeysOfSeparatedLeader);
+    return nullptr;
 }
 
-const Stream& streamOf(const StreamRef& ref) {
-    return *streamAt(*ref.layer->layer, ref.node);
+const std::vector<double>& framesOf(const TreeNode& leaf) {
+    return leaf.path != nullptr ? leaf.path->frames : leaf.stream->keys.frames;
 }
 
 bool isKey(const StreamRef& ref, AEGP_KeyframeIndex index) {
-    return index >= 0 && static_cast<std::size_t>(index) < streamOf(ref).keys.size();
+    return index >= 0 && static_cast<std::size_t>(index) < framesOf(*ref.node).size();
 }
 
 A_Err getStreamNumKFs(AEGP_StreamRefH handle, A_long* count) {
     const StreamRef* ref = state().usableStream(handle);
     if (ref == nullptr || count == nullptr)
         return A_Err_PARAMETER;
-    if (!isLeaf(ref->node)) {
+    if (typeOf(*ref->node) == AEGP_StreamType_NO_DATA) {
         *count = AEGP_NumKF_NO_DATA;
         return A_Err_NONE;
     }
     if (keyedLeaf(handle) == nullptr)
         return A_Err_GENERIC;
-    *count = static_cast<A_long>(streamOf(*ref).keys.size());
+    *count = static_cast<A_long>(framesOf(*ref->node).size());
     return A_Err_NONE;
 }
 
@@ -40,7 +45,7 @@ A_Err getKeyframeTime(AEGP_StreamRefH handle, AEGP_KeyframeIndex index, AEGP_LTi
     const StreamRef* ref = keyedLeaf(handle);
     if (ref == nullptr || !isKey(*ref, index) || !isValid(mode) || time == nullptr)
         return A_Err_PARAMETER;
-    const double frame = streamOf(*ref).keys.frames[static_cast<std::size_t>(index)];
+    const double frame = framesOf(*ref->node)[static_cast<std::size_t>(index)];
     *time = toHost(ref->layer->comp->composition->clock.timeOf(frame));
     return A_Err_NONE;
 }
@@ -49,21 +54,31 @@ A_Err deleteKeyframe(AEGP_StreamRefH handle, AEGP_KeyframeIndex index) {
     const StreamRef* ref = keyedLeaf(handle);
     if (ref == nullptr || !isKey(*ref, index))
         return A_Err_PARAMETER;
-    deleteKey(*ref->layer, ref->node, static_cast<std::size_t>(index));
+    if (ref->node->path != nullptr)
+        deleteKey(*ref->layer, *ref->node->path, static_cast<std::size_t>(index));
+    else
+        deleteKey(*ref->layer, *ref->node->stream, static_cast<std::size_t>(index));
     return A_Err_NONE;
+}
+
+AEGP_StreamVal2 keyValue(const TreeNode& leaf, AEGP_KeyframeIndex index) {
+    if (leaf.path != nullptr) {
+        AEGP_StreamVal2 value{};
+        value.mask = state().maskOutlines.add(leaf.path->values[static_cast<std::size_t>(index)]);
+        return value;
+    }
+    const Stream& stream = *leaf.stream;
+    Components components{};
+    std::copy_n(stream.keys.values.begin() + static_cast<std::ptrdiff_t>(index) * stream.components, stream.components,
+                components.begin());
+    return toSuiteValue(leaf, components);
 }
 
 A_Err getNewKeyframeValue(AEGP_PluginID, AEGP_StreamRefH handle, AEGP_KeyframeIndex index, AEGP_StreamValue2* value) {
     StreamRef* ref = keyedLeaf(handle);
     if (ref == nullptr || !isKey(*ref, index) || value == nullptr)
         return A_Err_PARAMETER;
-    const Stream& stream = streamOf(*ref);
-    Components components{};
-    std::copy_n(stream.keys.values.begin() + static_cast<std::ptrdiff_t>(index) * stream.components, stream.components,
-                components.begin());
-    *value = {handle, toSuiteValue(*ref->layer->layer, ref->node, components)};
-    ++ref->openValues;
-    ++state().valuesOut;
+    state().giveValue(handle, *ref, keyValue(*ref->node, index), *value);
     return A_Err_NONE;
 }
 
@@ -71,49 +86,72 @@ A_Err startAddKeyframes(AEGP_StreamRefH handle, AEGP_AddKeyframesInfoH* batch) {
     const StreamRef* ref = keyedLeaf(handle);
     if (ref == nullptr || batch == nullptr)
         return A_Err_PARAMETER;
-    *batch = state().batches.add({handle, keyComponents(*ref->layer->layer, ref->node), {}});
+    *batch = state().batches.add({handle, keyComponents(*ref->node), {}});
     return A_Err_NONE;
+}
+
+KeyBatch* batchOf(AEGP_AddKeyframesInfoH handle) {
+    KeyBatch* batch = state().batches.find(handle);
+    if (batch == nullptr)
+        state().noteUnknown(state().batches, handle);
+    return batch;
 }
 
 /// What a batch is for, if its stream is still usable and still has the components that the batch began with.
 StreamRef* targetOf(const KeyBatch* batch) {
     StreamRef* ref = batch == nullptr ? nullptr : keyedLeaf(batch->stream);
-    return ref != nullptr && keyComponents(*ref->layer->layer, ref->node) == batch->components ? ref : nullptr;
+    return ref != nullptr && keyComponents(*ref->node) == batch->components ? ref : nullptr;
 }
 
 A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_Time* time, A_long* index) {
-    KeyBatch* batch = state().batches.find(handle);
+    KeyBatch* batch = batchOf(handle);
     const StreamRef* ref = targetOf(batch);
-    if (ref == nullptr || !isValid(mode) || !isValid(time) || index == nullptr)
+    if (ref == nullptr || !isValid(mode) || !state().isValid(time) || index == nullptr)
         return A_Err_PARAMETER;
     const double frame = frameAt(*ref->layer->comp, *time);
-    const Components value = leafValueAt(*ref->layer->layer, ref->node, frame); // holds until one is set
-    *index = static_cast<A_long>(batch->keys.size());
+    *index = static_cast<A_long>(batch->keys.frames.size());
     batch->keys.frames.push_back(frame);
-    batch->keys.values.insert(batch->keys.values.end(), value.data(), value.data() + batch->components);
+    // The present value holds until one is set.
+    if (ref->node->path != nullptr) {
+        batch->outlines.push_back(valueAt(*ref->node->path, frame));
+    } else {
+        const Components value = leafValueAt(*ref->layer->layer, *ref->node, frame);
+        batch->keys.values.insert(batch->keys.values.end(), value.data(), value.data() + batch->components);
+    }
     return A_Err_NONE;
 }
 
 A_Err setAddKeyframe(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_StreamValue2* value) {
-    KeyBatch* batch = state().batches.find(handle);
+    KeyBatch* batch = batchOf(handle);
     const StreamRef* ref = targetOf(batch);
-    if (ref == nullptr || index < 0 || static_cast<std::size_t>(index) >= batch->keys.size() || value == nullptr)
+    if (ref == nullptr || index < 0 || static_cast<std::size_t>(index) >= batch->keys.frames.size() ||
+        !state().isValueFor(*ref->node, value))
         return A_Err_PARAMETER;
-    const Components components = fromSuiteValue(ref->node, value->val);
+    const auto place = static_cast<std::size_t>(index);
+    if (ref->node->path != nullptr) {
+        const PathValue& outline = *state().maskOutlines.find(value->val.mask);
+        if (!isFinite(outline))
+            return A_Err_PARAMETER;
+        batch->outlines[place] = outline;
+        return A_Err_NONE;
+    }
+    const Components components = fromSuiteValue(*ref->node, value->val);
     if (!isFinite(components))
         return A_Err_PARAMETER;
-    std::copy_n(components.data(), batch->components,
-                batch->keys.values.data() + static_cast<std::size_t>(index) * batch->components);
+    const auto given = std::min(batch->components, static_cast<std::size_t>(suiteComponents(*ref->node)));
+    std::copy_n(components.data(), given, batch->keys.values.data() + place * batch->components);
     return A_Err_NONE;
 }
 
 A_Err endAddKeyframes(A_Boolean commit, AEGP_AddKeyframesInfoH handle) {
-    KeyBatch* batch = state().batches.find(handle);
+    KeyBatch* batch = batchOf(handle);
     if (batch == nullptr)
         return A_Err_PARAMETER;
-    const StreamRef* ref = targetOf(batch);
-    if (commit && ref != nullptr)
-        addKeys(*ref->layer, ref->node, std::move(batch->keys));
+    const StreamRef* ref = commit ? targetOf(batch) : nullptr;
+    if (ref != nullptr && ref->node->path != nullptr)
+        addKeys(*ref->layer, *ref->node->path, batch->keys.frames, batch->outlines);
+    else if (ref != nullptr)
+        addKeys(*ref->layer, *ref->node, std::move(batch->keys));
     state().batches.remove(handle);
     return commit && ref == nullptr ? A_Err_PARAMETER : A_Err_NONE;
 }

@@ -3,7 +3,9 @@
 #include "standalone/document/evaluate.h"
 #include "standalone/suites/host_state.h"
 #include "standalone/suites/reparent.h"
+#include "standalone/suites/structure_edits.h"
 #include "standalone/suites/tables.h"
+#include "standalone/suites/text.h"
 
 namespace jostle::standalone {
 
@@ -137,6 +139,18 @@ A_Err getLayerOffset(AEGP_LayerH handle, A_Time* time) {
     return A_Err_NONE;
 }
 
+A_Err reorderLayer(AEGP_LayerH handle, A_long index) {
+    LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr)
+        return A_Err_PARAMETER;
+    const std::size_t count = entry->comp->layers.size();
+    const std::size_t place = index == AEGP_REORDER_LAYER_TO_END ? count - 1 : static_cast<std::size_t>(index);
+    if (place >= count)
+        return A_Err_PARAMETER;
+    moveLayer(*entry, place);
+    return A_Err_NONE;
+}
+
 A_Err getLayerObjectType(AEGP_LayerH handle, AEGP_ObjectType* type) {
     const LayerEntry* entry = state().layerOf(handle);
     if (entry == nullptr || type == nullptr)
@@ -178,10 +192,23 @@ A_Err getLayerID(AEGP_LayerH handle, AEGP_LayerIDVal* id) {
 
 A_Err getLayerToWorld(AEGP_LayerH handle, const A_Time* time, A_Matrix4* matrix) {
     const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || !isValid(time) || matrix == nullptr)
+    if (entry == nullptr || !state().isValid(time) || matrix == nullptr)
         return A_Err_PARAMETER;
     const Matrix4d world = worldMatrix(*entry->layer, frameAt(*entry->comp, *time));
     std::copy(&world.m[0][0], &world.m[0][0] + 16, &matrix->mat[0][0]);
+    return A_Err_NONE;
+}
+
+A_Err setLayerName(AEGP_LayerH handle, const A_UTF16Char* name) {
+    LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || name == nullptr)
+        return A_Err_PARAMETER;
+    std::string text = utf8Of(name);
+    if (text == entry->layer->name)
+        return A_Err_NONE;
+    state().journal.touchLayer(*entry);
+    entry->layer->name = std::move(text);
+    entry->layer->changed = true;
     return A_Err_NONE;
 }
 
@@ -200,6 +227,22 @@ A_Err setLayerParent(AEGP_LayerH handle, AEGP_LayerH parentHandle) {
     if (entry == nullptr || (parentHandle != nullptr && parent == nullptr))
         return A_Err_PARAMETER;
     return setParent(*entry, parent) ? A_Err_NONE : A_Err_PARAMETER;
+}
+
+A_Err removeLayer(AEGP_LayerH handle) {
+    LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr)
+        return A_Err_PARAMETER;
+    deleteLayer(*entry);
+    return A_Err_NONE;
+}
+
+A_Err copyLayer(AEGP_LayerH handle, AEGP_LayerH* duplicate) {
+    LayerEntry* entry = state().layerOf(handle);
+    if (entry == nullptr || duplicate == nullptr)
+        return A_Err_PARAMETER;
+    *duplicate = duplicateLayer(*entry);
+    return A_Err_NONE;
 }
 
 A_Err getLayerLabel(AEGP_LayerH handle, AEGP_LabelID* label) {
@@ -224,16 +267,16 @@ const AEGP_LayerSuite13 layerSuite{
     .AEGP_GetLayerInPoint = getLayerInPoint,
     .AEGP_GetLayerDuration = getLayerDuration,
     .AEGP_GetLayerOffset = getLayerOffset,
-    .AEGP_ReorderLayer = refused<"AEGP_ReorderLayer">,
+    .AEGP_ReorderLayer = reorderLayer,
     .AEGP_GetLayerObjectType = getLayerObjectType,
     .AEGP_IsLayer3D = isLayer3D,
     .AEGP_GetLayerID = getLayerID,
     .AEGP_GetLayerToWorldXform = getLayerToWorld,
-    .AEGP_SetLayerName = refused<"AEGP_SetLayerName">,
+    .AEGP_SetLayerName = setLayerName,
     .AEGP_GetLayerParent = getLayerParent,
     .AEGP_SetLayerParent = setLayerParent,
-    .AEGP_DeleteLayer = refused<"AEGP_DeleteLayer">,
-    .AEGP_DuplicateLayer = refused<"AEGP_DuplicateLayer">,
+    .AEGP_DeleteLayer = removeLayer,
+    .AEGP_DuplicateLayer = copyLayer,
     .AEGP_GetLayerLabel = getLayerLabel,
 };
 

@@ -5,6 +5,13 @@ namespace jostle::standalone {
 
 namespace {
 
+MemoryBlock* blockOf(AEGP_MemHandle handle) {
+    MemoryBlock* block = state().memory.find(handle);
+    if (block == nullptr)
+        state().noteUnknown(state().memory, handle);
+    return block;
+}
+
 A_Err newMemHandle(AEGP_PluginID, const A_char*, AEGP_MemSize size, AEGP_MemFlag, AEGP_MemHandle* handle) {
     if (handle == nullptr)
         return A_Err_PARAMETER;
@@ -14,14 +21,18 @@ A_Err newMemHandle(AEGP_PluginID, const A_char*, AEGP_MemSize size, AEGP_MemFlag
 
 A_Err freeMemHandle(AEGP_MemHandle handle) {
     const MemoryBlock* block = state().memory.find(handle);
-    if (block == nullptr || block->locks != 0)
+    if (block == nullptr) {
+        state().noteUnknown(state().memory, handle, Misuse::DisposedTwice);
         return A_Err_PARAMETER;
+    }
+    if (block->locks != 0)
+        return state().note(Misuse::UnbalancedLock);
     state().memory.remove(handle);
     return A_Err_NONE;
 }
 
 A_Err lockMemHandle(AEGP_MemHandle handle, void** content) {
-    MemoryBlock* block = state().memory.find(handle);
+    MemoryBlock* block = blockOf(handle);
     if (block == nullptr || content == nullptr)
         return A_Err_PARAMETER;
     ++block->locks;
@@ -30,15 +41,17 @@ A_Err lockMemHandle(AEGP_MemHandle handle, void** content) {
 }
 
 A_Err unlockMemHandle(AEGP_MemHandle handle) {
-    MemoryBlock* block = state().memory.find(handle);
-    if (block == nullptr || block->locks == 0)
+    MemoryBlock* block = blockOf(handle);
+    if (block == nullptr)
         return A_Err_PARAMETER;
+    if (block->locks == 0)
+        return state().note(Misuse::UnbalancedLock);
     --block->locks;
     return A_Err_NONE;
 }
 
 A_Err getMemHandleSize(AEGP_MemHandle handle, AEGP_MemSize* size) {
-    const MemoryBlock* block = state().memory.find(handle);
+    const MemoryBlock* block = blockOf(handle);
     if (block == nullptr || size == nullptr)
         return A_Err_PARAMETER;
     *size = static_cast<AEGP_MemSize>(block->size);

@@ -92,11 +92,11 @@ void foldPosition(LayerEntry& entry, double x, double y) {
     Transform& transform = entry.layer->transform;
     if (transform.separated) {
         if (transform.positionX.keys.empty())
-            setStaticValue(entry, StreamNode::PositionX, {x, 0, 0});
+            setStaticValue(entry, transform.positionX, 1, {x, 0, 0});
         if (transform.positionY.keys.empty())
-            setStaticValue(entry, StreamNode::PositionY, {y, 0, 0});
+            setStaticValue(entry, transform.positionY, 1, {y, 0, 0});
     } else if (transform.position.keys.empty()) {
-        setStaticValue(entry, StreamNode::Position, {x, y, transform.position.value[2]});
+        setStaticValue(entry, transform.position, 2, {x, y, 0});
     }
 }
 
@@ -111,9 +111,9 @@ void fold(LayerEntry& entry, const Matrix4d& wanted) {
     foldPosition(entry, anchor[0] * m[0][0] + anchor[1] * m[1][0] + m[3][0],
                  anchor[0] * m[0][1] + anchor[1] * m[1][1] + m[3][1]);
     if (transform.rotation.keys.empty())
-        setStaticValue(entry, StreamNode::Rotation, {pose.turn - orientation, 0, 0});
+        setStaticValue(entry, transform.rotation, 1, {pose.turn - orientation, 0, 0});
     if (transform.scale.keys.empty())
-        setStaticValue(entry, StreamNode::Scale, {100 * pose.scaleX, 100 * pose.scaleY, transform.scale.value[2]});
+        setStaticValue(entry, transform.scale, 2, {100 * pose.scaleX, 100 * pose.scaleY, 0});
 }
 
 } // namespace

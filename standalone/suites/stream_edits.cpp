@@ -13,9 +13,9 @@ namespace {
 
 constexpr double missingDepthScale = 100; // percent
 
-/// Spatial streams that a file gives one component only take their second with the first change.
-int storedComponents(const Stream& stream, StreamNode leaf) {
-    return factsOf(leaf).components == 3 && stream.keys.empty() ? std::max(stream.components, 2) : stream.components;
+/// Streams that a file gives one component only take their second with the first change.
+int storedComponents(const Stream& stream, int count) {
+    return count > 1 && stream.keys.empty() ? std::max(stream.components, 2) : stream.components;
 }
 
 bool rises(const std::vector<double>& frames) {
@@ -71,50 +71,83 @@ KeyTrack merged(const KeyTrack& old, const KeyTrack& added, std::size_t componen
 
 } // namespace
 
-Components leafValueAt(Layer& layer, StreamNode leaf, double frame) {
-    return leaf == StreamNode::Position ? positionAt(layer.transform, frame) : valueAt(*streamAt(layer, leaf), frame);
+int suiteComponents(const TreeNode& leaf) {
+    switch (factsOf(leaf).form) {
+    case ValueForm::One:
+        return 1;
+    case ValueForm::Two:
+    case ValueForm::TwoSpatial:
+        return 2;
+    case ValueForm::Three:
+    case ValueForm::ThreeSpatial:
+    case ValueForm::Color:
+        return 3;
+    default:
+        return 0;
+    }
 }
 
-AEGP_StreamVal2 toSuiteValue(const Layer& layer, StreamNode leaf, const Components& value) {
+Components leafValueAt(const Layer& layer, const TreeNode& leaf, double frame) {
+    return leaf.kind == NodeKind::Position ? positionAt(layer.transform, frame) : valueAt(*leaf.stream, frame);
+}
+
+AEGP_StreamVal2 toSuiteValue(const TreeNode& leaf, const Components& value) {
     AEGP_StreamVal2 suiteValue{};
-    if (factsOf(leaf).components == 1) {
-        suiteValue.one_d = value[0];
+    if (factsOf(leaf).form == ValueForm::Color) {
+        suiteValue.color = {1, value[0], value[1], value[2]};
         return suiteValue;
     }
-    const bool lacksDepth = leaf == StreamNode::Scale && layer.transform.scale.components < 3;
-    suiteValue.three_d = {value[0], value[1], lacksDepth ? missingDepthScale : value[2]};
+    switch (suiteComponents(leaf)) {
+    case 1:
+        suiteValue.one_d = value[0];
+        break;
+    case 2:
+        suiteValue.two_d = {value[0], value[1]};
+        break;
+    default: {
+        const bool lacksDepth = leaf.kind == NodeKind::Scale && leaf.stream->components < 3;
+        suiteValue.three_d = {value[0], value[1], lacksDepth ? missingDepthScale : value[2]};
+    }
+    }
     return suiteValue;
 }
 
-Components fromSuiteValue(StreamNode leaf, const AEGP_StreamVal2& value) {
-    if (factsOf(leaf).components == 1)
+Components fromSuiteValue(const TreeNode& leaf, const AEGP_StreamVal2& value) {
+    if (factsOf(leaf).form == ValueForm::Color)
+        return {value.color.redF, value.color.greenF, value.color.blueF};
+    switch (suiteComponents(leaf)) {
+    case 1:
         return {value.one_d, 0, 0};
-    return {value.three_d.x, value.three_d.y, value.three_d.z};
+    case 2:
+        return {value.two_d.x, value.two_d.y, 0};
+    default:
+        return {value.three_d.x, value.three_d.y, value.three_d.z};
+    }
 }
 
 bool isFinite(const Components& value) {
     return std::all_of(value.begin(), value.end(), [](double component) { return std::isfinite(component); });
 }
 
-void setStaticValue(LayerEntry& entry, StreamNode leaf, const Components& value) {
-    Stream& stream = *streamAt(*entry.layer, leaf);
-    const int components = storedComponents(stream, leaf);
-    const std::size_t bytes = static_cast<std::size_t>(components) * sizeof(double);
+void setStaticValue(LayerEntry& entry, Stream& stream, int count, const Components& value) {
+    const int components = storedComponents(stream, count);
+    const int given = std::min(components, count);
+    const std::size_t bytes = static_cast<std::size_t>(given) * sizeof(double);
     if (components == stream.components && std::memcmp(stream.value.data(), value.data(), bytes) == 0)
         return;
-    state().journal.touchStream(entry, leaf);
+    state().journal.touchStream(entry, stream);
     stream.components = components;
-    std::copy_n(value.begin(), components, stream.value.begin());
+    std::copy_n(value.begin(), given, stream.value.begin());
     stream.changed = true;
 }
 
-std::size_t keyComponents(Layer& layer, StreamNode leaf) {
-    return static_cast<std::size_t>(storedComponents(*streamAt(layer, leaf), leaf));
+std::size_t keyComponents(const TreeNode& leaf) {
+    return leaf.stream == nullptr ? 0
+                                  : static_cast<std::size_t>(storedComponents(*leaf.stream, suiteComponents(leaf)));
 }
 
-void deleteKey(LayerEntry& entry, StreamNode leaf, std::size_t index) {
-    Stream& stream = *streamAt(*entry.layer, leaf);
-    state().journal.touchStream(entry, leaf);
+void deleteKey(LayerEntry& entry, Stream& stream, std::size_t index) {
+    state().journal.touchStream(entry, stream);
     KeyTrack& keys = stream.keys;
     const auto components = static_cast<std::ptrdiff_t>(stream.components);
     const auto place = static_cast<std::ptrdiff_t>(index);
@@ -130,12 +163,12 @@ void deleteKey(LayerEntry& entry, StreamNode leaf, std::size_t index) {
     stream.changed = true;
 }
 
-void addKeys(LayerEntry& entry, StreamNode leaf, KeyTrack batch) {
+void addKeys(LayerEntry& entry, const TreeNode& leaf, KeyTrack batch) {
     if (batch.empty())
         return;
-    Stream& stream = *streamAt(*entry.layer, leaf);
-    state().journal.touchStream(entry, leaf);
-    stream.components = storedComponents(stream, leaf);
+    Stream& stream = *leaf.stream;
+    state().journal.touchStream(entry, stream);
+    stream.components = storedComponents(stream, suiteComponents(leaf));
     const auto components = static_cast<std::size_t>(stream.components);
     if (!rises(batch.frames))
         batch = ordered(batch, components);

@@ -6,27 +6,32 @@
 /// Changes to streams. Each goes through the journal and marks what the writer has to replace.
 namespace jostle::standalone {
 
-/// Value of a leaf at a composition frame; the position of separated dimensions too.
-[[nodiscard]] Components leafValueAt(Layer& layer, StreamNode leaf, double frame);
+/// How many numbers the suites carry for a leaf: 1 to 3; 0 for outlines.
+[[nodiscard]] int suiteComponents(const TreeNode& leaf);
 
-/// As the suites carry it: a scale without a third component gets 100 there.
-[[nodiscard]] AEGP_StreamVal2 toSuiteValue(const Layer& layer, StreamNode leaf, const Components& value);
-[[nodiscard]] Components fromSuiteValue(StreamNode leaf, const AEGP_StreamVal2& value);
+/// Value of a leaf of numbers at a composition frame; the position of separated dimensions too.
+[[nodiscard]] Components leafValueAt(const Layer& layer, const TreeNode& leaf, double frame);
+
+/// As the suites carry it: a scale without a third component gets 100 there, a colour an alpha of 1.
+[[nodiscard]] AEGP_StreamVal2 toSuiteValue(const TreeNode& leaf, const Components& value);
+/// @return components that the suites do not carry for this leaf are 0
+[[nodiscard]] Components fromSuiteValue(const TreeNode& leaf, const AEGP_StreamVal2& value);
 
 /// Whether no component is infinite or not a number.
 [[nodiscard]] bool isFinite(const Components& value);
 
 /// Gives a stream without keys a value. One that is bit for bit its present value changes nothing.
-void setStaticValue(LayerEntry& entry, StreamNode leaf, const Components& value);
+/// @param count  how many components of `value` count; those of the stream beyond keep theirs
+void setStaticValue(LayerEntry& entry, Stream& stream, int count, const Components& value);
 
-/// Number of components per key that a batch for this stream holds.
-[[nodiscard]] std::size_t keyComponents(Layer& layer, StreamNode leaf);
+/// Number of components per key that a batch for this leaf holds.
+[[nodiscard]] std::size_t keyComponents(const TreeNode& leaf);
 
 /// Takes a key away; the last one leaves its value as the static one.
 /// @param index  0 to the number of keys - 1
-void deleteKey(LayerEntry& entry, StreamNode leaf, std::size_t index);
+void deleteKey(LayerEntry& entry, Stream& stream, std::size_t index);
 
 /// Adds keys in any order. Of several at one frame the last given counts, and it replaces a key that stood there.
-void addKeys(LayerEntry& entry, StreamNode leaf, KeyTrack batch);
+void addKeys(LayerEntry& entry, const TreeNode& leaf, KeyTrack batch);
 
 } // namespace jostle::standalone

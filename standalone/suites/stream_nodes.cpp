@@ -1,100 +1,33 @@
 #include "standalone/suites/stream_nodes.h"
 
-#include <array>
+#include <algorithm>
+#include <cassert>
 
 namespace jostle::standalone {
 
 namespace {
 
-using Node = StreamNode;
+using Kind = NodeKind;
 
-constexpr auto leaf = AEGP_StreamGroupingType_LEAF;
-constexpr auto named = AEGP_StreamGroupingType_NAMED_GROUP;
-constexpr auto indexed = AEGP_StreamGroupingType_INDEXED_GROUP;
-
-// In the order of StreamNode.
-constexpr std::array<StreamNodeFacts, streamNodeCount> facts{{
-    {Node::Root, "", "", 0, named, AEGP_StreamType_NO_DATA, 0},
-    {Node::Root, "ADBE Mask Parade", "Masks", 1, indexed, AEGP_StreamType_NO_DATA, 0},
-    {Node::Root, "ADBE Transform Group", "Transform", 1, named, AEGP_StreamType_NO_DATA, 0},
-    {Node::TransformGroup, "ADBE Anchor Point", "Anchor Point", 2, leaf, AEGP_StreamType_ThreeD_SPATIAL, 3},
-    {Node::TransformGroup, "ADBE Position", "Position", 2, leaf, AEGP_StreamType_ThreeD_SPATIAL, 3},
-    {Node::TransformGroup, "ADBE Position_0", "X Position", 2, leaf, AEGP_StreamType_OneD, 1},
-    {Node::TransformGroup, "ADBE Position_1", "Y Position", 2, leaf, AEGP_StreamType_OneD, 1},
-    {Node::TransformGroup, "ADBE Position_2", "Z Position", 2, leaf, AEGP_StreamType_OneD, 1},
-    {Node::TransformGroup, "ADBE Scale", "Scale", 2, leaf, AEGP_StreamType_ThreeD, 3},
-    {Node::TransformGroup, "ADBE Rotate Z", "Rotation", 2, leaf, AEGP_StreamType_OneD, 1},
-}};
-
-constexpr std::array rootChildren{Node::MaskParade, Node::TransformGroup};
-constexpr std::array transformChildren{Node::Anchor, Node::Position, Node::Scale, Node::Rotation};
-
-bool isFollower(Node node) {
-    return node == Node::PositionX || node == Node::PositionY || node == Node::PositionZ;
+bool isFollower(const TreeNode& node) {
+    return node.kind == Kind::PositionX || node.kind == Kind::PositionY || node.kind == Kind::PositionZ;
 }
 
-} // namespace
-
-const StreamNodeFacts& factsOf(StreamNode node) {
-    return facts[static_cast<std::size_t>(node)];
+bool hasMasks(LayerKind kind) {
+    return kind != LayerKind::Camera && kind != LayerKind::Light;
 }
 
-A_long childCount(const Layer& layer, StreamNode group) {
-    switch (group) {
-    case Node::Root:
-        return static_cast<A_long>(rootChildren.size());
-    case Node::TransformGroup:
-        return static_cast<A_long>(transformChildren.size());
-    case Node::MaskParade:
-        return layer.maskCount;
-    default:
-        return 0;
-    }
+/// Adds a list to a root that has none of the kind.
+void ensureList(TreeNode& root, Kind kind, std::size_t place) {
+    if (childOf(root, kind) != nullptr)
+        return;
+    addNode(root, kind);
+    const auto at = root.children.begin() + static_cast<std::ptrdiff_t>(std::min(place, root.children.size() - 1));
+    std::rotate(at, root.children.end() - 1, root.children.end());
 }
 
-std::optional<StreamNode> childAt(StreamNode group, A_long index) {
-    const auto place = static_cast<std::size_t>(index);
-    if (group == Node::Root && place < rootChildren.size())
-        return rootChildren[place];
-    if (group == Node::TransformGroup && place < transformChildren.size())
-        return transformChildren[place];
-    return std::nullopt;
-}
-
-std::optional<StreamNode> childNamed(const Layer& layer, StreamNode group, std::string_view matchName) {
-    for (std::size_t i = 1; i < facts.size(); ++i) {
-        const auto node = static_cast<Node>(i);
-        if (facts[i].parent == group && matchName == facts[i].matchName &&
-            (layer.transform.separated || !isFollower(node)))
-            return node;
-    }
-    return std::nullopt;
-}
-
-Stream* streamAt(Layer& layer, StreamNode node) {
-    Transform& transform = layer.transform;
-    switch (node) {
-    case Node::Anchor:
-        return &transform.anchor;
-    case Node::Position:
-        return &transform.position;
-    case Node::PositionX:
-        return &transform.positionX;
-    case Node::PositionY:
-        return &transform.positionY;
-    case Node::PositionZ:
-        return &transform.positionZ;
-    case Node::Scale:
-        return &transform.scale;
-    case Node::Rotation:
-        return &transform.rotation;
-    default:
-        return nullptr;
-    }
-}
-
-const char* rootMatchName(const Layer& layer) {
-    switch (layer.kind) {
+const char* rootMatchName(LayerKind kind) {
+    switch (kind) {
     case LayerKind::Shape:
         return "ADBE Vector Layer";
     case LayerKind::Text:
@@ -106,6 +39,119 @@ const char* rootMatchName(const Layer& layer) {
     default:
         return "ADBE AV Layer";
     }
+}
+
+} // namespace
+
+TreeNode& streamTreeOf(const Composition& composition, Layer& layer) {
+    TreeNode& root = treeOf(composition, layer);
+    const bool isShape = layer.kind == LayerKind::Shape;
+    if (isShape)
+        ensureList(root, Kind::VectorsRoot, 0);
+    if (hasMasks(layer.kind))
+        ensureList(root, Kind::MaskParade, isShape ? 1 : 0);
+    return root;
+}
+
+TreeNode& transformLeaf(const TreeNode& root, NodeKind kind) {
+    const TreeNode* group = childOf(root, Kind::TransformGroup);
+    TreeNode* leaf = group == nullptr ? nullptr : childOf(*group, kind);
+    assert(leaf != nullptr && "every tree has the transform");
+    return *leaf;
+}
+
+AEGP_StreamGroupingType groupingOf(const TreeNode& node) {
+    switch (factsOf(node).grouping) {
+    case Grouping::Named:
+        return AEGP_StreamGroupingType_NAMED_GROUP;
+    case Grouping::Indexed:
+        return AEGP_StreamGroupingType_INDEXED_GROUP;
+    default:
+        return AEGP_StreamGroupingType_LEAF;
+    }
+}
+
+AEGP_StreamType typeOf(const TreeNode& node) {
+    switch (factsOf(node).form) {
+    case ValueForm::One:
+        return AEGP_StreamType_OneD;
+    case ValueForm::Two:
+        return AEGP_StreamType_TwoD;
+    case ValueForm::TwoSpatial:
+        return AEGP_StreamType_TwoD_SPATIAL;
+    case ValueForm::Three:
+        return AEGP_StreamType_ThreeD;
+    case ValueForm::ThreeSpatial:
+        return AEGP_StreamType_ThreeD_SPATIAL;
+    case ValueForm::Color:
+        return AEGP_StreamType_COLOR;
+    case ValueForm::Path:
+        return AEGP_StreamType_MASK;
+    default:
+        return AEGP_StreamType_NO_DATA;
+    }
+}
+
+A_long depthOf(const TreeNode& node) {
+    A_long depth = 0;
+    for (const TreeNode* above = node.parent; above != nullptr; above = above->parent)
+        ++depth;
+    return depth;
+}
+
+A_long childCount(const TreeNode& group) {
+    const auto& children = group.children;
+    const auto followers = group.kind != Kind::TransformGroup
+                               ? 0
+                               : std::count_if(children.begin(), children.end(),
+                                               [](const auto& child) { return isFollower(*child); });
+    return static_cast<A_long>(static_cast<std::ptrdiff_t>(children.size()) - followers);
+}
+
+TreeNode* childAt(const TreeNode& group, A_long index) {
+    if (index < 0)
+        return nullptr;
+    if (group.kind != Kind::TransformGroup) {
+        const auto place = static_cast<std::size_t>(index);
+        return place < group.children.size() ? group.children[place].get() : nullptr;
+    }
+    for (const auto& child : group.children) {
+        if (!isFollower(*child) && index-- == 0)
+            return child.get();
+    }
+    return nullptr;
+}
+
+TreeNode* childNamed(const Layer& layer, const TreeNode& group, std::string_view matchName) {
+    for (const auto& child : group.children) {
+        if (matchName == matchNameOf(layer, *child) && (layer.transform.separated || !isFollower(*child)))
+            return child.get();
+    }
+    return nullptr;
+}
+
+std::size_t placeInParent(const TreeNode& node) {
+    const auto& siblings = node.parent->children;
+    const auto found =
+        std::find_if(siblings.begin(), siblings.end(), [&](const auto& sibling) { return sibling.get() == &node; });
+    return static_cast<std::size_t>(found - siblings.begin());
+}
+
+std::string_view matchNameOf(const Layer& layer, const TreeNode& node) {
+    if (node.kind == Kind::Root)
+        return rootMatchName(layer.kind);
+    return node.kind == Kind::OtherElement ? std::string_view(node.matchName) : factsOf(node).matchName;
+}
+
+std::string displayNameOf(const Layer& layer, const TreeNode& node) {
+    if (node.kind == Kind::Root)
+        return layer.name;
+    if (!node.name.empty())
+        return node.name;
+    std::string name = factsOf(node).displayName;
+    if (!name.empty() && node.parent != nullptr && factsOf(*node.parent).grouping == Grouping::Indexed)
+        name += ' ' + std::to_string(placeInParent(node) + 1);
+    return name;
 }
 
 } // namespace jostle::standalone

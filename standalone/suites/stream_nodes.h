@@ -1,64 +1,50 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <optional>
+#include <string>
 #include <string_view>
 
 #include "host/suites.h"
 #include "standalone/document/composition.h"
 
+/// A layer's tree of streams as the suites show it.
 namespace jostle::standalone {
 
-/// Places in the tree of a layer's streams.
-enum class StreamNode : std::uint8_t {
-    Root,
-    MaskParade,
-    TransformGroup,
-    Anchor,
-    Position,
-    PositionX,
-    PositionY,
-    PositionZ,
-    Scale,
-    Rotation,
-};
-inline constexpr std::size_t streamNodeCount = 10;
+/// Root of a layer's tree, with the groups that a host shows for layers of its kind even when they hold nothing.
+[[nodiscard]] TreeNode& streamTreeOf(const Composition& composition, Layer& layer);
 
-/// The fixed facts of one place in the tree.
-struct StreamNodeFacts {
-    StreamNode parent;
-    const char* matchName;
-    const char* name;
-    A_long depth;
-    AEGP_StreamGroupingType grouping;
-    AEGP_StreamType type;
-    int components; ///< of values as the suites carry them: 0 for groups, 1 or 3
-};
-[[nodiscard]] const StreamNodeFacts& factsOf(StreamNode node);
+/// A leaf of the layer's transform.
+/// @param root  of the layer's tree
+[[nodiscard]] TreeNode& transformLeaf(const TreeNode& root, NodeKind kind);
 
-[[nodiscard]] inline bool isLeaf(StreamNode node) {
-    return factsOf(node).grouping == AEGP_StreamGroupingType_LEAF;
+[[nodiscard]] inline bool isLeaf(const TreeNode& node) {
+    return factsOf(node).grouping == Grouping::Leaf;
 }
+[[nodiscard]] AEGP_StreamGroupingType groupingOf(const TreeNode& node);
+[[nodiscard]] AEGP_StreamType typeOf(const TreeNode& node);
 
-/// Number of children; masks for the mask parade.
-[[nodiscard]] A_long childCount(const Layer& layer, StreamNode group);
+/// Steps from the root.
+[[nodiscard]] A_long depthOf(const TreeNode& node);
 
-/// Child of a named group; none outside 0 to `childCount` - 1, or for the mask parade.
-[[nodiscard]] std::optional<StreamNode> childAt(StreamNode group, A_long index);
+/// Number of children. The single dimensions of a position are not among them.
+[[nodiscard]] A_long childCount(const TreeNode& group);
 
-/// Child of a named group, the followers of a separated position included.
-[[nodiscard]] std::optional<StreamNode> childNamed(const Layer& layer, StreamNode group, std::string_view matchName);
+/// Child of a group; null outside 0 to `childCount` - 1.
+[[nodiscard]] TreeNode* childAt(const TreeNode& group, A_long index);
 
-/// The layer's stream; null for groups.
-[[nodiscard]] Stream* streamAt(Layer& layer, StreamNode node);
+/// Child of a named group, the single dimensions of a separated position included; null if there is none.
+[[nodiscard]] TreeNode* childNamed(const Layer& layer, const TreeNode& group, std::string_view matchName);
 
-/// Match name of the root, by the kind of layer.
-[[nodiscard]] const char* rootMatchName(const Layer& layer);
+/// Place of a node among its parent's children; not for the root.
+[[nodiscard]] std::size_t placeInParent(const TreeNode& node);
+
+[[nodiscard]] std::string_view matchNameOf(const Layer& layer, const TreeNode& node);
+
+/// UTF-8. Nodes of lists that have no name are counted, as in "Mask 2".
+[[nodiscard]] std::string displayNameOf(const Layer& layer, const TreeNode& node);
 
 /// Whether the node is a position whose dimensions are separated: its keys are its followers'.
-[[nodiscard]] inline bool isSeparatedLeader(const Layer& layer, StreamNode node) {
-    return node == StreamNode::Position && layer.transform.separated;
+[[nodiscard]] inline bool isSeparatedLeader(const Layer& layer, const TreeNode& node) {
+    return node.kind == NodeKind::Position && layer.transform.separated;
 }
 
 } // namespace jostle::standalone

@@ -48,6 +48,36 @@ std::u16string utf16Of(std::string_view utf8) {
     return units;
 }
 
+std::string utf8Of(const char16_t* utf16) {
+    const auto isHigh = [](char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; };
+    const auto isLow = [](char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; };
+    std::string bytes;
+    const auto tail = [&](char32_t bits) { bytes += static_cast<char>(0x80 | (bits & 0x3F)); };
+    for (; *utf16 != 0; ++utf16) {
+        char32_t character = *utf16;
+        if (isHigh(character) && isLow(utf16[1]))
+            character = 0x10000 + ((character - 0xD800) << 10) + (*++utf16 - 0xDC00u);
+        else if (isHigh(character) || isLow(character))
+            character = replacement;
+        if (character < 0x80) {
+            bytes += static_cast<char>(character);
+        } else if (character < 0x800) {
+            bytes += static_cast<char>(0xC0 | (character >> 6));
+            tail(character);
+        } else if (character < 0x10000) {
+            bytes += static_cast<char>(0xE0 | (character >> 12));
+            tail(character >> 6);
+            tail(character);
+        } else {
+            bytes += static_cast<char>(0xF0 | (character >> 18));
+            tail(character >> 12);
+            tail(character >> 6);
+            tail(character);
+        }
+    }
+    return bytes;
+}
+
 std::string_view startOf(std::string_view utf8, std::size_t limit) {
     if (utf8.size() <= limit)
         return utf8;

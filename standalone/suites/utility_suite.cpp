@@ -13,11 +13,13 @@ A_Err reportInfo(AEGP_PluginID, const A_char* text) {
 }
 
 A_Err startUndoGroup(const A_char* name) {
-    return state().journal.begin(name == nullptr ? "" : name) ? A_Err_NONE : A_Err_GENERIC;
+    if (!state().journal.begin(name == nullptr ? "" : name))
+        return state().note(Misuse::UndoGroupNested, A_Err_GENERIC);
+    return A_Err_NONE;
 }
 
 A_Err endUndoGroup() {
-    return state().journal.end() ? A_Err_NONE : A_Err_GENERIC;
+    return state().journal.end() ? A_Err_NONE : state().note(Misuse::UndoGroupNotBegun, A_Err_GENERIC);
 }
 
 A_Err getMainWindow(void* mainWindow) {
