@@ -72,6 +72,18 @@ inline void setParent(DocumentLayer& child, DocumentLayer& parent) {
     child.parentId = parent.id;
 }
 
+/// Gives a layer masks without outlines.
+inline void addMasks(DocumentLayer& layer, int count) {
+    using namespace standalone;
+    if (!layer.tree)
+        layer.tree = bareTree(layer);
+    TreeNode* masks = childOf(*layer.tree, NodeKind::MaskParade);
+    if (masks == nullptr)
+        masks = &addNode(*layer.tree, NodeKind::MaskParade);
+    for (int i = 0; i < count; ++i)
+        addNode(*masks, NodeKind::Mask);
+}
+
 /// A parent for others: a null at (100, 50), without an anchor.
 inline DocumentLayer& addNull(Document& document) {
     DocumentLayer& layer = addLayer(document, LayerKind::Null);

@@ -21,9 +21,8 @@ std::unique_ptr<Document> mixedDocument() {
     DocumentLayer& separated = addLayer(*document);
     separated.transform.separated = true;
     separated.transform.positionX = separated.transform.positionY = constantStream(1, {60, 0, 0});
-    separated.maskCount = 0;
     setParent(separated, addNull(*document));
-    addLayer(*document).maskCount = 1;
+    addMasks(addLayer(*document), 1);
     return document;
 }
 

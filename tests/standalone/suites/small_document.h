@@ -122,10 +122,25 @@ public:
         return read;
     }
 
+    /// A value as the stream has it at frame 0, to be disposed of.
+    AEGP_StreamValue2 open(AEGP_StreamRefH stream) {
+        const A_Time start{0, 1};
+        AEGP_StreamValue2 record{};
+        EXPECT_EQ(table<AEGP_StreamSuite9>().AEGP_GetNewStreamValue(id(), stream, AEGP_LTimeMode_CompTime, &start, 1,
+                                                                    &record),
+                  A_Err_NONE);
+        return record;
+    }
+    void close(AEGP_StreamValue2& record) {
+        EXPECT_EQ(table<AEGP_StreamSuite9>().AEGP_DisposeStreamValue(&record), A_Err_NONE);
+    }
+
     A_Err set(AEGP_StreamRefH stream, const AEGP_ThreeDVal& wanted) {
-        AEGP_StreamValue2 record{stream, {}};
+        AEGP_StreamValue2 record = open(stream);
         record.val.three_d = wanted;
-        return table<AEGP_StreamSuite9>().AEGP_SetStreamValue(id(), stream, &record);
+        const A_Err error = table<AEGP_StreamSuite9>().AEGP_SetStreamValue(id(), stream, &record);
+        close(record);
+        return error;
     }
 
     /// Adds keys of one component in one batch.
@@ -133,14 +148,15 @@ public:
         const auto& keyframes = table<AEGP_KeyframeSuite4>();
         AEGP_AddKeyframesInfoH batch = nullptr;
         ASSERT_EQ(keyframes.AEGP_StartAddKeyframes(stream, &batch), A_Err_NONE);
+        AEGP_StreamValue2 record = open(stream);
         for (const auto& [frame, number] : keys) {
             const A_Time time{frame, 25};
             A_long index = -1;
             EXPECT_EQ(keyframes.AEGP_AddKeyframes(batch, AEGP_LTimeMode_CompTime, &time, &index), A_Err_NONE);
-            AEGP_StreamValue2 record{stream, {}};
             record.val.one_d = number;
             EXPECT_EQ(keyframes.AEGP_SetAddKeyframe(batch, index, &record), A_Err_NONE);
         }
+        close(record);
         EXPECT_EQ(keyframes.AEGP_EndAddKeyframes(1, batch), A_Err_NONE);
     }
 
