@@ -34,11 +34,11 @@ constexpr OfferedSuite offer(const Suite& table) {
 }
 
 constexpr std::array offeredSuites{
-    offer(registerSuite),       offer(commandSuite),        offer(utilitySuite),    offer(utilitySuite7),
-    offer(memorySuite),         offer(projSuite),           offer(itemSuite),       offer(itemSuite11),
-    offer(compSuite),           offer(compSuite11),         offer(layerSuite),      offer(layerSuite11),
-    offer(streamSuite),         offer(streamSuite7),        offer(streamSuite8),    offer(dynamicStreamSuite),
-    offer(dynamicStreamSuite2), offer(dynamicStreamSuite3), offer(keyframeSuite),   offer(layerMaskSuite),
+    offer(registerSuite),       offer(commandSuite),        offer(utilitySuite),     offer(utilitySuite7),
+    offer(memorySuite),         offer(projSuite),           offer(itemSuite),        offer(itemSuite11),
+    offer(compSuite),           offer(compSuite11),         offer(layerSuite),       offer(layerSuite11),
+    offer(streamSuite),         offer(streamSuite7),        offer(streamSuite8),     offer(dynamicStreamSuite),
+    offer(dynamicStreamSuite2), offer(dynamicStreamSuite3), offer(keyframeSuite),    offer(layerMaskSuite),
     offer(collectionSuite),     offer(footageSuite),        offer(maskOutlineSuite), offer(textLayerSuite),
     offer(pathDataSuite),       offer(persistentDataSuite),
 };
@@ -108,8 +108,8 @@ SPBasicSuite basicSuite{acquireSuite, releaseSuite, isEqual, allocateBlock, free
 } // namespace
 
 bool HandOuts::allReturned() const {
-    return streams == 0 && values == 0 && masks == 0 && maskOutlines == 0 && textOutlines == 0 && memory == 0 && collections == 0 && keyBatches == 0 && suites == 0 &&
-           undoGroups == 0;
+    return streams == 0 && values == 0 && masks == 0 && maskOutlines == 0 && textOutlines == 0 && memory == 0 &&
+           collections == 0 && keyBatches == 0 && suites == 0 && undoGroups == 0;
 }
 
 std::string HandOuts::text() const {

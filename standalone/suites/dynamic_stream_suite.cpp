@@ -1,5 +1,6 @@
 #include <string_view>
 
+#include "standalone/suites/dimensions.h"
 #include "standalone/suites/host_state.h"
 #include "standalone/suites/stream_nodes.h"
 #include "standalone/suites/structure_edits.h"
@@ -110,6 +111,14 @@ A_Err areDimensionsSeparated(AEGP_StreamRefH handle, A_Boolean* separated) {
     return A_Err_NONE;
 }
 
+A_Err setSeparated(AEGP_StreamRefH handle, A_Boolean separated) {
+    const StreamRef* leader = leaderOf(handle);
+    if (leader == nullptr)
+        return A_Err_PARAMETER;
+    setDimensionsSeparated(*leader->layer, separated != 0);
+    return A_Err_NONE;
+}
+
 A_Err getSeparationFollower(AEGP_StreamRefH handle, A_short dimension, AEGP_StreamRefH* follower) {
     const StreamRef* leader = leaderOf(handle);
     if (leader == nullptr || dimension < 0 || dimension > 2 || follower == nullptr)
@@ -117,7 +126,8 @@ A_Err getSeparationFollower(AEGP_StreamRefH handle, A_short dimension, AEGP_Stre
     if (!leader->layer->layer->transform.separated)
         return A_Err_GENERIC;
     constexpr NodeKind followers[] = {NodeKind::PositionX, NodeKind::PositionY, NodeKind::PositionZ};
-    *follower = state().giveStream(leader->layerHandle, transformLeaf(*leader->layer->layer->tree, followers[dimension]));
+    *follower =
+        state().giveStream(leader->layerHandle, transformLeaf(*leader->layer->layer->tree, followers[dimension]));
     return A_Err_NONE;
 }
 
@@ -135,7 +145,7 @@ const AEGP_DynamicStreamSuite5 dynamicStreamSuite{
     .AEGP_GetNewParentStreamRef = getNewParentStreamRef,
     .AEGP_IsSeparationLeader = isSeparationLeader,
     .AEGP_AreDimensionsSeparated = areDimensionsSeparated,
-    .AEGP_SetDimensionsSeparated = refused<"AEGP_SetDimensionsSeparated">,
+    .AEGP_SetDimensionsSeparated = setSeparated,
     .AEGP_GetSeparationFollower = getSeparationFollower,
 };
 

@@ -93,6 +93,13 @@ void HostState::arrange(CompEntry& comp, std::vector<AEGP_LayerH> order) {
         composition.layers.push_back(std::move(entry.kept));
     }
     comp.layers = std::move(order);
+    for (const auto& layer : composition.layers) {
+        if (layer->parent == nullptr || layerHandles.count(layer->parent) > 0)
+            continue;
+        layer->parent = nullptr; // undone under a layer that was hung on it without a record
+        layer->parentId = noParent;
+        layer->changed = true;
+    }
 }
 
 AEGP_LayerH HostState::insertLayer(CompEntry& comp, std::unique_ptr<Layer> layer, std::size_t place) {

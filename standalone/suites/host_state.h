@@ -80,8 +80,8 @@ struct Collection {
 /// Keys gathered for one stream, in the layout of its track.
 struct KeyBatch {
     AEGP_StreamRefH stream = nullptr;
-    std::size_t components = 1;       ///< numbers per key; 0 for outlines
-    KeyTrack keys;                    ///< of outlines the frames alone
+    std::size_t components = 1;        ///< numbers per key; 0 for outlines
+    KeyTrack keys;                     ///< of outlines the frames alone
     std::vector<PathValue> outlines{}; ///< one for each key
 };
 
@@ -216,23 +216,6 @@ void setState(HostState* current);
 /// Frame of a valid time in the composition.
 [[nodiscard]] inline double frameAt(const CompEntry& comp, const A_Time& time) {
     return comp.composition->clock.frameAt({time.value, time.scale});
-}
-
-/// Name of an operation, as a template argument.
-template<std::size_t size>
-struct OperationName {
-    // Implicit on purpose: made from a literal.
-    constexpr OperationName(const char (&literal)[size]) {
-        for (std::size_t i = 0; i < size; ++i)
-            text[i] = literal[i];
-    }
-    char text[size]{};
-};
-
-/// Stands in a table for an operation that this host does not offer.
-template<OperationName name, class... Arguments>
-A_Err refused(Arguments...) {
-    return state().refuse(name.text);
 }
 
 } // namespace jostle::standalone

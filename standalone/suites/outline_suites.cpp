@@ -68,7 +68,11 @@ PF_Err pathVertexInfo(PF_ProgPtr, PF_PathOutlinePtr path, A_long index, PF_PathV
     const std::optional<PathVertex> found = outline == nullptr ? std::nullopt : vertexAt(*outline, index);
     if (!found || vertex == nullptr)
         return A_Err_PARAMETER;
-    *vertex = {found->x,        found->y, found->x + found->inX, found->y + found->inY, found->x + found->outX,
+    *vertex = {found->x,
+               found->y,
+               found->x + found->inX,
+               found->y + found->inY,
+               found->x + found->outX,
                found->y + found->outY};
     return A_Err_NONE;
 }

@@ -142,8 +142,7 @@ void setStaticValue(LayerEntry& entry, Stream& stream, int count, const Componen
 }
 
 std::size_t keyComponents(const TreeNode& leaf) {
-    return leaf.stream == nullptr ? 0
-                                  : static_cast<std::size_t>(storedComponents(*leaf.stream, suiteComponents(leaf)));
+    return leaf.stream == nullptr ? 0 : static_cast<std::size_t>(storedComponents(*leaf.stream, suiteComponents(leaf)));
 }
 
 void deleteKey(LayerEntry& entry, Stream& stream, std::size_t index) {

@@ -18,12 +18,16 @@ bool hasMasks(LayerKind kind) {
 }
 
 /// Adds a list to a root that has none of the kind.
-void ensureList(TreeNode& root, Kind kind, std::size_t place) {
-    if (childOf(root, kind) != nullptr)
-        return;
-    addNode(root, kind);
-    const auto at = root.children.begin() + static_cast<std::ptrdiff_t>(std::min(place, root.children.size() - 1));
-    std::rotate(at, root.children.end() - 1, root.children.end());
+void ensureList(TreeNode& root, Kind kind) {
+    if (childOf(root, kind) == nullptr)
+        addNode(root, kind);
+}
+
+/// Contents, masks, transform: the order in which a host shows them, and that of their kinds.
+void putInOrder(TreeNode& root) {
+    const auto comesBefore = [](const auto& one, const auto& other) { return one->kind < other->kind; };
+    if (!std::is_sorted(root.children.begin(), root.children.end(), comesBefore))
+        std::stable_sort(root.children.begin(), root.children.end(), comesBefore);
 }
 
 const char* rootMatchName(LayerKind kind) {
@@ -45,11 +49,11 @@ const char* rootMatchName(LayerKind kind) {
 
 TreeNode& streamTreeOf(const Composition& composition, Layer& layer) {
     TreeNode& root = treeOf(composition, layer);
-    const bool isShape = layer.kind == LayerKind::Shape;
-    if (isShape)
-        ensureList(root, Kind::VectorsRoot, 0);
+    if (layer.kind == LayerKind::Shape)
+        ensureList(root, Kind::VectorsRoot);
     if (hasMasks(layer.kind))
-        ensureList(root, Kind::MaskParade, isShape ? 1 : 0);
+        ensureList(root, Kind::MaskParade);
+    putInOrder(root);
     return root;
 }
 
@@ -101,10 +105,10 @@ A_long depthOf(const TreeNode& node) {
 
 A_long childCount(const TreeNode& group) {
     const auto& children = group.children;
-    const auto followers = group.kind != Kind::TransformGroup
-                               ? 0
-                               : std::count_if(children.begin(), children.end(),
-                                               [](const auto& child) { return isFollower(*child); });
+    const auto followers =
+        group.kind != Kind::TransformGroup
+            ? 0
+            : std::count_if(children.begin(), children.end(), [](const auto& child) { return isFollower(*child); });
     return static_cast<A_long>(static_cast<std::ptrdiff_t>(children.size()) - followers);
 }
 

@@ -176,7 +176,7 @@ A_Err setExpression(AEGP_PluginID, AEGP_StreamRefH handle, const A_char* text) {
         return A_Err_PARAMETER;
     if (text != nullptr && *text != '\0')
         return expressionText(*ref->layer, *ref->node) == text ? A_Err_NONE
-                                                              : state().refuse("AEGP_SetExpression of a new text");
+                                                               : state().refuse("AEGP_SetExpression of a new text");
     clearExpression(*ref->layer, *ref->node);
     return A_Err_NONE;
 }

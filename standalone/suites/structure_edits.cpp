@@ -46,7 +46,7 @@ std::unique_ptr<Layer> newLayer(const Composition& composition, LayerKind kind, 
     transform.position = streamOf(3, {composition.item->width / 2.0, composition.item->height / 2.0, 0});
     transform.scale = streamOf(3, {100, 100, 100});
     transform.opacity = streamOf(1, {kind == LayerKind::Null ? 0.0 : 100.0, 0, 0}); // nulls have opacity 0
-    layer->tree = bareTree(*layer); // there is nothing to be read of it
+    layer->tree = bareTree(*layer);                                                 // there is nothing to be read of it
     return layer;
 }
 
@@ -120,8 +120,7 @@ AEGP_LayerH createNull(CompEntry& comp, std::string name, std::optional<double> 
 }
 
 AEGP_LayerH createShapeLayer(CompEntry& comp) {
-    return state().insertLayer(
-        comp, newLayer(*comp.composition, LayerKind::Shape, layerName(comp, "Shape Layer")), 0);
+    return state().insertLayer(comp, newLayer(*comp.composition, LayerKind::Shape, layerName(comp, "Shape Layer")), 0);
 }
 
 AEGP_LayerH duplicateLayer(LayerEntry& entry) {

@@ -61,6 +61,7 @@ TEST(HostFailure, NothingLeaksWhicheverCallIsRefused) {
         const bool allWell = importAndExport({failing.basic(), hosted.host.pluginId()});
         reached = FailingSuites::reached();
         EXPECT_TRUE(hosted.host.balance().allReturned()) << "call " << call << ": " << hosted.host.balance().text();
+        EXPECT_TRUE(hosted.host.misuses().empty()) << "call " << call;
         EXPECT_TRUE(reached || allWell);
     }
     EXPECT_GT(call, 100);
