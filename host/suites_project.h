@@ -30,7 +30,7 @@ struct AEGP_CommandSuite1 {
     A_Err (*AEGP_EnableCommand)(AEGP_Command) = nullptr;
     A_Err (*AEGP_DisableCommand)(AEGP_Command) = nullptr;
     void* reserved6 = nullptr;
-    /// Runs a command of the host by its number, on the selection: 16 undoes the last undo group.
+    /// Runs a command of the host by its number: 16 undoes the last undo group, 19 copies and 20 pastes by selection.
     A_Err (*AEGP_DoCommand)(AEGP_Command) = nullptr;
 };
 static_assert(sizeof(AEGP_CommandSuite1) == 8 * 8);

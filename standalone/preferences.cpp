@@ -124,13 +124,34 @@ private:
     int number_;
 };
 
-bool lock(int descriptor) {
-    int result = 0;
-    do {
-        result = ::flock(descriptor, LOCK_EX);
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
-}
+/// Keeps other programs from changing a file, for as long as it lives, by a lock on a file beside it: the file itself
+/// is replaced each time. Makes the folder if need be.
+class Lock {
+public:
+    explicit Lock(const fs::path& file) : descriptor_(open(file)) {
+        int result = descriptor_.isOpen() ? 1 : -1;
+        while (result > 0) {
+            result = ::flock(descriptor_.get(), LOCK_EX);
+            if (result != 0)
+                result = errno == EINTR ? 1 : -1;
+        }
+        held_ = result == 0;
+    }
+
+    /// If not, errno tells why.
+    [[nodiscard]] bool isHeld() const { return held_; }
+
+private:
+    static int open(fs::path file) {
+        std::error_code ignored;
+        fs::create_directories(file.parent_path(), ignored); // what goes wrong shows next
+        file += ".lock";
+        return ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    }
+
+    Descriptor descriptor_;
+    bool held_ = false;
+};
 
 bool writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
@@ -221,7 +242,7 @@ void Preferences::load() {
     loaded_ = true;
     if (file_.empty())
         file_ = defaultPreferencesFile();
-    if (auto values = read())
+    if (auto values = read(false))
         values_ = std::move(*values);
 }
 
@@ -271,7 +292,7 @@ void Preferences::change(const Place& place, Change change) {
     changes_[place] = std::move(change);
 }
 
-std::optional<Preferences::Values> Preferences::read() {
+std::optional<Preferences::Values> Preferences::read(bool isLocked) {
     std::error_code error;
     if (file_.empty() || !fs::exists(file_, error))
         return error ? std::nullopt : std::optional<Values>(std::in_place);
@@ -283,6 +304,13 @@ std::optional<Preferences::Values> Preferences::read() {
     }
     if (auto values = preferencesFrom(text))
         return values;
+    if (!isLocked) { // another program may be about to set it aside
+        const Lock lock(file_);
+        if (lock.isHeld())
+            return read(true);
+        complain("what it holds cannot be made out");
+        return std::nullopt;
+    }
     const fs::path aside = nameAside(file_);
     fs::rename(file_, aside, error);
     if (error) {
@@ -318,16 +346,12 @@ void Preferences::flush() {
         complain("the environment names no place for them");
         return;
     }
-    std::error_code ignored;
-    fs::create_directories(file_.parent_path(), ignored); // what goes wrong shows next
-    fs::path lockName = file_;
-    lockName += ".lock"; // apart from the file, which is replaced each time
-    const Descriptor guard(::open(lockName.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!guard.isOpen() || !lock(guard.get())) {
+    const Lock lock(file_);
+    if (!lock.isHeld()) {
         complain(std::strerror(errno));
         return;
     }
-    std::optional<Values> present = read();
+    std::optional<Values> present = read(true);
     if (!present)
         return;
     Values wanted = *present;

@@ -61,7 +61,7 @@ private:
     void change(const Place& place, Change change);
     static void apply(Values& values, const Place& place, const Change& change);
     /// Reads the file; a broken one is set aside. @return none if it is there but cannot be read or set aside
-    std::optional<Values> read();
+    std::optional<Values> read(bool isLocked);
     bool write(const Values& values);
     void complain(const std::string& reason);
 
