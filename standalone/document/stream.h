@@ -2,7 +2,8 @@
 
 #include <array>
 #include <cstdint>
-#include <vector>
+
+#include "standalone/document/lean_vector.h"
 
 namespace jostle::standalone {
 
@@ -35,9 +36,9 @@ struct KeySegment {
 /// `frames` rise strictly. `values` holds `components` numbers for each key. `segments` is either empty (all
 /// linear, as baked motion is) or holds one entry per key.
 struct KeyTrack {
-    std::vector<double> frames; ///< composition frames
-    std::vector<double> values;
-    std::vector<KeySegment> segments;
+    LeanVector<double> frames; ///< composition frames
+    LeanVector<double> values;
+    LeanVector<KeySegment> segments;
 
     [[nodiscard]] std::size_t size() const { return frames.size(); }
     [[nodiscard]] bool empty() const { return frames.empty(); }
@@ -50,12 +51,12 @@ struct KeyTrack {
 /// A plain record: copied whole for duplicates and for undo. Units are those of the file: pixels, degrees, percent.
 struct Stream {
     int components = 1; ///< 1 to 3, as the file has it
-    Components value{}; ///< what holds while `keys` is empty; as read with keys, that of the first
-    KeyTrack keys;
     bool hasExpression = false;
     bool expressionEnabled = false;
-    SourceSpan source;    ///< the property's value in the source text, after slots are looked up the referring one
     bool changed = false; ///< differs from the source text, so the writer replaces it
+    Components value{};   ///< what holds while `keys` is empty; as read with keys, that of the first
+    KeyTrack keys;
+    SourceSpan source; ///< the property's value in the source text, after slots are looked up the referring one
 };
 
 /// Number of keys of a stream that count as motion: fewer than two hold one value for ever.

@@ -65,7 +65,7 @@ Stream mergedDimensions(const Stream& x, const Stream& y) {
     merged.components = 2;
     merged.hasExpression = x.hasExpression || y.hasExpression;
     merged.expressionEnabled = x.expressionEnabled || y.expressionEnabled;
-    std::vector<double>& frames = merged.keys.frames;
+    LeanVector<double>& frames = merged.keys.frames;
     for (const Stream* stream : {&x, &y})
         frames.insert(frames.end(), stream->keys.frames.begin(), stream->keys.frames.end());
     std::sort(frames.begin(), frames.end());
