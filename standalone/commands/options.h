@@ -14,7 +14,7 @@ constexpr int greatestFrame = 100000;
 
 struct SolveOptions {
     std::string input;
-    std::string animation; ///< identifier in an archive; empty for the first
+    std::string animation;             ///< identifier in an archive; empty for the first
     std::optional<std::string> output; ///< without one: beside the input, or the input itself with `inPlace`
     std::vector<std::string> sets;     ///< KEY=VALUE
     std::optional<int> startFrame;     ///< first baked frame; without it the start of the work area
