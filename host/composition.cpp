@@ -53,6 +53,13 @@ Composition Composition::duplicate(HostChain& chain) const {
     return Composition(copy);
 }
 
+Layer Composition::createShapeLayer(HostChain& chain) const {
+    AEGP_LayerH layer = nullptr;
+    if (!exists() || !chain.call<&AEGP_CompSuite15::AEGP_CreateVectorLayerInComp>(handle_, &layer))
+        return {};
+    return Layer(layer);
+}
+
 void Composition::setWorkArea(HostChain& chain, A_Time start, A_Time duration) const {
     if (exists())
         chain.call<&AEGP_CompSuite15::AEGP_SetCompWorkAreaStartAndDuration>(handle_, &start, &duration);

@@ -42,6 +42,8 @@ public:
 
     /// A copy with the same layers in the same order.
     [[nodiscard]] Composition duplicate(HostChain& chain) const;
+    /// A new shape layer without contents, placed by the host.
+    [[nodiscard]] Layer createShapeLayer(HostChain& chain) const;
     void setWorkArea(HostChain& chain, A_Time start, A_Time duration) const;
 
 private:

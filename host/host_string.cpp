@@ -42,20 +42,24 @@ HostString::~HostString() {
         chain_->dispose<&AEGP_MemorySuite1::AEGP_FreeMemHandle>(handle_);
 }
 
-std::string HostString::text() const {
+std::u16string HostString::units() const {
     AEGP_MemSize bytes = 0;
     void* memory = nullptr;
     if (handle_ == nullptr || !chain_->call<&AEGP_MemorySuite1::AEGP_GetMemHandleSize>(handle_, &bytes) ||
         !chain_->call<&AEGP_MemorySuite1::AEGP_LockMemHandle>(handle_, &memory))
         return {};
-    std::string text;
+    std::u16string units;
     if (memory != nullptr) {
-        const auto* units = static_cast<const A_UTF16Char*>(memory);
-        const auto* end = units + bytes / sizeof(A_UTF16Char);
-        text = utf8From(units, static_cast<std::size_t>(std::find(units, end, A_UTF16Char{0}) - units));
+        const auto* first = static_cast<const A_UTF16Char*>(memory);
+        units.assign(first, std::find(first, first + bytes / sizeof(A_UTF16Char), A_UTF16Char{0}));
     }
     chain_->dispose<&AEGP_MemorySuite1::AEGP_UnlockMemHandle>(handle_);
-    return text;
+    return units;
+}
+
+std::string HostString::text() const {
+    const std::u16string content = units();
+    return utf8From(content.data(), content.size());
 }
 
 std::string utf8From(const A_UTF16Char* units, std::size_t count) {

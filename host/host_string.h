@@ -21,6 +21,8 @@ public:
     /// The text as UTF-8; empty without a handle, or once the chain has failed. Ends at the first NUL or at the end of
     /// the handle's memory, whichever comes first.
     [[nodiscard]] std::string text() const;
+    /// As `text`, but as the host has it.
+    [[nodiscard]] std::u16string units() const;
 
 private:
     HostChain* chain_;

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <span>
 
 #include "host/host_time.h"
 #include "host/layer_transform.h"
+#include "host/shape_offsets.h"
 #include "host/undo_group.h"
 #include "simulation/keyframe_thinning.h"
 
@@ -77,9 +79,9 @@ public:
           frameDuration_(composition.frameDuration(chain)),
           pixelAspect_(composition.item(chain).pixelAspect(chain)) {}
 
-    /// Reads the scales of all layers. Before anything is written: a child's world scale depends on parents that may
-    /// be bodies and written before it.
-    void readScales();
+    /// Reads the scales of all layers, and how shape layers stand. Before anything is written: a child depends on
+    /// parents that may be bodies and written before it.
+    void readLooks();
     /// @return whether some of its samples had to be mended
     bool writeLayer(std::size_t record);
     void setWorkArea();
@@ -88,6 +90,11 @@ private:
     void disableExpressions(const LayerStreams& streams);
     void writePosition(const LayerStreams& streams, bool isStatic);
     void writeScale(const BodyRecord& body, const Stream& stream, ScaleSamples& scale);
+    /// Takes what the import folded into the body's place out of a shape layer's contents.
+    /// @param matrix  of the layer on import
+    /// @return the layer's new anchor point
+    [[nodiscard]] b2Vec2 unfoldShapes(const BodyRecord& body, const Layer& layer, const Matrix4& matrix,
+                                      b2Vec2 anchor) const;
 
     /// Replaces whatever a stream holds by one value, or by keyframes where the samples change.
     /// @param put  writes a sample into a stream value
@@ -99,7 +106,8 @@ private:
     const KeyframeJob& job_;
     A_Time frameDuration_;
     double pixelAspect_;
-    std::vector<ScaleSamples> scales_; ///< by record
+    std::vector<ScaleSamples> scales_;  ///< by record
+    std::vector<Matrix4> shapeMatrices_; ///< by record; of shape layers, at time 0
 
     // Samples of the layer at hand, kept between layers for their memory.
     std::vector<b2Vec2> positions_;
@@ -107,10 +115,14 @@ private:
     std::vector<float> rotations_;
 };
 
-void Writer::readScales() {
+void Writer::readLooks() {
     scales_.resize(job_.scene.bodies.size());
+    shapeMatrices_.resize(job_.scene.bodies.size());
     for (std::size_t record = 0; record < scales_.size() && !chain_.failed(); ++record) {
-        const WorldScale worldScale(chain_, composition_.layer(chain_, job_.scene.layerIndices[record]));
+        const Layer layer = composition_.layer(chain_, job_.scene.layerIndices[record]);
+        if (job_.scene.bodies[record].isShapeLayer)
+            shapeMatrices_[record] = layer.toWorld(chain_, sampleTime);
+        const WorldScale worldScale(chain_, layer);
         ScaleSamples& samples = scales_[record];
         const auto percentAt = [&](A_Time time) {
             const AEGP_TwoDVal scale = worldScale.at(chain_, time);
@@ -203,6 +215,20 @@ void Writer::writeScale(const BodyRecord& body, const Stream& stream, ScaleSampl
     stream.setValue(value);
 }
 
+b2Vec2 Writer::unfoldShapes(const BodyRecord& body, const Layer& layer, const Matrix4& matrix, b2Vec2 anchor) const {
+    const ShapeOffsets offsets(chain_, layer);
+    const b2Vec2 pixels = job_.scene.worldToPixels(body.importPosition);
+    const AEGP_TwoDVal place{static_cast<double>(pixels.x) / pixelAspect_, static_cast<double>(pixels.y)};
+    if (offsets.areInPlace(matrix, place, {static_cast<double>(anchor.x), static_cast<double>(anchor.y)})) {
+        offsets.clear();
+        return anchor;
+    }
+    // Several elements, each with an offset of its own: without one of them the picture would fall apart. The offsets
+    // stay, and the layer turns about the same point of its picture.
+    const std::optional<AEGP_TwoDVal> point = layerPointAt(matrix, place);
+    return point ? b2Vec2(static_cast<float>(point->x), static_cast<float>(point->y)) : anchor;
+}
+
 bool Writer::writeLayer(std::size_t record) {
     const BodyRecord& body = job_.scene.bodies[record];
     const ExportResult& result = job_.results[job_.results.size() - 1 - record];
@@ -233,13 +259,21 @@ bool Writer::writeLayer(std::size_t record) {
         rotations_.assign(result.rotations.begin(), result.rotations.end());
         mended = mend(positions_) || mended;
         mended = mend(rotations_) || mended;
+        b2Vec2 anchor = result.layerAnchor;
+        if (body.isShapeLayer) {
+            const Matrix4& matrix = shapeMatrices_[record];
+            anchor = unfoldShapes(body, layer, matrix, anchor);
+            // The body of a free path has the layer's rotation in its vertices; the layer has it in its stream.
+            const auto turn = body.isPath ? static_cast<float>(rotationDegrees(matrix)) : 0.0f;
+            for (float& degrees : rotations_)
+                degrees += turn;
+        }
         writePosition(streams, isStatic);
         write(streams.rotation, rotations_, isStatic, floatsDiffer,
               [](StreamValue& value, float degrees) { value.setNumber(static_cast<double>(degrees)); });
-        write(streams.anchor, std::vector<b2Vec2>{result.layerAnchor}, true, vectorsDiffer,
-              [](StreamValue& value, b2Vec2 anchor) {
-                  value.setPoint({static_cast<double>(anchor.x), static_cast<double>(anchor.y)});
-              });
+        write(streams.anchor, std::vector<b2Vec2>{anchor}, true, vectorsDiffer, [](StreamValue& value, b2Vec2 point) {
+            value.setPoint({static_cast<double>(point.x), static_cast<double>(point.y)});
+        });
         // The written rotation is whole: turning along the path must not be added to it.
         if (!isStatic && (layer.flags(chain_) & AEGP_LayerFlag_AUTO_ORIENT_ROTATION) != 0)
             layer.trySetFlag(chain_, AEGP_LayerFlag_AUTO_ORIENT_ROTATION, false);
@@ -278,7 +312,7 @@ WriteReport writeKeyframes(HostChain& chain, Composition composition, const Keyf
         const Selection selection(chain, composition.handle());
         Writer writer(chain, composition, job);
         if (!chain.failed())
-            writer.readScales();
+            writer.readLooks();
         const int total = job.scene.bodyCount();
         for (int done = 1; done <= total && !chain.failed(); ++done) {
             const bool mended = writer.writeLayer(static_cast<std::size_t>(total - done));

@@ -94,16 +94,24 @@ Stream Layer::stream(HostChain& chain, AEGP_LayerStream which) const {
     return {chain, stream};
 }
 
-int Layer::maskCount(HostChain& chain) const {
+Stream Layer::root(HostChain& chain) const {
     AEGP_StreamRefH root = nullptr;
     if (!chain.canDispose<&AEGP_StreamSuite9::AEGP_DisposeStream>() ||
         !chain.call<&AEGP_DynamicStreamSuite5::AEGP_GetNewStreamRefForLayer>(chain.pluginId(), handle_, &root))
-        return 0;
-    return Stream(chain, root).child("ADBE Mask Parade").childCount();
+        return {};
+    return {chain, root};
+}
+
+int Layer::maskCount(HostChain& chain) const {
+    return root(chain).child("ADBE Mask Parade").childCount();
 }
 
 void Layer::clearParent(HostChain& chain) const {
     chain.call<&AEGP_LayerSuite13::AEGP_SetLayerParent>(handle_, AEGP_LayerH{nullptr});
+}
+
+void Layer::setParent(HostChain& chain, const Layer& parent) const {
+    chain.call<&AEGP_LayerSuite13::AEGP_SetLayerParent>(handle_, parent.handle());
 }
 
 void Layer::setFlag(HostChain& chain, AEGP_LayerFlags flag, bool on) const {
@@ -112,6 +120,32 @@ void Layer::setFlag(HostChain& chain, AEGP_LayerFlags flag, bool on) const {
 
 void Layer::trySetFlag(HostChain& chain, AEGP_LayerFlags flag, bool on) const {
     chain.ask<&AEGP_LayerSuite13::AEGP_SetLayerFlag>(handle_, flag, static_cast<A_Boolean>(on));
+}
+
+int Layer::index(HostChain& chain) const {
+    A_long index = 0;
+    chain.call<&AEGP_LayerSuite13::AEGP_GetLayerIndex>(handle_, &index);
+    return index;
+}
+
+void Layer::moveTo(HostChain& chain, int index) const {
+    chain.call<&AEGP_LayerSuite13::AEGP_ReorderLayer>(handle_, A_long{index});
+}
+
+void Layer::setName(HostChain& chain, const std::u16string& name) const {
+    chain.call<&AEGP_LayerSuite13::AEGP_SetLayerName>(handle_, name.c_str());
+}
+
+Layer Layer::duplicate(HostChain& chain) const {
+    AEGP_LayerH copy = nullptr;
+    if (!chain.call<&AEGP_LayerSuite13::AEGP_DuplicateLayer>(handle_, &copy))
+        return {};
+    return Layer(copy);
+}
+
+void Layer::remove(HostChain& chain) const {
+    if (exists())
+        chain.dispose<&AEGP_LayerSuite13::AEGP_DeleteLayer>(handle_);
 }
 
 } // namespace jostle

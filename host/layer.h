@@ -26,6 +26,7 @@ public:
     explicit Layer(AEGP_LayerH handle) : handle_(handle) {}
 
     [[nodiscard]] bool exists() const { return handle_ != nullptr; }
+    [[nodiscard]] AEGP_LayerH handle() const { return handle_; }
 
     /// Lasts for the life of the project.
     [[nodiscard]] AEGP_LayerIDVal id(HostChain& chain) const;
@@ -48,14 +49,28 @@ public:
     [[nodiscard]] Matrix4 toWorld(HostChain& chain, A_Time time) const;
 
     [[nodiscard]] Stream stream(HostChain& chain, AEGP_LayerStream which) const;
+    /// The root of the tree of all its streams.
+    [[nodiscard]] Stream root(HostChain& chain) const;
+    /// How many masks there are, whatever their mode.
     [[nodiscard]] int maskCount(HostChain& chain) const;
 
     /// Takes the parent away; the host keeps the layer in its place as far as its keyframes let it.
     void clearParent(HostChain& chain) const;
+    /// The host keeps the layer in its place, as it does for `clearParent`.
+    void setParent(HostChain& chain, const Layer& parent) const;
     /// @param flag  exactly one
     void setFlag(HostChain& chain, AEGP_LayerFlags flag, bool on) const;
     /// As `setFlag`, of a flag that not every host lets a plug-in set: a refusal is no error.
     void trySetFlag(HostChain& chain, AEGP_LayerFlags flag, bool on) const;
+
+    /// Place in the composition, 0 the topmost.
+    [[nodiscard]] int index(HostChain& chain) const;
+    void moveTo(HostChain& chain, int index) const;
+    void setName(HostChain& chain, const std::u16string& name) const;
+    /// A copy with all its streams, placed by the host.
+    [[nodiscard]] Layer duplicate(HostChain& chain) const;
+    /// Takes it out of its composition, also in a chain that has failed.
+    void remove(HostChain& chain) const;
 
 private:
     AEGP_LayerH handle_ = nullptr;

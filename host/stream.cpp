@@ -1,6 +1,9 @@
 #include "host/stream.h"
 
+#include <array>
 #include <utility>
+
+#include "host/host_string.h"
 
 namespace jostle {
 
@@ -129,6 +132,57 @@ int Stream::childCount() const {
     if (exists())
         chain_->call<&AEGP_DynamicStreamSuite5::AEGP_GetNumStreamsInGroup>(handle_, &count);
     return count;
+}
+
+Stream Stream::childAt(int index) const {
+    AEGP_StreamRefH handle = nullptr;
+    if (!exists() || !chain_->canDispose<&AEGP_StreamSuite9::AEGP_DisposeStream>() ||
+        !chain_->call<&AEGP_DynamicStreamSuite5::AEGP_GetNewStreamRefByIndex>(chain_->pluginId(), handle_,
+                                                                              A_long{index}, &handle))
+        return {};
+    return {*chain_, handle};
+}
+
+std::string Stream::matchName() const {
+    std::array<A_char, AEGP_MAX_STREAM_MATCH_NAME_SIZE> name{};
+    if (!exists() || !chain_->call<&AEGP_DynamicStreamSuite5::AEGP_GetMatchName>(handle_, name.data()))
+        return {};
+    name.back() = '\0';
+    return name.data();
+}
+
+std::u16string Stream::shownName() const {
+    if (!exists())
+        return {};
+    HostString name(*chain_);
+    if ( !chain_->canDispose<&AEGP_MemorySuite1::AEGP_FreeMemHandle>() ||
+        !chain_->call<&AEGP_StreamSuite9::AEGP_GetStreamName>(chain_->pluginId(), handle_, A_Boolean{0}, name.out()))
+        return {};
+    return name.units();
+}
+
+bool Stream::isGroup() const {
+    AEGP_StreamGroupingType type = AEGP_StreamGroupingType_NONE;
+    return exists() && chain_->call<&AEGP_DynamicStreamSuite5::AEGP_GetStreamGroupingType>(handle_, &type) &&
+           (type == AEGP_StreamGroupingType_NAMED_GROUP || type == AEGP_StreamGroupingType_INDEXED_GROUP);
+}
+
+void Stream::remove() const {
+    if (exists())
+        chain_->call<&AEGP_DynamicStreamSuite5::AEGP_DeleteStream>(handle_);
+}
+
+std::vector<NamedStream> childrenOf(const Stream& group) {
+    std::vector<NamedStream> children;
+    const int count = group.childCount();
+    for (int index = 0; index < count; ++index) {
+        Stream child = group.childAt(index);
+        if (!child.exists())
+            continue;
+        std::string name = child.matchName();
+        children.push_back({std::move(child), std::move(name)});
+    }
+    return children;
 }
 
 KeyframeBatch::KeyframeBatch(HostChain& chain, const Stream& stream) : chain_(&chain) {

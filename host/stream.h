@@ -1,5 +1,9 @@
 #pragma once
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "host/chain.h"
 
 namespace jostle {
@@ -16,8 +20,17 @@ public:
     StreamValue& operator=(StreamValue&& other) noexcept;
     ~StreamValue();
 
+    /// Whether the host gave it.
+    [[nodiscard]] bool exists() const { return chain_ != nullptr; }
+
+    /// First component; zero, unless the host gave the value.
+    [[nodiscard]] double number() const { return record_.val.one_d; }
     /// First two components; zero, unless the host gave the value.
     [[nodiscard]] AEGP_TwoDVal point() const { return record_.val.two_d; }
+    /// Of a colour's stream.
+    [[nodiscard]] AEGP_ColorVal color() const { return record_.val.color; }
+    /// Of a mask's or a path's outline; null, unless the host gave the value. Borrowed from this object.
+    [[nodiscard]] AEGP_MaskOutlineValH outline() const { return record_.val.mask; }
 
     /// Replaces one component, and keeps whatever else the value holds.
     void setNumber(double number) { record_.val.one_d = number; }
@@ -68,6 +81,18 @@ public:
     /// The child of that match name, or none: a missing one is no error.
     [[nodiscard]] Stream child(const char* matchName) const;
     [[nodiscard]] int childCount() const;
+    [[nodiscard]] Stream childAt(int index) const;
+    /// The host's own name of its kind, ASCII and never translated.
+    [[nodiscard]] std::string matchName() const;
+    /// What the user sees.
+    [[nodiscard]] std::u16string shownName() const;
+    /// Whether it has children rather than a value.
+    [[nodiscard]] bool isGroup() const;
+
+    /// Takes a child of an indexed group out of it, such as a mask.
+    void remove() const;
+    /// Leaves the reference to somebody else, who disposes of it.
+    [[nodiscard]] AEGP_StreamRefH release() { return std::exchange(handle_, nullptr); }
 
 private:
     void dispose();
@@ -75,6 +100,15 @@ private:
     HostChain* chain_ = nullptr;
     AEGP_StreamRefH handle_ = nullptr;
 };
+
+/// A child of a group of streams, with its match name.
+struct NamedStream {
+    Stream stream;
+    std::string matchName;
+};
+
+/// The children of a group, in order; those that the host gave until the chain failed.
+[[nodiscard]] std::vector<NamedStream> childrenOf(const Stream& group);
 
 /// Keyframes that are added to a stream all at once. Without `commit` they are discarded at the end of its life.
 class KeyframeBatch {

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <cstdio>
+#include <functional>
 #include <new>
 #include <string>
 
@@ -8,6 +9,7 @@
 #include "standalone/commands/inspect.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/options.h"
+#include "standalone/commands/separate.h"
 #include "standalone/commands/solve.h"
 
 namespace {
@@ -44,6 +46,8 @@ void addSolve(CLI::App& app, SolveOptions& options) {
         ->check(CLI::Range(0, greatestFrame));
     command->add_flag("--in-place", options.inPlace,
                       "Changes the composition itself, not a duplicate; without -o saves it in IN");
+    command->add_flag("--separate", options.separate,
+                      "First splits layers with several masks or groups, so that each part moves on its own");
     command->add_flag("--motion-blur", options.motionBlur, "Turns on motion blur for the layers that move");
     command->add_option("--samples", options.samples, "Also writes where each body was on each frame, as JSON")
         ->type_name("FILE");
@@ -57,6 +61,8 @@ void addInspect(CLI::App& app, InspectOptions& options) {
     command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
     command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
     command->add_flag("--json", options.json, "Prints a JSON object");
+    command->add_flag("--outlines", options.outlines,
+                      "With --json: also the pieces that each body consists of at frame 0, in composition pixels");
     command
         ->add_option("--matrices", options.matrices,
                      "Prints instead, as JSON, where each layer stands at these composition frames, parents included: "
@@ -64,11 +70,22 @@ void addInspect(CLI::App& app, InspectOptions& options) {
         ->type_name("FRAMES");
 }
 
-int run(bool inspects, const InspectOptions& inspectOptions, const SolveOptions& solveOptions) {
+void addSeparate(CLI::App& app, SeparateOptions& options) {
+    CLI::App* command = app.add_subcommand(
+        "separate", "Splits layers with several masks or groups into layers of one each, and hides what was split.");
+    command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
+    command->add_option("-o,--output", options.output, "Result; without it IN with \"-separated\" after its name")
+        ->type_name("OUT");
+    command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
+    command->add_flag("-q,--quiet", options.quiet, "Says nothing unless something is wrong");
+}
+
+/// Runs a command, and tells what it was about if the memory does not suffice.
+int run(const std::string& input, const std::function<int()>& command) {
     try {
-        return inspects ? runInspect(inspectOptions) : runSolve(solveOptions);
+        return command();
     } catch (const std::bad_alloc&) {
-        complain(inspects ? inspectOptions.input : solveOptions.input,
+        complain(input,
                  "there is not enough memory for it; nothing was written. Solve fewer frames at a time");
         return exitFailed;
     }
@@ -87,8 +104,10 @@ int main(int argc, char** argv) {
     app.footer("Exit status: 0 done, 1 failed while working, 2 wrong use.");
     SolveOptions solveOptions;
     InspectOptions inspectOptions;
+    SeparateOptions separateOptions;
     addSolve(app, solveOptions);
     addInspect(app, inspectOptions);
+    addSeparate(app, separateOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -96,7 +115,14 @@ int main(int argc, char** argv) {
     }
     // A file that grows beyond a limit is then an error of writing, and is told as one.
     std::signal(SIGXFSZ, SIG_IGN);
-    const int status = run(app.got_subcommand("inspect"), inspectOptions, solveOptions);
+    int status = exitDone;
+    if (app.got_subcommand("inspect")) {
+        status = run(inspectOptions.input, [&] { return runInspect(inspectOptions); });
+    } else if (app.got_subcommand("separate")) {
+        status = run(separateOptions.input, [&] { return runSeparate(separateOptions); });
+    } else {
+        status = run(solveOptions.input, [&] { return runSolve(solveOptions); });
+    }
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
         complain("standard output", "cannot be written");
         return status == exitDone ? exitFailed : status;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -13,6 +14,7 @@
 #include <rapidjson/writer.h>
 
 #include "host/layer_import.h"
+#include "standalone/commands/body_text.h"
 #include "standalone/commands/layer_matrices.h"
 #include "standalone/commands/load.h"
 #include "standalone/document/printable.h"
@@ -38,29 +40,38 @@ std::size_t shownWidth(std::string_view text) {
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
+std::string joined(const std::vector<std::string>& texts) {
+    std::string all;
+    for (const std::string& text : texts) {
+        all += (all.empty() ? "" : "; ") + text;
+    }
+    return all;
+}
+
+const BodyRecord& bodyOf(const LayerReport& layer, const Scene& scene) {
+    return scene.bodies[static_cast<std::size_t>(layer.bodyIndex)];
+}
+
 std::string becameText(const LayerReport& layer, const Scene& scene) {
     if (layer.outcome != LayerOutcome::Body) {
         return "no body: " + std::string(outcomeText(layer.outcome));
     }
-    std::string text = "box";
-    const BodyRecord& body = scene.bodies[static_cast<std::size_t>(layer.bodyIndex)];
-    if (body.inPoint > 0) {
-        text += ", from frame " + std::to_string(body.inPoint);
-    }
-    if (layer.numbersReplaced) {
-        text += ", with defaults for values that are no finite numbers";
-    }
-    return text;
+    const BodyRecord& body = bodyOf(layer, scene);
+    return shapeText(body) + (body.inPoint > 0 ? ", from frame " + std::to_string(body.inPoint) : "");
+}
+
+std::string warningText(const LayerReport& layer, const Scene& scene) {
+    return layer.outcome == LayerOutcome::Body ? joined(warningsOf(layer, bodyOf(layer, scene))) : "";
 }
 
 void printTable(const Composition& composition, const ImportReport& report, const Scene& scene) {
-    std::vector<std::array<std::string, 4>> rows{{"#", "name", "kind", "becomes"}};
+    std::vector<std::array<std::string, 5>> rows{{"#", "name", "kind", "becomes", "warnings"}};
     for (const LayerReport& layer : report.layers) {
         const auto index = static_cast<std::size_t>(layer.layerIndex);
         rows.push_back({std::to_string(index + 1), printable(layer.name), kindText(composition.layers[index]->kind),
-                        becameText(layer, scene)});
+                        becameText(layer, scene), warningText(layer, scene)});
     }
-    std::array<std::size_t, 4> widths{};
+    std::array<std::size_t, 5> widths{};
     for (const auto& row : rows) {
         for (std::size_t column = 0; column < row.size(); ++column) {
             widths.at(column) = std::max(widths.at(column), shownWidth(row.at(column)));
@@ -79,7 +90,83 @@ void printTable(const Composition& composition, const ImportReport& report, cons
     }
 }
 
-void writeLayer(JsonWriter& writer, const LayerReport& layer, const Composition& composition, const Scene& scene) {
+void writePoint(JsonWriter& writer, b2Vec2 point) {
+    writer.StartArray();
+    for (const float coordinate : {point.x, point.y}) {
+        writer.Double(std::isfinite(coordinate) ? static_cast<double>(coordinate) : 0.0);
+    }
+    writer.EndArray();
+}
+
+/// The pieces of a body where they stand at frame 0: circles, polygons and open lines, in composition pixels.
+void writeOutlines(JsonWriter& writer, const BodyRecord& body, const Scene& scene) {
+    const b2Transform placed(body.position, b2Rot(body.angle));
+    writer.Key("outlines");
+    writer.StartArray();
+    for (const std::vector<ShapeDef>& group : body.outlines) {
+        for (const ShapeDef& shape : group) {
+            writer.StartObject();
+            if (shape.isCircle) {
+                b2Vec2 middle(0.0f, 0.0f);
+                for (const b2Vec2& vertex : shape.verts) {
+                    middle += 1.0f / static_cast<float>(shape.verts.size()) * vertex;
+                }
+                writer.Key("centre");
+                writePoint(writer, scene.worldToPixels(b2Mul(placed, middle)));
+                writer.Key("radius");
+                writer.Double(static_cast<double>(shape.radius * pixelsPerMetre));
+            } else {
+                writer.Key("closed");
+                writer.Bool(shape.closed || shape.isBox || body.isBox);
+                writer.Key("points");
+                writer.StartArray();
+                for (const b2Vec2& vertex : shape.verts) {
+                    writePoint(writer, scene.worldToPixels(b2Mul(placed, vertex)));
+                }
+                writer.EndArray();
+            }
+            writer.EndObject();
+        }
+    }
+    writer.EndArray();
+}
+
+void writeBody(JsonWriter& writer, const LayerReport& layer, const Scene& scene, bool withOutlines) {
+    const BodyRecord& body = bodyOf(layer, scene);
+    const BodyPieces pieces = piecesOf(body);
+    writer.Key("shape");
+    writer.String(shapeText(body).c_str());
+    writer.Key("readFrom");
+    writer.String(originText(layer.origin).c_str());
+    const std::pair<const char*, int> counts[] = {{"circles", pieces.circles},
+                                                  {"boxes", pieces.boxes},
+                                                  {"triangles", pieces.triangles},
+                                                  {"openLines", pieces.openLines}};
+    for (const auto& [name, count] : counts) {
+        writer.Key(name);
+        writer.Int(count);
+    }
+    writer.Key("warnings");
+    writer.StartArray();
+    for (const std::string& warning : warningsOf(layer, body)) {
+        writer.String(warning.c_str());
+    }
+    writer.EndArray();
+    writer.Key("position");
+    writePoint(writer, scene.worldToPixels(body.position));
+    writer.Key("rotation");
+    writer.Double(static_cast<double>(radiansToDegrees(body.angle)));
+    writer.Key("inPoint");
+    writer.Int(body.inPoint);
+    writer.Key("outPoint");
+    writer.Int(body.outPoint);
+    if (withOutlines) {
+        writeOutlines(writer, body, scene);
+    }
+}
+
+void writeLayer(JsonWriter& writer, const LayerReport& layer, const Composition& composition, const Scene& scene,
+                bool withOutlines) {
     const Layer& source = *composition.layers[static_cast<std::size_t>(layer.layerIndex)];
     const bool isBody = layer.outcome == LayerOutcome::Body;
     writer.StartObject();
@@ -94,21 +181,7 @@ void writeLayer(JsonWriter& writer, const LayerReport& layer, const Composition&
     writer.Key("body");
     writer.Bool(isBody);
     if (isBody) {
-        const BodyRecord& body = scene.bodies[static_cast<std::size_t>(layer.bodyIndex)];
-        const b2Vec2 position = scene.worldToPixels(body.position);
-        writer.Key("shape");
-        writer.String("box");
-        writer.Key("position");
-        writer.StartArray();
-        writer.Double(static_cast<double>(position.x));
-        writer.Double(static_cast<double>(position.y));
-        writer.EndArray();
-        writer.Key("rotation");
-        writer.Double(static_cast<double>(radiansToDegrees(body.angle)));
-        writer.Key("inPoint");
-        writer.Int(body.inPoint);
-        writer.Key("outPoint");
-        writer.Int(body.outPoint);
+        writeBody(writer, layer, scene, withOutlines);
     } else {
         writer.Key("reason");
         writer.String(std::string(outcomeText(layer.outcome)).c_str());
@@ -116,7 +189,7 @@ void writeLayer(JsonWriter& writer, const LayerReport& layer, const Composition&
     writer.EndObject();
 }
 
-void printJson(const Composition& composition, const ImportReport& report, const Scene& scene) {
+void printJson(const Composition& composition, const ImportReport& report, const Scene& scene, bool withOutlines) {
     rapidjson::StringBuffer buffer;
     JsonWriter writer(buffer);
     writer.SetMaxDecimalPlaces(4);
@@ -136,7 +209,7 @@ void printJson(const Composition& composition, const ImportReport& report, const
     writer.Key("layers");
     writer.StartArray();
     for (const LayerReport& layer : report.layers) {
-        writeLayer(writer, layer, composition, scene);
+        writeLayer(writer, layer, composition, scene, withOutlines);
     }
     writer.EndArray();
     writer.EndObject();
@@ -182,7 +255,7 @@ int runInspect(const InspectOptions& options) {
     }
     const Composition& composition = host.outcome();
     if (options.json) {
-        printJson(composition, report, scene);
+        printJson(composition, report, scene, options.outlines);
         return exitDone;
     }
     printHeading(composition, scene);

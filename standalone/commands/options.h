@@ -21,6 +21,7 @@ struct SolveOptions {
     std::optional<int> endFrame;       ///< last baked frame; without it the last of the work area
     std::string samples;               ///< file for the simulated samples; empty: none
     bool inPlace = false;
+    bool separate = false; ///< layers of several masks or groups are split first
     bool motionBlur = false;
     bool quiet = false;
     bool json = false;
@@ -31,6 +32,14 @@ struct InspectOptions {
     std::string animation; ///< identifier in an archive; empty for the first
     std::string matrices;  ///< frames to print the layers' matrices of, see parseFrameList; empty: none
     bool json = false;
+    bool outlines = false; ///< with `json`: also the pieces of each body, in composition pixels
+};
+
+struct SeparateOptions {
+    std::string input;
+    std::string animation;             ///< identifier in an archive; empty for the first
+    std::optional<std::string> output; ///< without one: beside the input
+    bool quiet = false;
 };
 
 } // namespace jostle::standalone

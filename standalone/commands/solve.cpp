@@ -14,9 +14,11 @@
 #include "simulation/simulation_clock.h"
 #include "standalone/commands/layer_names.h"
 #include "standalone/commands/load.h"
+#include "standalone/commands/message_printer.h"
 #include "standalone/commands/plugin_session.h"
 #include "standalone/commands/progress.h"
 #include "standalone/commands/samples_file.h"
+#include "standalone/commands/separate.h"
 #include "standalone/commands/solve_plan.h"
 #include "standalone/commands/solve_summary.h"
 #include "standalone/commands/target_file.h"
@@ -161,7 +163,17 @@ bool SolveRun::bake(const HostContext& context) {
 }
 
 void SolveRun::solveInHost(const HostContext& context) {
-    report_ = initFromComposition(context, scene_);
+    MessagePrinter printer(options_.input);
+    MessageSink* const messages = options_.quiet ? nullptr : &printer;
+    if (options_.separate) {
+        const SeparationReport separated = separateAll(context, &printer);
+        if (separated.error != A_Err_NONE) {
+            (void)fail(options_.input, "the layers cannot be separated (host error " +
+                                           std::to_string(separated.error) + "); nothing was saved");
+            return;
+        }
+    }
+    report_ = initFromComposition(context, scene_, messages);
     if (report_.error != A_Err_NONE) {
         (void)fail(options_.input, "the layers cannot be read (host error " + std::to_string(report_.error) + ")");
         return;

@@ -17,18 +17,29 @@ bool sameFile(const std::string& a, const std::string& b) {
     return pathA == pathB || fs::equivalent(pathA, pathB, error);
 }
 
-std::string besideInput(const fs::path& input) {
-    return (input.parent_path() / input.stem()).string() + "-solved" + input.extension().string();
-}
-
 int usableFrame(double frame) {
     return static_cast<int>(std::clamp(frame, 0.0, double{greatestFrame}));
 }
 
 } // namespace
 
+std::string besideInput(const std::string& input, const std::string& suffix) {
+    const fs::path path(input);
+    return (path.parent_path() / path.stem()).string() + suffix + path.extension().string();
+}
+
+std::optional<Refusal> checkOutput(const std::string& input, const std::string& output) {
+    if (output.empty()) {
+        return Refusal{"-o", "names no file"};
+    }
+    if (sameFile(output, input)) {
+        return Refusal{output, "is the input itself; give another -o"};
+    }
+    return std::nullopt;
+}
+
 std::optional<Refusal> choosePaths(const SolveOptions& options, std::string& output) {
-    output = options.output.value_or(options.inPlace ? options.input : besideInput(options.input));
+    output = options.output.value_or(options.inPlace ? options.input : besideInput(options.input, "-solved"));
     if (output.empty()) {
         return Refusal{"-o", "names no file"};
     }

@@ -20,6 +20,12 @@ struct Refusal {
     std::string message;
 };
 
+/// A file in the input's folder: its name with something after it, before the extension.
+[[nodiscard]] std::string besideInput(const std::string& input, const std::string& suffix);
+
+/// Whether a result may go there: not over the input.
+[[nodiscard]] std::optional<Refusal> checkOutput(const std::string& input, const std::string& output);
+
 /// Where the result goes: what the options say, else beside the input.
 /// @param output  receives the path
 [[nodiscard]] std::optional<Refusal> choosePaths(const SolveOptions& options, std::string& output);

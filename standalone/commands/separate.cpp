@@ -1,0 +1,82 @@
+#include "standalone/commands/separate.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "standalone/commands/load.h"
+#include "standalone/commands/message_printer.h"
+#include "standalone/commands/plugin_session.h"
+#include "standalone/commands/solve_plan.h"
+#include "standalone/commands/target_file.h"
+#include "standalone/lottie/writer.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+void printSummary(const SeparateOptions& options, const std::string& output, const SeparationReport& report) {
+    if (options.quiet) {
+        return;
+    }
+    if (report.layersSeparated == 0) {
+        std::printf("%s: no layer has several masks or groups, so it is the input as it was\n", output.c_str());
+        return;
+    }
+    std::printf("%s: %d %s separated into %d\n", output.c_str(), report.layersSeparated,
+                report.layersSeparated == 1 ? "layer" : "layers", report.layersMade);
+}
+
+int fail(const std::string& about, const std::string& message) {
+    complain(about, message);
+    return exitFailed;
+}
+
+} // namespace
+
+SeparationReport separateAll(const HostContext& context, MessageSink* messages) {
+    return separateLayers(context, findSeparableLayers(context), messages, {});
+}
+
+int runSeparate(const SeparateOptions& options) {
+    const std::string output = options.output.value_or(besideInput(options.input, "-separated"));
+    if (const std::optional<Refusal> refusal = checkOutput(options.input, output)) {
+        complain(refusal->about, refusal->message);
+        return exitWrongUse;
+    }
+    std::optional<LoadedDocument> document = loadDocument(options.input, options.animation);
+    if (!document) {
+        return exitFailed;
+    }
+    TargetFile target;
+    if (const std::optional<std::string> error = target.open(output)) {
+        return fail(output, *error);
+    }
+    const std::filesystem::path path(options.input);
+    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    MessagePrinter messages(options.input);
+    SeparationReport report;
+    if (!runPlugin(host, [&](const HostContext& context) { report = separateAll(context, &messages); })) {
+        return fail(options.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
+    }
+    if (report.error != A_Err_NONE) {
+        return fail(options.input, "the layers cannot be separated (host error " + std::to_string(report.error) +
+                                       "); nothing was saved");
+    }
+    if (!host.balance().allReturned()) {
+        return fail(options.input,
+                    "internal fault, nothing was saved: not given back to the host: " + host.balance().text());
+    }
+    const std::optional<std::string> contents =
+        fileContents(*document, output, writeLottie(*document->source, host.outcome()));
+    if (!contents) {
+        return fail(output, "the archive has a directory that cannot be rewritten; give -o a name ending in .json");
+    }
+    if (const std::optional<std::string> error = target.commit(*contents)) {
+        return fail(output, *error);
+    }
+    printSummary(options, output, report);
+    return exitDone;
+}
+
+} // namespace jostle::standalone

@@ -1,0 +1,206 @@
+#include <gtest/gtest.h>
+
+#include "tests/host/imported.h"
+
+namespace jostle {
+
+namespace {
+
+const std::string rightRectangle = "[90,10],[10,10],[10,60],[90,60]"; // as the host draws it; 80 by 50
+
+struct MaskCase {
+    const char* name;
+    std::string masks;
+    Stance stance;
+    const char* pieces;
+    double area; // square metres of boxes and triangles; by hand
+};
+
+std::string at(const std::string& outline) {
+    return mask(outlineText(outline));
+}
+
+// A circle with two points on each curve is a polygon of 12: 4 corners at 50, and the points of a quarter at a third
+// and two thirds, so that its area is not that of a circle. Where it is meshed the area is left out, as 0.
+TEST(MaskImport, MakesPrimitivesOfASingleMaskOnly) {
+    const std::string otherStart =
+        R"({"v":[[0,50],[50,100],[100,50],[50,0]],"i":[[0,-27.614],[-27.614,0],[0,27.614],[27.614,0]],)"
+        R"("o":[[0,27.614],[27.614,0],[0,-27.614],[-27.614,0]],"c":true})";
+    const std::string reversed =
+        R"({"v":[[50,0],[100,50],[50,100],[0,50]],"i":[[-27.614,0],[0,-27.614],[27.614,0],[0,27.614]],)"
+        R"("o":[[27.614,0],[0,27.614],[-27.614,0],[0,-27.614]],"c":true})";
+    const MaskCase cases[] = {
+        {"the host's circle", mask(hostCircle), {}, "1 circles, 0 boxes, 0 lines, 0 triangles", 0},
+        {"the same from another vertex on", mask(otherStart), {}, "0 circles, 0 boxes, 0 lines, 10 triangles", 0},
+        {"the same the other way round", mask(reversed), {}, "0 circles, 0 boxes, 0 lines, 10 triangles", 0},
+        {"a circle beside a second mask",
+         joined({mask(hostCircle), at("[200,0],[300,0],[300,100]")}),
+         {},
+         "0 circles, 0 boxes, 0 lines, 11 triangles",
+         0},
+        {"a circle on an evenly scaled layer",
+         mask(hostCircle),
+         {.scale = "[50,50]"},
+         "1 circles, 0 boxes, 0 lines, 0 triangles",
+         0},
+        {"a circle on an unevenly scaled layer",
+         mask(hostCircle),
+         {.scale = "[50,100]"},
+         "0 circles, 0 boxes, 0 lines, 10 triangles",
+         0},
+        {"a rectangle", at(rightRectangle), {}, "0 circles, 1 boxes, 0 lines, 0 triangles", 0.4},
+        {"a rectangle on an unevenly scaled layer: still a box",
+         at(rightRectangle),
+         {.scale = "[200,100]"},
+         "0 circles, 1 boxes, 0 lines, 0 triangles",
+         0.8},
+        {"a rectangle whose first edge runs down",
+         at("[10,10],[10,60],[90,60],[90,10]"),
+         {},
+         "0 circles, 1 boxes, 0 lines, 0 triangles",
+         0.4},
+        {"a rectangle whose second edge runs up",
+         at("[10,60],[90,60],[90,10],[10,10]"),
+         {},
+         "0 circles, 0 boxes, 0 lines, 2 triangles",
+         0.4},
+        {"a rectangle of 5 by 5 pixels",
+         at("[5,0],[0,0],[0,5],[5,5]"),
+         {},
+         "0 circles, 0 boxes, 0 lines, 2 triangles",
+         0.0025},
+        {"a rectangle with a repeated vertex",
+         at("[90,10],[10,10],[10,10],[10,60],[90,60]"),
+         {},
+         "0 circles, 1 boxes, 0 lines, 0 triangles",
+         0.4},
+        {"two rectangles side by side",
+         joined({at(rightRectangle), at("[190,10],[110,10],[110,60],[190,60]")}),
+         {},
+         "0 circles, 0 boxes, 0 lines, 4 triangles",
+         0.8},
+        {"a rectangle within another is a hole of it",
+         joined({at("[0,0],[100,0],[100,100],[0,100]"), at("[20,20],[80,20],[80,80],[20,80]")}),
+         {},
+         "0 circles, 0 boxes, 0 lines, 8 triangles",
+         0.64},
+        {"an open mask",
+         mask(outlineText("[0,0],[50,0],[50,50]", false)),
+         {},
+         "0 circles, 0 boxes, 1 lines, 0 triangles",
+         0},
+        {"a mask without vertices beside a rectangle: two masks",
+         joined({mask(outlineText("")), at(rightRectangle)}),
+         {},
+         "0 circles, 0 boxes, 0 lines, 2 triangles",
+         0.4},
+        {"a mask without vertices", mask(outlineText("")), {}, "0 circles, 0 boxes, 0 lines, 0 triangles", 0},
+        {"a flipped layer keeps its size",
+         at(rightRectangle),
+         {.scale = "[-50,100]"},
+         "0 circles, 1 boxes, 0 lines, 0 triangles",
+         0.2},
+        {"a layer at scale 0 keeps a thousandth",
+         at(rightRectangle),
+         {.scale = "[0,0]"},
+         "0 circles, 1 boxes, 0 lines, 0 triangles",
+         0.4e-6},
+    };
+    for (const MaskCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        Imported imported(solidLayer(c.masks, c.stance));
+        ASSERT_EQ(imported.scene.bodyCount(), 1);
+        EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Masks);
+        EXPECT_EQ(piecesText(imported.body()), c.pieces);
+        EXPECT_FALSE(imported.body().isBox) << "its first piece need not be all of it";
+        if (c.area > 0)
+            EXPECT_NEAR(areaOf(imported.body()) / c.area, 1.0, 1e-4);
+    }
+}
+
+TEST(MaskImport, ReadsAllMasksWhateverTheirModes) {
+    const std::string off =
+        R"({"mode":"n","inv":true,"pt":{"k":)" + outlineText(rightRectangle) + R"(},"o":{"k":0},"x":{"k":30}})";
+    Imported imported(solidLayer(off));
+    EXPECT_EQ(piecesText(imported.body()), "0 circles, 1 boxes, 0 lines, 0 triangles");
+    EXPECT_NEAR(areaOf(imported.body()), 0.4, 1e-4);
+}
+
+// Corners of the rectangle from (10, 10) to (90, 60), less the anchor (30, 20), times the scale.
+TEST(MaskImport, MeasuresFromTheAnchorAndScalesTheOutline) {
+    Imported imported(
+        solidLayer(at(rightRectangle),
+                   {.anchor = "[30,20]", .position = "[120,80]", .scale = "[200,-100]", .rotation = "30"}));
+    const BodyRecord& body = imported.body();
+    const auto [least, most] = extentOf(body);
+    expectPoint(least, -0.4f, -0.1f);
+    expectPoint(most, 1.2f, 0.4f);
+    expectPoint(body.position, 0.2f, 0.3f);
+    expectPoint(body.layerAnchor, 30, 20);
+    expectPoint(body.layerScale, 2, 1);
+    EXPECT_NEAR(radiansToDegrees(body.angle), 30, 1e-4f);
+    EXPECT_DOUBLE_EQ(body.color.red, 1.0) << "the solid's";
+    EXPECT_NEAR(body.color.green, 128.0 / 255, 1e-9);
+    EXPECT_DOUBLE_EQ(body.importColor.red, 0.5) << "no label";
+}
+
+TEST(MaskImport, TakesTheCircleOfAScaledChildWhereItStands) {
+    // The null doubles, the layer halves again in both axes.
+    Imported imported(joined({solidLayer(mask(hostCircle), {.position = "[10,0]",
+                                                            .scale = "[50,50]",
+                                                            .more = R"(,"ind":1,"parent":2)"}),
+                              layerText(R"("ty":3,"ind":2)", {.scale = "[400,400]"})}));
+    const BodyRecord& body = imported.body();
+    const ShapeDef& circle = body.outlines.at(0).at(0);
+    expectPoint(body.layerScale, 2, 2);
+    EXPECT_NEAR(circle.radius, 1.0f, 1e-5f);
+    expectPoint(0.25f * (circle.verts[0] + circle.verts[1] + circle.verts[2] + circle.verts[3]), 1, 1);
+    expectPoint(body.position, 0.4f, 0);
+}
+
+TEST(MaskImport, AMaskOverridesWhatTheLayerShows) {
+    Stance masked;
+    masked.more = R"(,"masksProperties":[)" + at(rightRectangle) + "]";
+    Imported imported(shapeLayer(group(ellipse("[80,80]", "[0,0]")), masked));
+    EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Masks);
+    EXPECT_EQ(piecesText(imported.body()), "0 circles, 1 boxes, 0 lines, 0 triangles");
+    EXPECT_FALSE(imported.body().isShapeLayer);
+}
+
+TEST(MaskImport, RefreshTakesTheBodysPrecisionAndHull) {
+    const std::string hook = "[0,0],[100,0],[100,100],[80,100],[80,20],[0,20]"; // 100 x 20 and 20 x 80
+    Imported imported(joined({solidLayer(mask(hostCircle), {.scale = "[100,50]"}), solidLayer(at(hook))}));
+    EXPECT_NEAR(areaOf(imported.body(1)), 0.36, 1e-5);
+    imported.body(0).meshPrecision = 4;
+    imported.body(1).useConvexHull = true;
+    imported.body(1).position = {7, 8};
+    imported.body(1).angle = 1;
+    imported.body(1).density = 3;
+    for (const int index : {0, 1})
+        ASSERT_TRUE(refreshBody(imported.hosted.context(), imported.scene, index).has_value());
+    // Four curves of five points each.
+    EXPECT_EQ(piecesOf(imported.body(0)).triangles, 18);
+    // The hull cuts off the triangle between (0, 20) and (80, 100).
+    EXPECT_NEAR(areaOf(imported.body(1)), 1.0 - 0.32, 1e-5);
+    expectPoint(imported.body(1).position, 7, 8);
+    EXPECT_EQ(imported.body(1).angle, 1);
+    EXPECT_EQ(imported.body(1).density, 3);
+    EXPECT_FALSE(refreshBody(imported.hosted.context(), imported.scene, 2).has_value());
+    imported.scene.layerIndices[0] = 9;
+    EXPECT_FALSE(refreshBody(imported.hosted.context(), imported.scene, 0).has_value()) << "a layer that is gone";
+}
+
+TEST(MaskImport, TellsWhichBodiesCrossThemselves) {
+    const std::string bow = at("[0,0],[100,100],[100,0],[0,100]");
+    Imported imported(joined({solidLayer(bow), solidLayer(at(rightRectangle)), solidLayer(bow)}));
+    EXPECT_TRUE(imported.body(0).triangulationFailed);
+    EXPECT_FALSE(imported.body(1).triangulationFailed);
+    ASSERT_EQ(imported.messages.texts.size(), 1u);
+    EXPECT_EQ(imported.messages.texts[0], "Self-intersecting shapes are not supported.\n\n"
+                                          "Triangulation failed for the following bodies:\n"
+                                          "Body #1 (solid)  Body #3 (solid)  ");
+}
+
+} // namespace
+
+} // namespace jostle

@@ -1,0 +1,132 @@
+#include "host/separation.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/host/failing_suites.h"
+#include "tests/host/imported.h"
+
+namespace jostle {
+
+namespace {
+
+const std::string leftMask = mask(outlineText("[40,0],[0,0],[0,40],[40,40]"), "left");
+const std::string rightMask = mask(outlineText("[90,0],[60,0],[60,40],[90,40]"), "right");
+const std::string twoGroups = joined({group(rect("[40,20]", "[-50,0]"), "", "one"), path(outlineText("[0,0],[9,9]")),
+                                      group(ellipse("[20,20]", "[50,0]"), "", "two")});
+
+std::vector<std::string> namesOf(HostedDocument& hosted) {
+    std::vector<std::string> names;
+    for (const auto& layer : hosted.host.outcome().layers)
+        names.push_back(layer->name + (layer->hidden ? " (hidden)" : ""));
+    return names;
+}
+
+TEST(Separation, OffersLayersWithPartsThatBecomeBodies) {
+    struct Case {
+        const char* name;
+        std::string layer;
+        std::vector<int> offered;
+    };
+    Stance masked;
+    masked.more = R"(,"masksProperties":[)" + joined({leftMask, rightMask}) + "]";
+    const Case cases[] = {
+        {"two masks", solidLayer(joined({leftMask, rightMask})), {1}},
+        {"one mask", solidLayer(leftMask), {}},
+        {"two groups", shapeLayer(joined({group(path(hostCircle)), group(path(hostCircle))})), {1}},
+        {"a group and a path", shapeLayer(joined({group(path(hostCircle)), path(hostCircle)})), {1}},
+        {"a group and a rectangle", shapeLayer(joined({group(path(hostCircle)), rect("[9,9]", "[0,0]")})), {}},
+        {"both, twice", shapeLayer(twoGroups, masked), {1, 1}},
+        {"hidden", solidLayer(joined({leftMask, rightMask}), {.more = R"(,"hd":true)"}), {}},
+        {"3D", solidLayer(joined({leftMask, rightMask}), {.more = R"(,"ddd":1)"}), {}},
+        {"a guide", solidLayer(joined({leftMask, rightMask}), {.more = R"(,"gd":true)"}), {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        HostedDocument hosted(lottieDocument(joined({solidLayer(""), c.layer})));
+        EXPECT_EQ(findSeparableLayers(hosted.context()), c.offered);
+        EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
+    }
+}
+
+TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
+    HostedDocument hosted(lottieDocument(joined({
+        solidLayer(leftMask, {.more = R"(,"ef":[])"}),
+        solidLayer(joined({leftMask, rightMask}), {.anchor = "[10,10]", .scale = "[200,200]"}),
+        shapeLayer(twoGroups, {.position = "[120,30]", .scale = "[50,50]", .rotation = "30"}),
+    })));
+    std::vector<std::string> told;
+    const SeparationReport report =
+        separateLayers(hosted.context(), findSeparableLayers(hosted.context()), nullptr,
+                       [&told](const SeparationProgress& p) {
+                           told.push_back(std::to_string(p.layer) + (p.isMask ? " mask " : " shape ") +
+                                          std::to_string(p.part) + "/" + std::to_string(p.parts));
+                       });
+    EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
+    EXPECT_EQ(report.layersSeparated, 2);
+    EXPECT_EQ(report.layersMade, 4);
+    EXPECT_EQ(told, (std::vector<std::string>{"1 shape 1/3", "1 shape 2/3", "1 shape 3/3", "2 mask 1/2", "2 mask 2/2"}));
+    EXPECT_EQ(namesOf(hosted), (std::vector<std::string>{"solid", "left", "right", "solid (hidden)", "one", "two",
+                                                         "shape (hidden)"}));
+    Scene scene;
+    ASSERT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);
+    ASSERT_EQ(scene.bodyCount(), 5);
+    // A single mask is a primitive again, and so is a single element.
+    for (const std::size_t body : {1u, 2u, 3u})
+        EXPECT_EQ(piecesText(scene.bodies[body]), "0 circles, 1 boxes, 0 lines, 0 triangles") << body;
+    EXPECT_EQ(piecesText(scene.bodies[4]), "1 circles, 0 boxes, 0 lines, 0 triangles");
+    expectPoint(scene.bodies[1].layerScale, 2, 2);
+    expectPoint(extentOf(scene.bodies[1]).second, 0.6f, 0.6f); // from 0 to 40, less 10, twice
+    EXPECT_NEAR(radiansToDegrees(scene.bodies[3].angle), 30, 1e-4f);
+    // (-50, 0) and (50, 0), halved and turned by 30 degrees, about (120, 30).
+    const float x = 0.25f * std::cos(b2_pi / 6);
+    expectPoint(scene.bodies[3].position, 0.2f - x, -0.2f - 0.125f);
+    expectPoint(scene.bodies[4].position, 0.2f + x, -0.2f + 0.125f);
+
+    HostChain chain(hosted.context());
+    chain.call<&AEGP_CommandSuite1::AEGP_DoCommand>(AEGP_Command{hostCommandUndo});
+    EXPECT_EQ(namesOf(hosted), (std::vector<std::string>{"solid", "solid", "shape"})) << "one undo takes all of it back";
+}
+
+TEST(Separation, PartsOfAChildStandWhereTheSourceDoes) {
+    HostedDocument hosted(lottieDocument(
+        joined({shapeLayer(twoGroups, {.position = "[10,0]", .more = R"(,"ind":1,"parent":2)"}),
+                layerText(R"("ty":3,"ind":2)", {.position = "[40,50]", .scale = "[200,200]"})})));
+    EXPECT_EQ(separateLayers(hosted.context(), std::vector<int>{0}, nullptr, {}).layersMade, 2);
+    Scene scene;
+    ASSERT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);
+    ASSERT_EQ(scene.bodyCount(), 2);
+    // 40 + 2 (10 + 50) = 160, of which the composition's centre is at 100.
+    expectPoint(scene.bodies[1].position, 0.6f, 0);
+    expectPoint(scene.bodies[1].layerScale, 2, 2);
+}
+
+// Whatever call the host refuses, the failure is told in the words of what failed and the undo group closes.
+TEST(Separation, ARefusalIsToldAndTheOthersGoOn) {
+    const auto document = [] {
+        return lottieDocument(joined({solidLayer(joined({leftMask, rightMask})), shapeLayer(twoGroups)}));
+    };
+    int failures = 0;
+    for (int call = 1;; ++call) {
+        HostedDocument hosted(document());
+        const FailingSuites failing(hosted.host.basic(), call);
+        MessageLog messages;
+        const SeparationReport report =
+            separateLayers({failing.basic(), hosted.host.pluginId()}, std::vector<int>{0, 1}, &messages, {});
+        EXPECT_TRUE(hosted.host.balance().allReturned()) << call << ": " << hosted.host.balance().text();
+        if (!FailingSuites::reached())
+            break;
+        if (report.layersFailed == 0)
+            continue;
+        ++failures;
+        EXPECT_EQ(report.layersSeparated, 1) << call;
+        ASSERT_EQ(messages.texts.size(), 1u) << call;
+        EXPECT_TRUE(messages.texts[0] == "Error occurred when separating shapes." ||
+                    messages.texts[0] == "Error occurred when separating masks.")
+            << messages.texts[0];
+    }
+    EXPECT_GT(failures, 50);
+}
+
+} // namespace
+
+} // namespace jostle
