@@ -62,6 +62,11 @@ private:
         using StreamTable = AEGP_StreamSuite9;
         using TreeTable = AEGP_DynamicStreamSuite5;
         using KeyTable = AEGP_KeyframeSuite4;
+        using MaskTable = AEGP_LayerMaskSuite6;
+        using OutlineTable = AEGP_MaskOutlineSuite3;
+        using TextTable = AEGP_TextLayerSuite1;
+        using PathTable = PF_PathDataSuite1;
+        using CollectionTable = AEGP_CollectionSuite2;
         replace<CommandTable, &CommandTable::AEGP_DoCommand>(name, table) ||
             replace<UtilityTable, &UtilityTable::AEGP_StartUndoGroup>(name, table) ||
             replace<MemoryTable, &MemoryTable::AEGP_GetMemHandleSize, &MemoryTable::AEGP_LockMemHandle>(name, table) ||
@@ -71,7 +76,7 @@ private:
             replace<CompTable, &CompTable::AEGP_GetCompFromItem, &CompTable::AEGP_GetItemFromComp,
                     &CompTable::AEGP_GetCompFrameDuration, &CompTable::AEGP_DuplicateComp,
                     &CompTable::AEGP_GetNewCollectionFromCompSelection, &CompTable::AEGP_SetSelection,
-                    &CompTable::AEGP_SetCompWorkAreaStartAndDuration>(name, table) ||
+                    &CompTable::AEGP_SetCompWorkAreaStartAndDuration, &CompTable::AEGP_CreateVectorLayerInComp>(name, table) ||
             replace<FootageTable, &FootageTable::AEGP_GetMainFootageFromItem, &FootageTable::AEGP_GetFootageSignature,
                     &FootageTable::AEGP_GetSolidFootageColor>(name, table) ||
             replace<LayerTable, &LayerTable::AEGP_GetCompNumLayers, &LayerTable::AEGP_GetCompLayerByIndex,
@@ -81,16 +86,30 @@ private:
                     &LayerTable::AEGP_GetLayerDuration, &LayerTable::AEGP_GetLayerObjectType,
                     &LayerTable::AEGP_IsLayer3D, &LayerTable::AEGP_GetLayerID, &LayerTable::AEGP_GetLayerToWorldXform,
                     &LayerTable::AEGP_GetLayerParent, &LayerTable::AEGP_SetLayerParent,
-                    &LayerTable::AEGP_GetLayerLabel>(name, table) ||
+                    &LayerTable::AEGP_GetLayerLabel, &LayerTable::AEGP_ReorderLayer, &LayerTable::AEGP_SetLayerName,
+                    &LayerTable::AEGP_DuplicateLayer>(name, table) ||
             replace<StreamTable, &StreamTable::AEGP_GetNewLayerStream, &StreamTable::AEGP_IsStreamTimevarying,
                     &StreamTable::AEGP_GetNewStreamValue, &StreamTable::AEGP_SetStreamValue,
-                    &StreamTable::AEGP_GetExpressionState, &StreamTable::AEGP_SetExpressionState>(name, table) ||
+                    &StreamTable::AEGP_GetExpressionState, &StreamTable::AEGP_SetExpressionState,
+                    &StreamTable::AEGP_GetNewMaskStream, &StreamTable::AEGP_GetStreamName>(name, table) ||
             replace<TreeTable, &TreeTable::AEGP_GetNewStreamRefForLayer, &TreeTable::AEGP_GetNumStreamsInGroup,
                     &TreeTable::AEGP_GetNewStreamRefByMatchname, &TreeTable::AEGP_IsSeparationLeader,
-                    &TreeTable::AEGP_AreDimensionsSeparated, &TreeTable::AEGP_GetSeparationFollower>(name, table) ||
+                    &TreeTable::AEGP_AreDimensionsSeparated, &TreeTable::AEGP_GetSeparationFollower,
+                    &TreeTable::AEGP_GetNewStreamRefByIndex, &TreeTable::AEGP_GetMatchName,
+                    &TreeTable::AEGP_GetStreamGroupingType, &TreeTable::AEGP_DeleteStream>(name, table) ||
             replace<KeyTable, &KeyTable::AEGP_GetStreamNumKFs, &KeyTable::AEGP_GetKeyframeTime,
                     &KeyTable::AEGP_DeleteKeyframe, &KeyTable::AEGP_StartAddKeyframes, &KeyTable::AEGP_AddKeyframes,
-                    &KeyTable::AEGP_SetAddKeyframe>(name, table);
+                    &KeyTable::AEGP_SetAddKeyframe>(name, table) ||
+            replace<MaskTable, &MaskTable::AEGP_GetLayerMaskByIndex, &MaskTable::AEGP_CreateNewMask,
+                    &MaskTable::AEGP_GetMaskIsRotoBezier, &MaskTable::AEGP_SetMaskIsRotoBezier>(name, table) ||
+            replace<OutlineTable, &OutlineTable::AEGP_IsMaskOutlineOpen, &OutlineTable::AEGP_GetMaskOutlineNumSegments,
+                    &OutlineTable::AEGP_GetMaskOutlineVertexInfo>(name, table) ||
+            replace<TextTable, &TextTable::AEGP_GetNewTextOutlines, &TextTable::AEGP_GetNumTextOutlines,
+                    &TextTable::AEGP_GetIndexedTextOutline>(name, table) ||
+            replace<PathTable, &PathTable::PF_PathIsOpen, &PathTable::PF_PathNumSegments,
+                    &PathTable::PF_PathVertexInfo>(name, table) ||
+            replace<CollectionTable, &CollectionTable::AEGP_NewCollection, &CollectionTable::AEGP_CollectionPushBack>(
+                name, table);
         return 0;
     }
 

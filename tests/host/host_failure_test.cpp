@@ -30,7 +30,7 @@ std::unique_ptr<Document> mixedDocument() {
 bool importAndExport(const HostContext& context) {
     Scene scene;
     const ImportReport import = initFromComposition(context, scene);
-    bool allWell = import.error == A_Err_NONE && scene.bodyCount() == 2;
+    bool allWell = import.error == A_Err_NONE && scene.bodyCount() == 3;
     for (const LayerReport& layer : import.layers)
         allWell = allWell && layer.error == A_Err_NONE;
     {

@@ -55,10 +55,8 @@ TEST(LayerImport, TellsWhyALayerIsNoBody) {
          LayerOutcome::NoPicture},
         {"a solid without a size", LayerKind::Solid, [](auto& l) { l.item = std::make_shared<standalone::Item>(); },
          LayerOutcome::NoPicture},
-        {"masks count before the contents", LayerKind::Shape, [](auto& l) { addMasks(l, 1); }, LayerOutcome::Masks},
-        {"a masked solid", LayerKind::Solid, [](auto& l) { addMasks(l, 2); }, LayerOutcome::Masks},
-        {"text", LayerKind::Text, plain, LayerOutcome::Text},
-        {"vector shapes", LayerKind::Shape, plain, LayerOutcome::VectorShapes},
+        {"text", LayerKind::Text, plain, LayerOutcome::Body},
+        {"vector shapes", LayerKind::Shape, plain, LayerOutcome::Body},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

@@ -35,7 +35,7 @@ struct Stance {
     std::string position = "[100,50]";
     std::string scale = "[100,100]";
     std::string rotation = "0";
-    std::string more; ///< other members of the layer, each after a comma
+    std::string more = ""; ///< other members of the layer, each after a comma
 };
 
 inline std::string layerText(const std::string& members, const Stance& stance) {

@@ -113,8 +113,9 @@ TEST(MaskImport, MakesPrimitivesOfASingleMaskOnly) {
         EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Masks);
         EXPECT_EQ(piecesText(imported.body()), c.pieces);
         EXPECT_FALSE(imported.body().isBox) << "its first piece need not be all of it";
-        if (c.area > 0)
+        if (c.area > 0) {
             EXPECT_NEAR(areaOf(imported.body()) / c.area, 1.0, 1e-4);
+        }
     }
 }
 

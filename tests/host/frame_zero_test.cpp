@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include "host/keyframe_writer.h"
+#include "simulation/export_run.h"
+#include "tests/host/imported.h"
+
+namespace jostle {
+
+namespace {
+
+const std::string plainRect = rect("[40,20]", "[15,0]");
+const std::string corner = path(outlineText("[0,0],[30,0],[0,30]"));
+
+/// The vertices of a body where they stand, in metres.
+std::vector<b2Vec2> placedVertices(const BodyRecord& body) {
+    std::vector<b2Vec2> vertices;
+    for (const auto& shapes : body.outlines)
+        for (const ShapeDef& shape : shapes)
+            for (const b2Vec2& v : shape.verts)
+                vertices.push_back(b2Mul(b2Transform(body.position, b2Rot(body.angle)), v));
+    return vertices;
+}
+
+/// What a run of one frame has for bodies that have not moved.
+std::vector<ExportResult> samplesAtRest(const Scene& scene) {
+    std::vector<ExportResult> results;
+    for (auto body = scene.bodies.rbegin(); body != scene.bodies.rend(); ++body) {
+        ExportResult& result = results.emplace_back();
+        result.positions.push_back(scene.worldToPixels(body->position));
+        result.rotations.push_back(radiansToDegrees(body->angle));
+        result.layerAnchor = body->layerAnchor;
+    }
+    return results;
+}
+
+struct LookCase {
+    const char* name;
+    std::string elements;
+    Stance stance;
+    bool cleared; ///< whether the first group's position is (0, 0) afterwards
+};
+
+double firstGroupX(HostedDocument& hosted) {
+    HostChain chain(hosted.context());
+    const Stream contents = activeComposition(chain).layer(chain, 0).root(chain).child("ADBE Root Vectors Group");
+    return contents.childAt(0)
+        .child("ADBE Vector Transform Group")
+        .child("ADBE Vector Position")
+        .valueAt({0, 1}, Expressions::Applied)
+        .point()
+        .x;
+}
+
+// A layer that is written where it stands shows the same picture: read once more it has the same body.
+TEST(FrameZero, LooksAsBefore) {
+    const std::string at20 = R"(,"a":{"k":[2,3]},"p":{"k":[20,5]})";
+    const std::string at60 = R"(,"p":{"k":[60,0]})";
+    const LookCase cases[] = {
+        {"a rectangle in a group", group(plainRect, at20), {}, true},
+        {"on a turned and scaled layer",
+         group(plainRect, at20),
+         {.anchor = "[7,8]", .scale = "[50,50]", .rotation = "30"},
+         true},
+        {"a path", group(corner, at20), {}, true},
+        {"a path on a turned and stretched layer",
+         group(corner, at20),
+         {.anchor = "[7,8]", .scale = "[200,50]", .rotation = "30"},
+         true},
+        {"a path in a scaled group", group(corner, R"(,"p":{"k":[20,5]},"s":{"k":[50,200]})"), {}, true},
+        {"two paths in one group", group(joined({corner, corner}), at20), {}, true},
+        {"two groups: offsets that are not the same stay",
+         joined({group(plainRect, at20), group(corner, at60)}),
+         {.rotation = "30"},
+         false},
+        {"the other way round", joined({group(corner, at20), group(plainRect, at60)}), {}, false},
+        {"a group within a group",
+         group(group(plainRect, R"(,"p":{"k":[5,0]})"), at20),
+         {.rotation = "30"},
+         false},
+        {"a child of a turned parent",
+         group(corner, at20),
+         {.rotation = "20", .more = R"(,"ind":1,"parent":2)"},
+         true},
+    };
+    for (const LookCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        Imported imported(joined({shapeLayer(c.elements, c.stance),
+                                  layerText(R"("ty":3,"ind":2)", {.position = "[30,40]", .rotation = "15"})}));
+        const std::vector<ExportResult> results = samplesAtRest(imported.scene);
+        {
+            HostChain chain(imported.hosted.context());
+            const KeyframeJob job{imported.scene, results, 0, 0, false};
+            ASSERT_EQ(writeKeyframes(chain, activeComposition(chain), job, {}).outcome, WriteOutcome::Done);
+        }
+        EXPECT_TRUE(imported.hosted.host.balance().allReturned()) << imported.hosted.host.balance().text();
+        Scene again;
+        ASSERT_EQ(initFromComposition(imported.hosted.context(), again).error, A_Err_NONE);
+        const std::vector<b2Vec2> before = placedVertices(imported.body());
+        const std::vector<b2Vec2> after = placedVertices(again.bodies.at(0));
+        ASSERT_EQ(after.size(), before.size());
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            EXPECT_NEAR(after[i].x, before[i].x, 1e-4f) << i;
+            EXPECT_NEAR(after[i].y, before[i].y, 1e-4f) << i;
+        }
+        EXPECT_EQ(firstGroupX(imported.hosted) == 0, c.cleared);
+    }
+}
+
+} // namespace
+
+} // namespace jostle
