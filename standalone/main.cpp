@@ -63,6 +63,9 @@ void addInspect(CLI::App& app, InspectOptions& options) {
     command->add_flag("--json", options.json, "Prints a JSON object");
     command->add_flag("--outlines", options.outlines,
                       "With --json: also the pieces that each body consists of at frame 0, in composition pixels");
+    command->add_option("--precision", options.precision, "Points on each curve less one, as meshPrecision of all bodies")
+        ->type_name("N")
+        ->check(CLI::Range(0, 100));
     command
         ->add_option("--matrices", options.matrices,
                      "Prints instead, as JSON, where each layer stands at these composition frames, parents included: "

@@ -253,6 +253,10 @@ int runInspect(const InspectOptions& options) {
         complain(options.input, "the layers cannot be read (host error " + std::to_string(report.error) + ")");
         return exitFailed;
     }
+    for (int body = 0; options.precision && body < scene.bodyCount(); ++body) {
+        scene.bodies[static_cast<std::size_t>(body)].meshPrecision = *options.precision;
+        (void)refreshBody({host.basic(), host.pluginId()}, scene, body);
+    }
     const Composition& composition = host.outcome();
     if (options.json) {
         printJson(composition, report, scene, options.outlines);

@@ -32,7 +32,8 @@ struct InspectOptions {
     std::string animation; ///< identifier in an archive; empty for the first
     std::string matrices;  ///< frames to print the layers' matrices of, see parseFrameList; empty: none
     bool json = false;
-    bool outlines = false; ///< with `json`: also the pieces of each body, in composition pixels
+    std::optional<int> precision; ///< mesh precision of all bodies; without it what bodies have on import
+    bool outlines = false;        ///< with `json`: also the pieces of each body, in composition pixels
 };
 
 struct SeparateOptions {

@@ -1,0 +1,89 @@
+// Copies of a document that show one layer alone, as the player has it or as the outlines are read.
+
+const painted = new Set(['fl', 'gf', 'st', 'gs']);
+const changing = new Set(['tm', 'rp', 'mm', 'rd', 'op', 'pb', 'zz', 'tw']);
+const outlines = new Set(['sh', 'rc', 'el', 'sr']);
+const fill = (rule) => ({ ty: 'fl', c: { a: 0, k: [0, 0, 0, 1] }, o: { a: 0, k: 100 }, r: rule });
+
+/// The document with one layer visible: opaque, for all frames, without mattes, effects, styles and blending.
+export function alone(document, index) {
+  const copy = structuredClone(document);
+  copy.ip = 0;
+  copy.op = Math.max(copy.op ?? 1, 1);
+  copy.layers.forEach((layer, i) => {
+    layer.hd = i !== index;
+    for (const member of ['tt', 'td', 'tp', 'ef', 'sy', 'bm', 'ao']) delete layer[member];
+  });
+  const layer = copy.layers[index];
+  layer.ip = 0;
+  layer.op = copy.op;
+  layer.ks = { ...layer.ks, o: { a: 0, k: 100 } };
+  return copy;
+}
+
+/// What in a layer is not read, or read in another way than it is drawn.
+export function notRead(layer) {
+  const found = new Set();
+  const walk = (elements) => {
+    for (const element of elements ?? []) {
+      if (element.hd) found.add('hidden elements');
+      if (element.ty === 'st' || element.ty === 'gs') found.add('strokes');
+      if (element.ty === 'gf') found.add('gradients');
+      if (changing.has(element.ty)) found.add(`modifier ${element.ty}`);
+      if (element.ty === 'tr' && (element.sk?.k || element.sk?.a)) found.add('skew of groups');
+      if (element.ty === 'tr' && element.r?.k && !element.r.a) found.add('turned groups');
+      walk(element.it);
+    }
+  };
+  walk(layer.shapes);
+  for (const mask of layer.masksProperties ?? []) {
+    if (mask.mode !== 'a') found.add(`mask mode ${mask.mode}`);
+    if (mask.inv) found.add('inverted masks');
+    if (mask.f || mask.x?.k || mask.x?.a) found.add('feather or expansion');
+    if (mask.o?.a || (mask.o?.k ?? 100) !== 100) found.add('mask opacity');
+  }
+  if (layer.ks?.sk?.k || layer.ks?.sk?.a) found.add('skew of the layer');
+  if (layer.t?.a?.length) found.add('text animators');
+  return [...found];
+}
+
+function stripped(elements) {
+  return (elements ?? [])
+    .filter((element) => !painted.has(element.ty) && !changing.has(element.ty))
+    .map((element) => {
+      const copy = { ...element, hd: false };
+      if (copy.it) copy.it = stripped(copy.it);
+      if (copy.ty === 'tr') copy.o = { a: 0, k: 100 };
+      return copy;
+    });
+}
+
+// A fill goes below the outlines of its list, and in a group above the group's transform.
+function filledByGroup(elements) {
+  const inner = elements.map((element) => (element.it ? { ...element, it: filledByGroup(element.it) } : element));
+  if (!inner.some((element) => outlines.has(element.ty))) return inner;
+  const transform = inner.filter((element) => element.ty === 'tr');
+  return [...inner.filter((element) => element.ty !== 'tr'), fill(2), ...transform];
+}
+
+/// The same, but all outlines filled and nothing else: by the even-odd rule, by the non-zero rule, and group by group.
+/// Masks become outlines of a shape layer. Text stays as it is.
+export function asRead(document, index) {
+  const base = alone(document, index);
+  const layer = base.layers[index];
+  const masks = layer.masksProperties ?? [];
+  let elements = stripped(layer.shapes);
+  if (masks.length > 0) {
+    elements = masks.map((mask) => ({ ty: 'sh', ks: mask.pt }));
+  } else if (layer.ty !== 4) {
+    return [base];
+  }
+  const variant = (shapes) => {
+    const copy = structuredClone(base);
+    const changed = copy.layers[index];
+    for (const member of ['masksProperties', 'hasMask', 'refId', 't', 'sw', 'sh', 'sc']) delete changed[member];
+    Object.assign(changed, { ty: 4, shapes: structuredClone(shapes) });
+    return copy;
+  };
+  return [variant([...elements, fill(2)]), variant([...elements, fill(1)]), variant(filledByGroup(elements))];
+}
