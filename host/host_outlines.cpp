@@ -33,8 +33,8 @@ bool HostOutline::isOpen() const {
         return chain_->call<&AEGP_MaskOutlineSuite3::AEGP_IsMaskOutlineOpen>(mask_, &open) && open != 0;
     }
     PF_Boolean open = 0;
-    return path_ != nullptr &&
-           chain_->call<&PF_PathDataSuite1::PF_PathIsOpen>(PF_ProgPtr{nullptr}, path_, &open) && open != 0;
+    return path_ != nullptr && chain_->call<&PF_PathDataSuite1::PF_PathIsOpen>(PF_ProgPtr{nullptr}, path_, &open) &&
+           open != 0;
 }
 
 AEGP_MaskVertex HostOutline::vertex(int index) const {

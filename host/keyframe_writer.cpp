@@ -106,7 +106,7 @@ private:
     const KeyframeJob& job_;
     A_Time frameDuration_;
     double pixelAspect_;
-    std::vector<ScaleSamples> scales_;  ///< by record
+    std::vector<ScaleSamples> scales_;   ///< by record
     std::vector<Matrix4> shapeMatrices_; ///< by record; of shape layers, at time 0
 
     // Samples of the layer at hand, kept between layers for their memory.

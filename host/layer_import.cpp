@@ -89,8 +89,7 @@ ImportReport initFromComposition(const HostContext& context, Scene& scene, Messa
     return report;
 }
 
-std::optional<LayerReport> refreshBody(const HostContext& context, Scene& scene, int bodyIndex,
-                                       MessageSink* messages) {
+std::optional<LayerReport> refreshBody(const HostContext& context, Scene& scene, int bodyIndex, MessageSink* messages) {
     const auto record = static_cast<std::size_t>(bodyIndex);
     if (bodyIndex < 0 || record >= scene.bodies.size() || record >= scene.layerIndices.size())
         return std::nullopt;

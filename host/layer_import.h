@@ -14,8 +14,8 @@ namespace jostle {
 ///
 /// Replaces the bodies and the facts of the composition; global properties and preferences stay. Each visible flat
 /// layer with something to show becomes a `Dynamic` body as it stands at time 0, of the form that its masks, glyphs,
-/// vector shapes or bounds give it; see importLayer. At the end the bodies whose outlines cross themselves are reported.
-/// Without an active composition the scene gets no bodies and keeps its facts.
+/// vector shapes or bounds give it; see importLayer. At the end the bodies whose outlines cross themselves are
+/// reported. Without an active composition the scene gets no bodies and keeps its facts.
 ///
 /// Host: within one undo group, "Jostle Initialization"; nothing is changed.
 /// @param messages  null if nobody is to be told

@@ -33,8 +33,7 @@ Stream Mask::stream(AEGP_MaskStream which) const {
 
 bool Mask::isRotoBezier() const {
     A_Boolean on = 0;
-    return handle_ != nullptr &&
-           chain_->call<&AEGP_LayerMaskSuite6::AEGP_GetMaskIsRotoBezier>(handle_, &on) && on != 0;
+    return handle_ != nullptr && chain_->call<&AEGP_LayerMaskSuite6::AEGP_GetMaskIsRotoBezier>(handle_, &on) && on != 0;
 }
 
 void Mask::setRotoBezier(bool on) const {

@@ -94,8 +94,7 @@ void Separation::makeShapeLayer(const Layer& source, int groupIndex, int place) 
     if (parent.exists())
         layer.setParent(chain_, parent);
     for (const AEGP_LayerStream which : transformStreams)
-        layer.stream(chain_, which)
-            .setValue(source.stream(chain_, which).valueAt(sampleTime, Expressions::Applied));
+        layer.stream(chain_, which).setValue(source.stream(chain_, which).valueAt(sampleTime, Expressions::Applied));
     Stream group = vectorContents(chain_, source).childAt(groupIndex);
     layer.setName(chain_, group.shownName());
     select(std::move(group));

@@ -103,8 +103,7 @@ bool ShapeOffsets::areInPlace(const Matrix4& matrix, AEGP_TwoDVal place, AEGP_Tw
         const AEGP_TwoDVal shown = project(element.before, matrix);
         const AEGP_TwoDVal offset = project({element.after.x - anchor.x, element.after.y - anchor.y}, matrix);
         // Not at once "is greater": what is no number is not in its place.
-        if (!(std::hypot(place.x + offset.x - origin.x - shown.x, place.y + offset.y - origin.y - shown.y) <
-              leastMove))
+        if (!(std::hypot(place.x + offset.x - origin.x - shown.x, place.y + offset.y - origin.y - shown.y) < leastMove))
             return false;
     }
     return true;

@@ -186,8 +186,8 @@ VectorShapes ShapeReader::finish() {
     if (options_.useConvexHull)
         wrapInHulls(OutlineSource::VectorShapes, groups_);
     if (result_.hasOutlines)
-        result_.mesh = assemble(circles_, boxes_, groups_,
-                                vectorBodySpace(result_.position, frame_.scale, result_.isPath));
+        result_.mesh =
+            assemble(circles_, boxes_, groups_, vectorBodySpace(result_.position, frame_.scale, result_.isPath));
     return std::move(result_);
 }
 

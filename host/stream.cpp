@@ -155,7 +155,7 @@ std::u16string Stream::shownName() const {
     if (!exists())
         return {};
     HostString name(*chain_);
-    if ( !chain_->canDispose<&AEGP_MemorySuite1::AEGP_FreeMemHandle>() ||
+    if (!chain_->canDispose<&AEGP_MemorySuite1::AEGP_FreeMemHandle>() ||
         !chain_->call<&AEGP_StreamSuite9::AEGP_GetStreamName>(chain_->pluginId(), handle_, A_Boolean{0}, name.out()))
         return {};
     return name.units();

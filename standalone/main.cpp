@@ -63,7 +63,8 @@ void addInspect(CLI::App& app, InspectOptions& options) {
     command->add_flag("--json", options.json, "Prints a JSON object");
     command->add_flag("--outlines", options.outlines,
                       "With --json: also the pieces that each body consists of at frame 0, in composition pixels");
-    command->add_option("--precision", options.precision, "Points on each curve less one, as meshPrecision of all bodies")
+    command
+        ->add_option("--precision", options.precision, "Points on each curve less one, as meshPrecision of all bodies")
         ->type_name("N")
         ->check(CLI::Range(0, 100));
     command
@@ -88,8 +89,7 @@ int run(const std::string& input, const std::function<int()>& command) {
     try {
         return command();
     } catch (const std::bad_alloc&) {
-        complain(input,
-                 "there is not enough memory for it; nothing was written. Solve fewer frames at a time");
+        complain(input, "there is not enough memory for it; nothing was written. Solve fewer frames at a time");
         return exitFailed;
     }
 }

@@ -10,15 +10,16 @@ const here = path.dirname(fileURLToPath(import.meta.url));
 const wanted = 0.98;
 
 function parseArguments(argv) {
-  const options = { out: path.join(here, 'out'), files: [],
+  const options = { out: path.join(here, 'out'), files: [], layers: Infinity,
     program: process.env.JOSTLE ?? path.join(here, '../../build/release/bin/jostle') };
   for (let i = 0; i < argv.length; i += 1) {
     if (argv[i] === '--out') options.out = argv[i += 1];
     else if (argv[i] === '--program') options.program = argv[i += 1];
+    else if (argv[i] === '--layers') options.layers = Number(argv[i += 1]);
     else options.files.push(argv[i]);
   }
   if (options.files.length === 0) {
-    console.error('usage: check.sh [--out FOLDER] [--program JOSTLE] FILE.json...');
+    console.error('usage: check.sh [--out FOLDER] [--program JOSTLE] [--layers N] FILE.json...');
     process.exit(2);
   }
   return options;
@@ -53,8 +54,8 @@ async function checkFile(page, file, options, rows) {
   const inspected = inspect(options, file, []);
   const fine = inspect(options, file, ['--precision', '10']);
   const document = JSON.parse(fs.readFileSync(file, 'utf8').replace(/^\uFEFF/, ''));
-  for (const layer of inspected.layers) {
-    if (!layer.body || layer.readFrom === 'bounds' || layer.readFrom === 'fallback') continue;
+  const compared = inspected.layers.filter((layer) => layer.body && !['bounds', 'fallback'].includes(layer.readFrom));
+  for (const layer of compared.slice(0, options.layers)) {
     const row = { file: path.basename(file, '.json'), layer: layer.number, name: layer.name, from: layer.readFrom,
       shape: layer.shape, reasons: notRead(document.layers[layer.number - 1]).join(', ') };
     rows.push(row);

@@ -5,20 +5,25 @@ const changing = new Set(['tm', 'rp', 'mm', 'rd', 'op', 'pb', 'zz', 'tw']);
 const outlines = new Set(['sh', 'rc', 'el', 'sr']);
 const fill = (rule) => ({ ty: 'fl', c: { a: 0, k: [0, 0, 0, 1] }, o: { a: 0, k: 100 }, r: rule });
 
-/// The document with one layer visible: opaque, for all frames, without mattes, effects, styles and blending.
+/// The document with one layer and, as nulls, what it hangs from: opaque, for all frames, without mattes, effects,
+/// styles and blending.
 export function alone(document, index) {
-  const copy = structuredClone(document);
-  copy.ip = 0;
-  copy.op = Math.max(copy.op ?? 1, 1);
-  copy.layers.forEach((layer, i) => {
-    layer.hd = i !== index;
-    for (const member of ['tt', 'td', 'tp', 'ef', 'sy', 'bm', 'ao']) delete layer[member];
-  });
-  const layer = copy.layers[index];
-  layer.ip = 0;
-  layer.op = copy.op;
-  layer.ks = { ...layer.ks, o: { a: 0, k: 100 } };
-  return copy;
+  const { layers, ...rest } = document;
+  const op = Math.max(rest.op ?? 1, 1);
+  const shown = structuredClone(layers[index]);
+  for (const member of ['tt', 'td', 'tp', 'ef', 'sy', 'bm']) delete shown[member];
+  Object.assign(shown, { hd: false, ip: 0, op, ks: { ...shown.ks, o: { a: 0, k: 100 } } });
+  const kept = [shown];
+  const seen = new Set([index]);
+  for (let { parent } = shown; parent !== undefined;) {
+    const place = layers.findIndex((layer) => layer.ind === parent);
+    if (place < 0 || seen.has(place)) break;
+    seen.add(place);
+    const { ind, ks, ao, st, sr } = layers[place];
+    kept.push(structuredClone({ ty: 3, ind, ks, ao, st, sr, parent: layers[place].parent, ip: 0, op }));
+    parent = layers[place].parent;
+  }
+  return { ...rest, ip: 0, op, layers: kept };
 }
 
 /// What in a layer is not read, or read in another way than it is drawn.
@@ -70,7 +75,7 @@ function filledByGroup(elements) {
 /// Masks become outlines of a shape layer. Text stays as it is.
 export function asRead(document, index) {
   const base = alone(document, index);
-  const layer = base.layers[index];
+  const [layer] = base.layers;
   const masks = layer.masksProperties ?? [];
   let elements = stripped(layer.shapes);
   if (masks.length > 0) {
@@ -80,7 +85,7 @@ export function asRead(document, index) {
   }
   const variant = (shapes) => {
     const copy = structuredClone(base);
-    const changed = copy.layers[index];
+    const [changed] = copy.layers;
     for (const member of ['masksProperties', 'hasMask', 'refId', 't', 'sw', 'sh', 'sc']) delete changed[member];
     Object.assign(changed, { ty: 4, shapes: structuredClone(shapes) });
     return copy;

@@ -168,8 +168,8 @@ void SolveRun::solveInHost(const HostContext& context) {
     if (options_.separate) {
         const SeparationReport separated = separateAll(context, &printer);
         if (separated.error != A_Err_NONE) {
-            (void)fail(options_.input, "the layers cannot be separated (host error " +
-                                           std::to_string(separated.error) + "); nothing was saved");
+            (void)fail(options_.input, "the layers cannot be separated (host error " + std::to_string(separated.error) +
+                                           "); nothing was saved");
             return;
         }
     }

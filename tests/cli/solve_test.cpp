@@ -36,8 +36,8 @@ TEST(Solve, GivesTheSameBytesTwice) {
 }
 
 TEST(Solve, LeavesAFileWithNothingToSimulateAsItIs) {
-    const std::string inputs[] = {sample("testfiles-null-parent.json"), sample("ios-GeometryTransformTest.json"),
-                                  document(R"({"ty":3,"ind":1,"ip":0,"op":10,"ks":{}})")};
+    const std::string null = R"({"ty":3,"ind":1,"ip":0,"op":10,"ks":{}})";
+    const std::string inputs[] = {document(null), " " + document(null + R"(,{"ty":4,"ind":2,"hd":true,"shapes":[]})")};
     for (const std::string& input : inputs) {
         const TestFolder folder;
         folder.put("in.json", input);

@@ -76,7 +76,8 @@ private:
             replace<CompTable, &CompTable::AEGP_GetCompFromItem, &CompTable::AEGP_GetItemFromComp,
                     &CompTable::AEGP_GetCompFrameDuration, &CompTable::AEGP_DuplicateComp,
                     &CompTable::AEGP_GetNewCollectionFromCompSelection, &CompTable::AEGP_SetSelection,
-                    &CompTable::AEGP_SetCompWorkAreaStartAndDuration, &CompTable::AEGP_CreateVectorLayerInComp>(name, table) ||
+                    &CompTable::AEGP_SetCompWorkAreaStartAndDuration, &CompTable::AEGP_CreateVectorLayerInComp>(
+                name, table) ||
             replace<FootageTable, &FootageTable::AEGP_GetMainFootageFromItem, &FootageTable::AEGP_GetFootageSignature,
                     &FootageTable::AEGP_GetSolidFootageColor>(name, table) ||
             replace<LayerTable, &LayerTable::AEGP_GetCompNumLayers, &LayerTable::AEGP_GetCompLayerByIndex,
@@ -85,9 +86,9 @@ private:
                     &LayerTable::AEGP_IsLayerVideoReallyOn, &LayerTable::AEGP_GetLayerInPoint,
                     &LayerTable::AEGP_GetLayerDuration, &LayerTable::AEGP_GetLayerObjectType,
                     &LayerTable::AEGP_IsLayer3D, &LayerTable::AEGP_GetLayerID, &LayerTable::AEGP_GetLayerToWorldXform,
-                    &LayerTable::AEGP_GetLayerParent, &LayerTable::AEGP_SetLayerParent,
-                    &LayerTable::AEGP_GetLayerLabel, &LayerTable::AEGP_ReorderLayer, &LayerTable::AEGP_SetLayerName,
-                    &LayerTable::AEGP_DuplicateLayer>(name, table) ||
+                    &LayerTable::AEGP_GetLayerParent, &LayerTable::AEGP_SetLayerParent, &LayerTable::AEGP_GetLayerLabel,
+                    &LayerTable::AEGP_ReorderLayer, &LayerTable::AEGP_SetLayerName, &LayerTable::AEGP_DuplicateLayer>(
+                name, table) ||
             replace<StreamTable, &StreamTable::AEGP_GetNewLayerStream, &StreamTable::AEGP_IsStreamTimevarying,
                     &StreamTable::AEGP_GetNewStreamValue, &StreamTable::AEGP_SetStreamValue,
                     &StreamTable::AEGP_GetExpressionState, &StreamTable::AEGP_SetExpressionState,

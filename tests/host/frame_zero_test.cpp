@@ -73,14 +73,8 @@ TEST(FrameZero, LooksAsBefore) {
          {.rotation = "30"},
          false},
         {"the other way round", joined({group(corner, at20), group(plainRect, at60)}), {}, false},
-        {"a group within a group",
-         group(group(plainRect, R"(,"p":{"k":[5,0]})"), at20),
-         {.rotation = "30"},
-         false},
-        {"a child of a turned parent",
-         group(corner, at20),
-         {.rotation = "20", .more = R"(,"ind":1,"parent":2)"},
-         true},
+        {"a group within a group", group(group(plainRect, R"(,"p":{"k":[5,0]})"), at20), {.rotation = "30"}, false},
+        {"a child of a turned parent", group(corner, at20), {.rotation = "20", .more = R"(,"ind":1,"parent":2)"}, true},
     };
     for (const LookCase& c : cases) {
         SCOPED_TRACE(c.name);

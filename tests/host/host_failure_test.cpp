@@ -5,6 +5,7 @@
 #include "host/layer_import.h"
 #include "tests/host/document.h"
 #include "tests/host/failing_suites.h"
+#include "tests/host/lottie_document.h"
 
 namespace jostle {
 
@@ -66,6 +67,26 @@ TEST(HostFailure, NothingLeaksWhicheverCallIsRefused) {
     }
     EXPECT_GT(call, 100);
     EXPECT_LT(call, tooMany);
+}
+
+// The readers of masks, shapes and glyphs, at the first import and once more for each body.
+TEST(HostFailure, ReadersGiveBackWhateverCallIsRefused) {
+    const std::string layers =
+        joined({solidLayer(mask(hostCircle)), shapeLayer(group(joined({path(hostCircle), fill("[1,0,0,1]")}))),
+                layerText(R"("ty":5,"t":{"d":{"k":[{"t":0,"s":{"t":"o","f":"F","s":9,"j":0}}]}})", {})});
+    int call = 1;
+    for (bool reached = true; reached; ++call) {
+        HostedDocument hosted(lottieDocument(layers));
+        const FailingSuites failing(hosted.host.basic(), call);
+        const HostContext context{failing.basic(), hosted.host.pluginId()};
+        Scene scene;
+        (void)initFromComposition(context, scene);
+        for (int body = 0; body < scene.bodyCount(); ++body)
+            (void)refreshBody(context, scene, body);
+        reached = FailingSuites::reached();
+        EXPECT_TRUE(hosted.host.balance().allReturned()) << "call " << call << ": " << hosted.host.balance().text();
+    }
+    EXPECT_GT(call, 200);
 }
 
 TEST(HostFailure, OneUnreadableLayerDoesNotKeepTheOthersOut) {

@@ -69,8 +69,7 @@ inline const std::string hostCircle =
     R"("o":[[-27.614,0],[0,27.614],[27.614,0],[0,-27.614]],"c":true})";
 
 inline std::string mask(const std::string& outline, const std::string& name = "mask") {
-    return R"({"mode":"a","inv":false,"nm":")" + name + R"(","pt":{"k":)" + outline +
-           R"(},"o":{"k":100},"x":{"k":0}})";
+    return R"({"mode":"a","inv":false,"nm":")" + name + R"(","pt":{"k":)" + outline + R"(},"o":{"k":100},"x":{"k":0}})";
 }
 
 inline std::string path(const std::string& outline) {

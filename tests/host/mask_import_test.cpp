@@ -129,9 +129,8 @@ TEST(MaskImport, ReadsAllMasksWhateverTheirModes) {
 
 // Corners of the rectangle from (10, 10) to (90, 60), less the anchor (30, 20), times the scale.
 TEST(MaskImport, MeasuresFromTheAnchorAndScalesTheOutline) {
-    Imported imported(
-        solidLayer(at(rightRectangle),
-                   {.anchor = "[30,20]", .position = "[120,80]", .scale = "[200,-100]", .rotation = "30"}));
+    Imported imported(solidLayer(
+        at(rightRectangle), {.anchor = "[30,20]", .position = "[120,80]", .scale = "[200,-100]", .rotation = "30"}));
     const BodyRecord& body = imported.body();
     const auto [least, most] = extentOf(body);
     expectPoint(least, -0.4f, -0.1f);
@@ -147,10 +146,9 @@ TEST(MaskImport, MeasuresFromTheAnchorAndScalesTheOutline) {
 
 TEST(MaskImport, TakesTheCircleOfAScaledChildWhereItStands) {
     // The null doubles, the layer halves again in both axes.
-    Imported imported(joined({solidLayer(mask(hostCircle), {.position = "[10,0]",
-                                                            .scale = "[50,50]",
-                                                            .more = R"(,"ind":1,"parent":2)"}),
-                              layerText(R"("ty":3,"ind":2)", {.scale = "[400,400]"})}));
+    Imported imported(joined(
+        {solidLayer(mask(hostCircle), {.position = "[10,0]", .scale = "[50,50]", .more = R"(,"ind":1,"parent":2)"}),
+         layerText(R"("ty":3,"ind":2)", {.scale = "[400,400]"})}));
     const BodyRecord& body = imported.body();
     const ShapeDef& circle = body.outlines.at(0).at(0);
     expectPoint(body.layerScale, 2, 2);

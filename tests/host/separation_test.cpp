@@ -55,18 +55,18 @@ TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
         shapeLayer(twoGroups, {.position = "[120,30]", .scale = "[50,50]", .rotation = "30"}),
     })));
     std::vector<std::string> told;
-    const SeparationReport report =
-        separateLayers(hosted.context(), findSeparableLayers(hosted.context()), nullptr,
-                       [&told](const SeparationProgress& p) {
-                           told.push_back(std::to_string(p.layer) + (p.isMask ? " mask " : " shape ") +
-                                          std::to_string(p.part) + "/" + std::to_string(p.parts));
-                       });
+    const SeparationReport report = separateLayers(
+        hosted.context(), findSeparableLayers(hosted.context()), nullptr, [&told](const SeparationProgress& p) {
+            told.push_back(std::to_string(p.layer) + (p.isMask ? " mask " : " shape ") + std::to_string(p.part) + "/" +
+                           std::to_string(p.parts));
+        });
     EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
     EXPECT_EQ(report.layersSeparated, 2);
     EXPECT_EQ(report.layersMade, 4);
-    EXPECT_EQ(told, (std::vector<std::string>{"1 shape 1/3", "1 shape 2/3", "1 shape 3/3", "2 mask 1/2", "2 mask 2/2"}));
-    EXPECT_EQ(namesOf(hosted), (std::vector<std::string>{"solid", "left", "right", "solid (hidden)", "one", "two",
-                                                         "shape (hidden)"}));
+    EXPECT_EQ(told,
+              (std::vector<std::string>{"1 shape 1/3", "1 shape 2/3", "1 shape 3/3", "2 mask 1/2", "2 mask 2/2"}));
+    EXPECT_EQ(namesOf(hosted),
+              (std::vector<std::string>{"solid", "left", "right", "solid (hidden)", "one", "two", "shape (hidden)"}));
     Scene scene;
     ASSERT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);
     ASSERT_EQ(scene.bodyCount(), 5);
@@ -89,9 +89,9 @@ TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
 }
 
 TEST(Separation, PartsOfAChildStandWhereTheSourceDoes) {
-    HostedDocument hosted(lottieDocument(
-        joined({shapeLayer(twoGroups, {.position = "[10,0]", .more = R"(,"ind":1,"parent":2)"}),
-                layerText(R"("ty":3,"ind":2)", {.position = "[40,50]", .scale = "[200,200]"})})));
+    HostedDocument hosted(
+        lottieDocument(joined({shapeLayer(twoGroups, {.position = "[10,0]", .more = R"(,"ind":1,"parent":2)"}),
+                               layerText(R"("ty":3,"ind":2)", {.position = "[40,50]", .scale = "[200,200]"})})));
     EXPECT_EQ(separateLayers(hosted.context(), std::vector<int>{0}, nullptr, {}).layersMade, 2);
     Scene scene;
     ASSERT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);

@@ -280,9 +280,8 @@ std::unique_ptr<Document> textDocument(const std::string& text, const Stance& st
                               group(joined({path(outlineText("[0,0],[50,0],[50,-50],[0,-50]")),
                                             path(outlineText("[10,-10],[40,-10],[40,-40],[10,-40]"))})) +
                               "]}}";
-    const std::string document =
-        R"("ty":5,"nm":"text","t":{"a":[],"d":{"k":[{"t":0,"s":{"t":")" + text +
-        R"(","f":"F-Regular","s":100,"j":0,"tr":0,"lh":120,"ls":0,"fc":[0,0,0]}}]}})";
+    const std::string document = R"("ty":5,"nm":"text","t":{"a":[],"d":{"k":[{"t":0,"s":{"t":")" + text +
+                                 R"(","f":"F-Regular","s":100,"j":0,"tr":0,"lh":120,"ls":0,"fc":[0,0,0]}}]}})";
     return lottieDocument(layerText(document, stance), R"(,"chars":[)" + glyph +
                                                            R"(],"fonts":{"list":[{"fName":"F-Regular","fFamily":"F",)"
                                                            R"("fStyle":"Regular","ascent":75}]})");
@@ -309,8 +308,14 @@ TEST(TextImport, EachGlyphJoinsTheMeshAndKeepsItsHoles) {
          {0, -0.5f},
          {1.1f, 0},
          0},
-        {"scaled, about the anchor", "o", {.anchor = "[10,0]", .scale = "[200,100]"}, one, 0.32, {-0.2f, -0.5f},
-         {0.8f, 0}, 0},
+        {"scaled, about the anchor",
+         "o",
+         {.anchor = "[10,0]", .scale = "[200,100]"},
+         one,
+         0.32,
+         {-0.2f, -0.5f},
+         {0.8f, 0},
+         0},
         {"turned: the body is, not the outline", "o", {.rotation = "90"}, one, 0.16, {0, -0.5f}, {0.5f, 0}, 90},
         {"nothing", "", {}, "0 circles, 0 boxes, 0 lines, 0 triangles", 0, {1e9f, 1e9f}, {-1e9f, -1e9f}, 0},
     };
