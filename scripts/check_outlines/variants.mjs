@@ -5,12 +5,21 @@ const changing = new Set(['tm', 'rp', 'mm', 'rd', 'op', 'pb', 'zz', 'tw']);
 const outlines = new Set(['sh', 'rc', 'el', 'sr']);
 const fill = (rule) => ({ ty: 'fl', c: { a: 0, k: [0, 0, 0, 1] }, o: { a: 0, k: 100 }, r: rule });
 
+// Expressions are no part of what is compared: some name layers that are left out.
+function withoutExpressions(value) {
+  if (Array.isArray(value)) return value.map(withoutExpressions);
+  if (value === null || typeof value !== 'object') return value;
+  return Object.fromEntries(Object.entries(value)
+    .filter(([key, member]) => !(key === 'x' && typeof member === 'string' && 'k' in value))
+    .map(([key, member]) => [key, withoutExpressions(member)]));
+}
+
 /// The document with one layer and, as nulls, what it hangs from: opaque, for all frames, without mattes, effects,
-/// styles and blending.
+/// styles, blending and expressions.
 export function alone(document, index) {
   const { layers, ...rest } = document;
   const op = Math.max(rest.op ?? 1, 1);
-  const shown = structuredClone(layers[index]);
+  const shown = withoutExpressions(layers[index]);
   for (const member of ['tt', 'td', 'tp', 'ef', 'sy', 'bm']) delete shown[member];
   Object.assign(shown, { hd: false, ip: 0, op, ks: { ...shown.ks, o: { a: 0, k: 100 } } });
   const kept = [shown];
@@ -20,7 +29,7 @@ export function alone(document, index) {
     if (place < 0 || seen.has(place)) break;
     seen.add(place);
     const { ind, ks, ao, st, sr } = layers[place];
-    kept.push(structuredClone({ ty: 3, ind, ks, ao, st, sr, parent: layers[place].parent, ip: 0, op }));
+    kept.push(withoutExpressions({ ty: 3, ind, ks, ao, st, sr, parent: layers[place].parent, ip: 0, op }));
     parent = layers[place].parent;
   }
   return { ...rest, ip: 0, op, layers: kept };
@@ -49,6 +58,7 @@ export function notRead(layer) {
   }
   if (layer.ks?.sk?.k || layer.ks?.sk?.a) found.add('skew of the layer');
   if (layer.t?.a?.length) found.add('text animators');
+  if (JSON.stringify(withoutExpressions(layer)) !== JSON.stringify(layer)) found.add('expressions');
   return [...found];
 }
 
