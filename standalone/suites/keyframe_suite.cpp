@@ -20,7 +20,7 @@ StreamRef* keyedLeaf(AEGP_StreamRefH handle) {
 }
 
 const std::vector<double>& framesOf(const TreeNode& leaf) {
-    return leaf.path != nullptr ? leaf.path->frames : leaf.stream->keys.frames;
+    return leaf.path != nullptr ? leaf.path->frames : leaf.stream->keys.frames.items();
 }
 
 bool isKey(const StreamRef& ref, AEGP_KeyframeIndex index) {

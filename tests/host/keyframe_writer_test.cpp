@@ -87,7 +87,7 @@ TEST(KeyframeWriter, WritesKeysWhereTheSamplesChange) {
     // The third component stays.
     expectKeys(layer.transform.position, {30, 32, 33, 34}, {10, 20, 7, 10, 20, 7, 12, 20, 7, 14, 20, 7});
     EXPECT_DOUBLE_EQ(layer.transform.rotation.keys.empty() ? layer.transform.rotation.value[0]
-                                                           : layer.transform.rotation.keys.values.at(0),
+                                                           : layer.transform.rotation.keys.values.items().at(0),
                      5.0);
     expectValue(layer.transform.anchor, {10, 5, 0});
     expectValue(layer.transform.scale, {100, 100, 100});
