@@ -26,8 +26,8 @@ namespace {
 constexpr std::size_t mostPoints = 32'768;
 constexpr std::size_t mostCrossings = 20'000;
 
-/// Steps along loops of edges, about a second's worth. The library walks along a whole loop at each crossing, and at
-/// each corner at which edges begin or end as seen from left to right.
+/// Steps along loops of edges, about a second's worth. The library walks along a whole loop at each crossing, at each
+/// point that lies on another, and at each corner at which edges begin or end as seen from left to right.
 constexpr std::size_t mostSteps = 200'000'000;
 
 using Vertex = std::array<GLdouble, 3>;
@@ -127,6 +127,17 @@ std::size_t countTurns(const Ring& ring) {
     return turns;
 }
 
+/// Points where another one lies. The library joins the two like the ends of edges that cross.
+std::size_t countRepeats(std::span<const Ring> rings) {
+    std::vector<b2Vec2> points;
+    for (const Ring& ring : rings) {
+        points.insert(points.end(), ring.begin(), ring.end());
+    }
+    std::sort(points.begin(), points.end(), [](b2Vec2 a, b2Vec2 b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
+    const auto distinct = std::unique(points.begin(), points.end());
+    return static_cast<std::size_t>(points.end() - distinct);
+}
+
 bool isAffordable(std::span<const Ring> rings) {
     std::size_t points = 0;
     std::size_t turns = 0;
@@ -138,7 +149,7 @@ bool isAffordable(std::span<const Ring> rings) {
         return false;
     }
     const std::optional<std::size_t> crossings = countCrossings(rings, mostCrossings);
-    return crossings && (points + 2 * *crossings) * (turns + *crossings) <= mostSteps;
+    return crossings && (points + 2 * *crossings) * (turns + *crossings + countRepeats(rings)) <= mostSteps;
 }
 
 void run(GLUtesselator* tess, std::span<const std::vector<b2Vec2>> rings, Output& output) {
