@@ -21,6 +21,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace jostle {
@@ -222,7 +223,7 @@ private:
             return false;
         }
         return isCoarse(scales.grid) ||
-               (hasDistinctColumns(order) && isSpacious(order, scales.tooClose) && finePartsAreSeenRight(scales.fine));
+               (hasDistinctColumns(order) && isSpacious(scales.tooClose) && finePartsAreSeenRight(scales.fine));
     }
 
     [[nodiscard]] bool isCoarse(double grid) const {
@@ -250,19 +251,32 @@ private:
         return true;
     }
 
-    [[nodiscard]] bool isSpacious(std::span<const std::uint32_t> order, double tooClose) const {
-        std::size_t comparisons = 0;
-        const auto distance = [](float a, float b) {
-            return std::abs(static_cast<double>(a) - static_cast<double>(b));
+    /// Whether no two points are closer than this in both x and y. Points are sorted into cells of that size, so that
+    /// columns and rows of any length cost no more than others.
+    [[nodiscard]] bool isSpacious(double tooClose) const {
+        using Cell = std::pair<double, double>;
+        std::vector<std::pair<Cell, std::uint32_t>> cells;
+        for (std::uint32_t i = 0; i < points_.size(); ++i) {
+            cells.push_back({{std::floor(static_cast<double>(points_[i].x) / tooClose),
+                              std::floor(static_cast<double>(points_[i].y) / tooClose)},
+                             i});
+        }
+        std::sort(cells.begin(), cells.end());
+        const auto areClose = [&](b2Vec2 a, b2Vec2 b) {
+            return std::abs(static_cast<double>(a.x) - static_cast<double>(b.x)) < tooClose &&
+                   std::abs(static_cast<double>(a.y) - static_cast<double>(b.y)) < tooClose;
         };
-        for (std::size_t i = 0; i < order.size(); ++i) {
-            const b2Vec2 a = points_[order[i]];
-            for (std::size_t j = i + 1; j < order.size(); ++j) {
-                const b2Vec2 b = points_[order[j]];
-                if (distance(a.x, b.x) >= tooClose) {
-                    break;
-                }
-                if (distance(a.y, b.y) < tooClose || ++comparisons > mostComparisons) {
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const auto& [cell, point] = cells[i];
+            if (i > 0 && cells[i - 1].first == cell) {
+                return false;
+            }
+            // Each pair of cells side by side is looked at once.
+            for (const auto& [dx, dy] : {Cell{0, 1}, Cell{1, -1}, Cell{1, 0}, Cell{1, 1}}) {
+                const Cell neighbour = {cell.first + dx, cell.second + dy};
+                const auto other = std::lower_bound(cells.begin(), cells.end(), std::pair(neighbour, 0u));
+                if (other != cells.end() && other->first == neighbour &&
+                    areClose(points_[point], points_[other->second])) {
                     return false;
                 }
             }

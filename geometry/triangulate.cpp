@@ -64,53 +64,87 @@ struct Bounds {
 /// Closed outlines and which of them lie in which, by their first corners.
 class Nesting {
 public:
-    explicit Nesting(std::span<const ShapeDef> shapes) {
+    explicit Nesting(std::span<const ShapeDef> shapes) : isInsideAny_(shapes.size(), false) {
         for (const ShapeDef& shape : shapes) {
             rings_.emplace_back(shape.verts);
             bounds_.emplace_back(rings_.back());
+        }
+        for (std::size_t i = 0; i < rings_.size(); ++i) {
+            if (!rings_[i].empty() && !std::isnan(cornerX(i))) { // what is no number lies in nothing
+                fromLeft_.push_back(i);
+            }
+        }
+        std::sort(fromLeft_.begin(), fromLeft_.end(),
+                  [this](std::size_t a, std::size_t b) { return cornerX(a) < cornerX(b); });
+        for (std::size_t outer = 0; outer < rings_.size(); ++outer) {
+            for (const std::size_t inner : candidates(outer)) {
+                isInsideAny_[inner] = isInsideAny_[inner] || isInside(inner, outer);
+            }
         }
     }
 
     [[nodiscard]] const Ring& ring(std::size_t i) const { return rings_[i]; }
 
-    [[nodiscard]] bool isInside(std::size_t inner, std::size_t outer) const {
-        return inner != outer && !rings_[inner].empty() && contains(outer, rings_[inner].front());
-    }
-
-    [[nodiscard]] bool isInsideAny(std::size_t inner) const {
-        for (std::size_t outer = 0; outer < rings_.size(); ++outer) {
-            if (isInside(inner, outer)) {
-                return true;
-            }
-        }
-        return false;
-    }
+    [[nodiscard]] bool isInsideAny(std::size_t inner) const { return isInsideAny_[inner]; }
 
     [[nodiscard]] std::vector<std::size_t> holesOf(std::size_t outer) const {
         std::vector<std::size_t> holeIds;
-        for (std::size_t inner = 0; inner < rings_.size(); ++inner) {
+        for (const std::size_t inner : candidates(outer)) {
             if (isInside(inner, outer)) {
                 holeIds.push_back(inner);
             }
         }
+        std::sort(holeIds.begin(), holeIds.end());
         return holeIds;
     }
 
-    /// Whether a hole lies in another of the same outline with all of its corners.
-    [[nodiscard]] bool isIsland(std::size_t hole, std::span<const std::size_t> holeIds) const {
-        return std::any_of(holeIds.begin(), holeIds.end(), [&](std::size_t other) {
-            return isInside(hole, other) && std::all_of(rings_[hole].begin(), rings_[hole].end(),
-                                                        [&](b2Vec2 corner) { return contains(other, corner); });
-        });
+    /// Marks the holes that lie in another of the same outline with all of their corners.
+    void findIslands(std::span<const std::size_t> holeIds, std::span<bool> isIsland) const {
+        for (const std::size_t other : holeIds) {
+            for (const std::size_t hole : candidates(other)) {
+                const auto at = std::lower_bound(holeIds.begin(), holeIds.end(), hole);
+                if (at == holeIds.end() || *at != hole) {
+                    continue;
+                }
+                bool& mark = isIsland[static_cast<std::size_t>(at - holeIds.begin())];
+                mark = mark || (isInside(hole, other) && isAllInside(hole, other));
+            }
+        }
     }
 
 private:
+    [[nodiscard]] float cornerX(std::size_t i) const { return rings_[i].front().x; }
+
+    /// All outlines with their first corner above, in or below an outline's box, and so all that may lie in it.
+    [[nodiscard]] std::span<const std::size_t> candidates(std::size_t outer) const {
+        const Bounds& bounds = bounds_[outer];
+        if (!bounds.isKnown) {
+            return fromLeft_;
+        }
+        const auto first = std::partition_point(fromLeft_.begin(), fromLeft_.end(),
+                                                [&](std::size_t i) { return cornerX(i) < bounds.lower.x; });
+        const auto last =
+            std::partition_point(first, fromLeft_.end(), [&](std::size_t i) { return cornerX(i) <= bounds.upper.x; });
+        return {first, last};
+    }
+
+    [[nodiscard]] bool isInside(std::size_t inner, std::size_t outer) const {
+        return inner != outer && contains(outer, rings_[inner].front());
+    }
+
+    [[nodiscard]] bool isAllInside(std::size_t inner, std::size_t outer) const {
+        return std::all_of(rings_[inner].begin(), rings_[inner].end(),
+                           [&](b2Vec2 corner) { return contains(outer, corner); });
+    }
+
     [[nodiscard]] bool contains(std::size_t outer, b2Vec2 point) const {
         return bounds_[outer].mayContain(point) && pointInPolygon(point, rings_[outer]);
     }
 
     std::vector<Ring> rings_;
     std::vector<Bounds> bounds_;
+    std::vector<std::size_t> fromLeft_; ///< outlines in the order of their first corners' x
+    std::vector<bool> isInsideAny_;
 };
 
 /// Whether two edges of a ring cross, as isSelfIntersecting() tells; of many points, whether they are known to be a
@@ -226,8 +260,8 @@ bool triangulate(std::span<const ShapeDef> closedShapes, std::vector<Triangle>& 
         for (std::size_t hole = 0; hole < holeIds.size(); ++hole) {
             tabuIds[holeIds[hole]] = true;
             rings.push_back(nesting.ring(holeIds[hole]));
-            isIsland[hole] = nesting.isIsland(holeIds[hole], holeIds);
         }
+        nesting.findIslands(holeIds, {isIsland.get(), holeIds.size()});
         const Outcome outcome = triangulateRings(rings, {isIsland.get(), holeIds.size()}, triangles);
         failed = failed || outcome == Outcome::Failed;
         if (outcome == Outcome::Proper) {

@@ -80,6 +80,10 @@ TEST(Triangulate, decidesHolesByTheFirstCorner) {
         {"a hole that touches the edge", {square(0, 40), {{40, 20}, {20, 10}, {20, 30}}}, 1400, false},
         // The part of the hole outside, 10 by 20, is enclosed once and so is filled.
         {"a hole that leaves", {square(0, 40), {{20, 10}, {50, 10}, {50, 30}, {20, 30}}}, 1400, false},
+        {"a hole in an outline with a point that is no number",
+         {{{0, 0}, {std::nanf(""), 5}, {40, 0}, {40, 40}, {0, 40}}, square(10, 30)},
+         1200,
+         false},
         {"two holes that coincide cancel out", {square(0, 40), square(10, 30), square(10, 30)}, 1600, false},
         {"an island in a hole that touches",
          {square(0, 40), {{40, 20}, {20, 5}, {5, 20}, {20, 35}}, square(15, 25)}, // diagonals 35 and 30
@@ -265,6 +269,14 @@ TEST(Triangulate, scribblesBeyondAllMeasureAreRefused) {
     }
 }
 
+TEST(Triangulate, repeatsInARowCostNothing) {
+    Outline twice; // a circle, of more points than the tessellator takes with as many turns
+    for (const b2Vec2 point : gear(16'000, 1000, 1000)) {
+        twice.insert(twice.end(), 2, point);
+    }
+    EXPECT_NEAR(meshOf({twice}).area, 3.14159265e6, 10.0);
+}
+
 TEST(OutlineCheck, signsAreExact) {
     // On y = x / 3 at scales that 64 bits cannot hold at once, and beside it by one last place.
     const b2Vec2 far = {3e15f, 1e15f};
@@ -295,6 +307,22 @@ TEST(OutlineCheck, knowsProperPolygons) {
         const std::vector<Ring> rings(c.rings.begin(), c.rings.end());
         EXPECT_EQ(isProperPolygon(rings), c.isProper);
     }
+}
+
+// A comb with its teeth on their sides: all tips stand in one column and all roots in another.
+TEST(OutlineCheck, columnsMayHoldAnyNumberOfPoints) {
+    Outline comb;
+    for (int i = 0; i < 4000; ++i) {
+        comb.emplace_back(0.1f, static_cast<float>(i) * 0.2f);
+        comb.emplace_back(1000.1f, static_cast<float>(i) * 0.2f + 0.1f);
+    }
+    comb.emplace_back(2000.0f, 800.0f);
+    comb.emplace_back(2000.0f, 0.0f);
+    const std::vector<Ring> rings = {comb};
+    EXPECT_TRUE(isProperPolygon(rings));
+    // Half as far from the next root as the triangulator can tell apart.
+    comb[4000] = {0.1f, comb[4002].y - 0.00012f};
+    EXPECT_FALSE(isProperPolygon(rings));
 }
 
 } // namespace
