@@ -150,7 +150,8 @@ double expectedArea(const std::vector<ShapeDef>& shapes, Tally& tally) {
                 enclosing.emplace_back(hole.verts);
             }
         }
-        ++(isProperPolygon(all) ? tally.proper : tally.tessellated);
+        const std::vector<std::vector<b2Vec2>> rounded = roundForTriangulation(all);
+        ++(isProperPolygon(std::vector<Ring>(rounded.begin(), rounded.end())) ? tally.proper : tally.tessellated);
         area += evenOddArea(enclosing);
     }
     return area;

@@ -4,10 +4,8 @@
 // of its neighbour.
 //
 // A proper polygon can still lead the triangulator astray: it takes three points with a determinant below 1e-12 for
-// collinear, and rounds. Where a point comes that close to the line of an edge, it sees a different polygon from the
-// one that is there, and follows its own neighbour links into nothing. So the second half of the check compares what it
-// would see with the truth: for all corners, for the sweep line's neighbours, and for all pairs with an edge so short
-// or a coordinate so fine that this can happen by more than chance.
+// collinear, and rounds. On a grid that is neither too fine nor too coarse for 64 bits it does neither, and sees the
+// polygon that is there.
 //
 // Source: M. I. Shamos, D. Hoey, "Geometric intersection problems", 17th Symposium on Foundations of Computer Science
 // (1976), 208-215; exact signs after J. R. Shewchuk, "Adaptive precision floating-point arithmetic and fast robust
@@ -28,39 +26,8 @@ namespace jostle {
 
 namespace {
 
-/// Below this the triangulator takes a determinant for zero.
-constexpr double triangulatorEpsilon = 1e-12;
-
-/// Lengths in pixels that tell which parts of an outline the triangulator could see wrongly. They grow with the
-/// outline, because rounding does.
-struct Scales {
-    double width;
-    double height;
-    double grid;     ///< determinants of points on a grid of this size are exact, and zero or large enough
-    double tooClose; ///< points closer in x and in y span triangles that are all nothing to the triangulator
-    double fine;     ///< shorter edges, and smaller coordinates that are not zero, are compared with all points
-
-    explicit Scales(std::span<const b2Vec2> points) {
-        b2Vec2 lower = points.front();
-        b2Vec2 upper = points.front();
-        for (const b2Vec2 point : points) {
-            lower = b2Min(lower, point);
-            upper = b2Max(upper, point);
-        }
-        width = static_cast<double>(upper.x) - static_cast<double>(lower.x);
-        height = static_cast<double>(upper.y) - static_cast<double>(lower.y);
-        const int size = std::ilogb(std::max(width, height)) + 1; // all of it is shorter than 2 to this power
-        grid = std::ldexp(1.0, std::max(-19, size - 26));
-        tooClose = std::ldexp(1.0, std::max(-12, size - 24));
-        fine = std::ldexp(1.0, std::max(-10, size - 22));
-    }
-};
-
-/// Larger outlines are left to the tessellator, in pixels.
-constexpr double largestSize = 0x1p24;
-
-/// How many such comparisons an outline may cost before it is left to the tessellator.
-constexpr std::size_t mostComparisons = 4'000'000;
+/// Power of two of the finest grid on which no determinant but zero is below the triangulator's 1e-12.
+constexpr int finestGrid = -19;
 
 /// Pairs of edges that a count of crossings looks at; about half a second's worth.
 constexpr std::size_t mostPairs = 20'000'000;
@@ -77,18 +44,6 @@ Determinant determinant(b2Vec2 a, b2Vec2 b, b2Vec2 point) {
     const double left = (static_cast<double>(b.x) - ax) * (static_cast<double>(point.y) - ay);
     const double right = (static_cast<double>(b.y) - ay) * (static_cast<double>(point.x) - ax);
     return {left - right, 4e-16 * (std::abs(left) + std::abs(right))};
-}
-
-/// Whether the triangulator sees on which side of the line a b the point lies, or that it lies on it.
-bool isSeenRight(b2Vec2 a, b2Vec2 b, b2Vec2 point) {
-    const Determinant d = determinant(a, b, point);
-    // It may start from any of the three points, and each rounds in its own way.
-    if (std::abs(d.value) > 4.0 * (triangulatorEpsilon + d.error)) {
-        return true;
-    }
-    return orientation(a, b, point) == 0.0 && std::abs(d.value) < triangulatorEpsilon &&
-           std::abs(determinant(b, point, a).value) < triangulatorEpsilon &&
-           std::abs(determinant(point, a, b).value) < triangulatorEpsilon;
 }
 
 /// The sum of six doubles, with an exact sign: partial sums are kept as terms that do not overlap.
@@ -142,8 +97,7 @@ public:
                 return false;
             }
         }
-        return std::all_of(order.begin(), order.end(), [this](std::uint32_t point) { return pass(point); }) &&
-               isWithinReach(order);
+        return std::all_of(order.begin(), order.end(), [this](std::uint32_t point) { return pass(point); });
     }
 
 private:
@@ -156,10 +110,6 @@ private:
         const std::uint32_t other = next_[edge];
         return isBefore(edge, other) ? orientation(points_[edge], points_[other], point)
                                      : orientation(points_[other], points_[edge], point);
-    }
-
-    [[nodiscard]] bool isPlain(std::uint32_t edge, b2Vec2 point) const {
-        return isSeenRight(points_[edge], points_[next_[edge]], point);
     }
 
     [[nodiscard]] bool isOutline(std::uint32_t point) const { return point < ends_.front(); }
@@ -187,9 +137,7 @@ private:
             }
         }
         const auto above = at + static_cast<std::ptrdiff_t>(ending);
-        if ((above != cut_.end() && !(side(*above, position) < 0.0 && isPlain(*above, position))) ||
-            (at != cut_.begin() && !isPlain(*(at - 1), position)) ||
-            !isSeenRight(points_[in], points_[next_[point]], position)) {
+        if (above != cut_.end() && side(*above, position) >= 0.0) {
             return false;
         }
         if (ending == 1) {
@@ -210,113 +158,6 @@ private:
         }
         const std::array<std::uint32_t, 2> starting = {turn > 0.0 ? in : out, turn > 0.0 ? out : in};
         cut_.insert(at, starting.begin(), starting.end());
-        return true;
-    }
-
-    /// Whether the triangulator sees the polygon that is there.
-    ///
-    /// @param order  the points from small x to large
-    [[nodiscard]] bool isWithinReach(std::span<const std::uint32_t> order) const {
-        const Scales scales(points_);
-        if (std::max(scales.width, scales.height) > largestSize ||
-            std::min(scales.width, scales.height) < scales.tooClose) {
-            return false;
-        }
-        return isCoarse(scales.grid) ||
-               (hasDistinctColumns(order) && isSpacious(scales.tooClose) && finePartsAreSeenRight(scales.fine));
-    }
-
-    [[nodiscard]] bool isCoarse(double grid) const {
-        const auto isOnGrid = [grid](float x) {
-            const double steps = static_cast<double>(x) / grid;
-            return steps == std::floor(steps);
-        };
-        return std::all_of(points_.begin(), points_.end(), [&](b2Vec2 p) { return isOnGrid(p.x) && isOnGrid(p.y); });
-    }
-
-    /// Whether no three columns of points are so close that the triangulator takes them for one; it copes with two.
-    [[nodiscard]] bool hasDistinctColumns(std::span<const std::uint32_t> order) const {
-        double beforeLast = -std::numeric_limits<double>::infinity();
-        double last = beforeLast;
-        for (const std::uint32_t i : order) {
-            const double column = static_cast<double>(points_[i].x);
-            if (column != last) {
-                if (column - beforeLast < 4.0 * triangulatorEpsilon) {
-                    return false;
-                }
-                beforeLast = last;
-                last = column;
-            }
-        }
-        return true;
-    }
-
-    /// Whether no two points are closer than this in both x and y. Points are sorted into cells of that size, so that
-    /// columns and rows of any length cost no more than others.
-    [[nodiscard]] bool isSpacious(double tooClose) const {
-        using Cell = std::pair<double, double>;
-        std::vector<std::pair<Cell, std::uint32_t>> cells;
-        for (std::uint32_t i = 0; i < points_.size(); ++i) {
-            cells.push_back({{std::floor(static_cast<double>(points_[i].x) / tooClose),
-                              std::floor(static_cast<double>(points_[i].y) / tooClose)},
-                             i});
-        }
-        std::sort(cells.begin(), cells.end());
-        const auto areClose = [&](b2Vec2 a, b2Vec2 b) {
-            return std::abs(static_cast<double>(a.x) - static_cast<double>(b.x)) < tooClose &&
-                   std::abs(static_cast<double>(a.y) - static_cast<double>(b.y)) < tooClose;
-        };
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            const auto& [cell, point] = cells[i];
-            if (i > 0 && cells[i - 1].first == cell) {
-                return false;
-            }
-            // Each pair of cells side by side is looked at once.
-            for (const auto& [dx, dy] : {Cell{0, 1}, Cell{1, -1}, Cell{1, 0}, Cell{1, 1}}) {
-                const Cell neighbour = {cell.first + dx, cell.second + dy};
-                const auto other = std::lower_bound(cells.begin(), cells.end(), std::pair(neighbour, 0u));
-                if (other != cells.end() && other->first == neighbour &&
-                    areClose(points_[point], points_[other->second])) {
-                    return false;
-                }
-            }
-        }
-        return true;
-    }
-
-    [[nodiscard]] bool finePartsAreSeenRight(double fine) const {
-        const auto isFine = [fine](b2Vec2 v) {
-            return (v.x != 0.0f && std::abs(static_cast<double>(v.x)) < fine) ||
-                   (v.y != 0.0f && std::abs(static_cast<double>(v.y)) < fine);
-        };
-        const auto isShort = [fine](b2Vec2 a, b2Vec2 b) {
-            return std::hypot(static_cast<double>(a.x) - static_cast<double>(b.x),
-                              static_cast<double>(a.y) - static_cast<double>(b.y)) < fine;
-        };
-        std::vector<std::uint32_t> fineEdges;
-        std::vector<std::uint32_t> finePoints;
-        for (std::uint32_t i = 0; i < points_.size(); ++i) {
-            const b2Vec2 from = points_[i];
-            const b2Vec2 to = points_[next_[i]];
-            if (isFine(from)) {
-                finePoints.push_back(i);
-            }
-            if (isFine(from) || isFine(to) || isShort(from, to)) {
-                fineEdges.push_back(i);
-            }
-        }
-        if ((fineEdges.size() + finePoints.size()) * points_.size() > mostComparisons) {
-            return false;
-        }
-        for (std::uint32_t i = 0; i < points_.size(); ++i) {
-            const auto isSeenFrom = [this](std::uint32_t edge, std::uint32_t point) {
-                return point == edge || point == next_[edge] || isPlain(edge, points_[point]);
-            };
-            if (!std::all_of(fineEdges.begin(), fineEdges.end(), [&](auto edge) { return isSeenFrom(edge, i); }) ||
-                !std::all_of(finePoints.begin(), finePoints.end(), [&](auto point) { return isSeenFrom(i, point); })) {
-                return false;
-            }
-        }
         return true;
     }
 
@@ -354,6 +195,34 @@ double orientation(b2Vec2 a, b2Vec2 b, b2Vec2 point) {
     const double px = static_cast<double>(point.x), py = static_cast<double>(point.y);
     // Products of two floats are exact in 64 bits.
     return exactSum({bx * py, -(bx * ay), -(ax * py), -(by * px), by * ax, ay * px});
+}
+
+std::vector<std::vector<b2Vec2>> roundForTriangulation(std::span<const Ring> rings) {
+    b2Vec2 lower(std::numeric_limits<float>::max(), std::numeric_limits<float>::max());
+    b2Vec2 upper = -lower;
+    for (const Ring& ring : rings) {
+        for (const b2Vec2 point : ring) {
+            lower = b2Min(lower, point);
+            upper = b2Max(upper, point);
+        }
+    }
+    const double size = std::max(static_cast<double>(upper.x) - static_cast<double>(lower.x),
+                                 static_cast<double>(upper.y) - static_cast<double>(lower.y));
+    // Differences have 26 bits, their products 52. Determinants are no smaller than the square of the grid.
+    const bool isKnown = size > 0.0 && std::isfinite(size);
+    const double grid = std::ldexp(1.0, isKnown ? std::max(finestGrid, std::ilogb(size) + 1 - 26) : finestGrid);
+    const auto rounded = [grid](float x) {
+        return static_cast<float>(std::nearbyint(static_cast<double>(x) / grid) * grid);
+    };
+    std::vector<std::vector<b2Vec2>> result;
+    for (const Ring& ring : rings) {
+        std::vector<b2Vec2>& points = result.emplace_back();
+        points.reserve(ring.size());
+        for (const b2Vec2 point : ring) {
+            points.emplace_back(rounded(point.x), rounded(point.y));
+        }
+    }
+    return result;
 }
 
 bool isProperPolygon(std::span<const Ring> rings) {

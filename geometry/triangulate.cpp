@@ -156,15 +156,23 @@ bool crossesItself(const Ring& ring, bool isProper) {
     return ring.size() > mostPointsInPairs || isSelfIntersecting(ring);
 }
 
+/// A point of the library that knows what it stands for.
+struct RoundedPoint : p2t::Point {
+    RoundedPoint(b2Vec2 rounded, b2Vec2 given)
+        : p2t::Point(static_cast<double>(rounded.x), static_cast<double>(rounded.y)), original(given) {}
+
+    b2Vec2 original;
+};
+
 /// The library's view of some rings.
 class Polylines {
 public:
-    explicit Polylines(std::span<const Ring> rings) {
-        for (const Ring& ring : rings) {
+    Polylines(std::span<const Ring> rings, std::span<const Ring> rounded) {
+        for (std::size_t ring = 0; ring < rings.size(); ++ring) {
             std::vector<p2t::Point*>& polyline = polylines_.emplace_back();
-            polyline.reserve(ring.size());
-            for (const b2Vec2 point : ring) {
-                polyline.push_back(&points_.emplace_back(static_cast<double>(point.x), static_cast<double>(point.y)));
+            polyline.reserve(rings[ring].size());
+            for (std::size_t i = 0; i < rings[ring].size(); ++i) {
+                polyline.push_back(&points_.emplace_back(rounded[ring][i], rings[ring][i]));
             }
         }
     }
@@ -172,7 +180,7 @@ public:
     [[nodiscard]] const std::vector<std::vector<p2t::Point*>>& all() const { return polylines_; }
 
 private:
-    std::deque<p2t::Point> points_; // whose addresses stay
+    std::deque<RoundedPoint> points_; // whose addresses stay
     std::vector<std::vector<p2t::Point*>> polylines_;
 };
 
@@ -190,18 +198,20 @@ bool fillsArea(std::span<const Triangle> triangles, std::span<const Ring> rings,
 }
 
 /// Appends the triangles of a proper polygon; false, and nothing appended, if the library gives up or errs.
-bool triangulateProper(std::span<const Ring> rings, std::span<const bool> isIsland, std::vector<Triangle>& triangles) {
+///
+/// @param rounded  the same rings by roundForTriangulation(), which only the library sees
+bool triangulateProper(std::span<const Ring> rings, std::span<const Ring> rounded, std::span<const bool> isIsland,
+                       std::vector<Triangle>& triangles) {
     const std::size_t before = triangles.size();
     try {
-        const Polylines polylines(rings);
+        const Polylines polylines(rings, rounded);
         p2t::CDT cdt(polylines.all().front());
         for (std::size_t i = 1; i < polylines.all().size(); ++i) {
             cdt.AddHole(polylines.all()[i]);
         }
         cdt.Triangulate();
         const auto corner = [](p2t::Triangle& triangle, int i) {
-            const p2t::Point& point = *triangle.GetPoint(i);
-            return b2Vec2(static_cast<float>(point.x), static_cast<float>(point.y));
+            return static_cast<const RoundedPoint*>(triangle.GetPoint(i))->original;
         };
         const std::vector<p2t::Triangle*> found = cdt.GetTriangles();
         triangles.resize(before + found.size());
@@ -228,8 +238,12 @@ Outcome triangulateRings(std::span<const Ring> rings, std::span<const bool> isIs
     for (const Ring& ring : rings) {
         count += ring.size();
     }
-    if (count <= mostPoints && isProperPolygon(rings) && triangulateProper(rings, isIsland, triangles)) {
-        return Outcome::Proper;
+    if (count <= mostPoints) {
+        const std::vector<std::vector<b2Vec2>> points = roundForTriangulation(rings);
+        const std::vector<Ring> rounded(points.begin(), points.end());
+        if (isProperPolygon(rounded) && triangulateProper(rings, rounded, isIsland, triangles)) {
+            return Outcome::Proper;
+        }
     }
     // Odd winding would fill an island, which gets no surface whichever library is at work.
     std::vector<Ring> withoutIslands = {rings[0]};

@@ -169,6 +169,8 @@ TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
                  -76.6283264f, 77.9394302f, -77.9393311f, 76.3564606f, -71.542984f, 77.9389572f, -77.9383163f,
                  73.88694f, -74.7634277f}),
          true},
+        {"columns of points that differ by less than the library's tolerance",
+         points({0, 0, -9344, 8.12753109e-44f, 7.88366069e-16f, -25388.8867f, 30, 60}), true},
         {"a cluster below the library's tolerance",
          points({-1.85485234e-07f, -3.27031557e-08f, -0.000707524712f, -0.000925512169f, -0.000107873733f,
                  -0.000238659442f, 0.000607767492f,  -0.00276042009f,  0.00200727093f,   -0.00252004107f,
