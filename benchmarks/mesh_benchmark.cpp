@@ -93,10 +93,10 @@ void selfCrossingAlone(benchmark::State& state) {
     reportPoints(state, shapes);
 }
 
-BENCHMARK(poly2triAlone)->Arg(30)->Arg(120)->Arg(600)->Arg(3000)->Arg(20000);
-BENCHMARK(meshing)->Arg(30)->Arg(120)->Arg(600)->Arg(3000)->Arg(20000);
-BENCHMARK(checkAlone)->Arg(30)->Arg(120)->Arg(600)->Arg(3000)->Arg(20000);
-BENCHMARK(selfCrossingAlone)->Arg(30)->Arg(120)->Arg(600)->Arg(3000)->Arg(20000);
+BENCHMARK(poly2triAlone)->Arg(30)->Arg(120)->Arg(300)->Arg(600)->Arg(3000)->Arg(20000);
+BENCHMARK(meshing)->Arg(30)->Arg(120)->Arg(300)->Arg(600)->Arg(3000)->Arg(20000);
+BENCHMARK(checkAlone)->Arg(30)->Arg(120)->Arg(300)->Arg(600)->Arg(3000)->Arg(20000);
+BENCHMARK(selfCrossingAlone)->Arg(30)->Arg(120)->Arg(300)->Arg(600)->Arg(3000)->Arg(20000);
 
 } // namespace
 

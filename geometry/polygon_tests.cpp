@@ -98,7 +98,7 @@ bool crossesInBoxes(std::span<const b2Vec2> verts) {
 } // namespace
 
 bool isSelfIntersecting(std::span<const b2Vec2> verts) {
-    constexpr std::size_t mostInPairs = 300;
+    constexpr std::size_t mostInPairs = 100;
     return verts.size() >= 3 && (verts.size() <= mostInPairs ? crossesInPairs(verts) : crossesInBoxes(verts));
 }
 

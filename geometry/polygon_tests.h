@@ -11,7 +11,7 @@ namespace jostle {
 /// Parallel segments never do, even if they overlap.
 [[nodiscard]] bool segmentsIntersect(b2Vec2 a, b2Vec2 b, b2Vec2 c, b2Vec2 d);
 
-/// Whether two edges of a closed outline cross. Compares all pairs of up to 300 edges; of more, those whose boxes meet,
+/// Whether two edges of a closed outline cross. Compares all pairs of up to 100 edges; of more, those whose boxes meet,
 /// so that only rounding could make a difference.
 [[nodiscard]] bool isSelfIntersecting(std::span<const b2Vec2> verts);
 

@@ -25,10 +25,7 @@ namespace {
 constexpr std::size_t mostPoints = 32'768;
 
 /// Up to here the comparison of all pairs of an outline's edges goes unnoticed.
-constexpr std::size_t fewPoints = 300;
-
-/// Above this it would take seconds.
-constexpr std::size_t mostPointsInPairs = 20'000;
+constexpr std::size_t fewPoints = 100;
 
 double ringArea(const Ring& ring) {
     double twice = 0.0;
@@ -153,7 +150,7 @@ bool crossesItself(const Ring& ring, bool isProper) {
     if (ring.size() > fewPoints && isProper) {
         return false;
     }
-    return ring.size() > mostPointsInPairs || isSelfIntersecting(ring);
+    return ring.size() > mostPoints || isSelfIntersecting(ring);
 }
 
 /// A point of the library that knows what it stands for.
