@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 #include <poly2tri/poly2tri.h>
 
+#include <algorithm>
 #include <cmath>
+#include <deque>
 #include <initializer_list>
 #include <limits>
 #include <vector>
@@ -99,21 +101,17 @@ TEST(Triangulate, decidesHolesByTheFirstCorner) {
 }
 
 std::vector<Triangle> trianglesOfTheLibrary(const Outline& outline) {
-    std::vector<p2t::Point> points;
+    std::deque<p2t::Point> points;
     std::vector<p2t::Point*> polyline;
-    points.reserve(outline.size());
     for (const b2Vec2 point : outline) {
         polyline.push_back(&points.emplace_back(static_cast<double>(point.x), static_cast<double>(point.y)));
     }
     p2t::CDT cdt(polyline);
     cdt.Triangulate();
+    const auto corner = [](const p2t::Point* p) { return b2Vec2(static_cast<float>(p->x), static_cast<float>(p->y)); };
     std::vector<Triangle> triangles;
-    for (p2t::Triangle* triangle : cdt.GetTriangles()) {
-        Triangle& corners = triangles.emplace_back();
-        for (int i = 0; i < 3; ++i) {
-            const p2t::Point& point = *triangle->GetPoint(i);
-            corners[static_cast<std::size_t>(i)] = {static_cast<float>(point.x), static_cast<float>(point.y)};
-        }
+    for (p2t::Triangle* t : cdt.GetTriangles()) {
+        triangles.push_back({corner(t->GetPoint(0)), corner(t->GetPoint(1)), corner(t->GetPoint(2))});
     }
     return triangles;
 }
@@ -139,19 +137,17 @@ TEST(Triangulate, leavesTheLibrarysTrianglesAsTheyAre) {
     }
 }
 
-// The two-ear theorem's count holds for holes too: n points and h holes give n + 2 h - 2 triangles.
+// The two-ear theorem's count holds for holes too: n points and h holes give n + 2 h - 2 triangles. None lies in the
+// hole, whose inner radius is 30, and their areas are those of the ring, so none overlap.
 TEST(Triangulate, coversRingsWithoutOverlap) {
-    const Mesh mesh = meshOf({gear(60, 80, 100), gear(40, 30, 50)});
+    const std::vector<Outline> outlines = {gear(60, 80, 100), gear(40, 30, 50)};
+    const Mesh mesh = meshOf(outlines);
     EXPECT_EQ(mesh.triangles.size(), 100u);
-    double expected = 0.0; // n/2 pairs of triangles from the centre: 2 * r R sin(a) / 2
-    for (const auto& [count, inner, outer, sign] : {std::tuple{60, 80.0, 100.0, 1.0}, {40, 30.0, 50.0, -1.0}}) {
-        expected += sign * count * inner * outer * std::sin(6.283185307179586 / count) / 2.0;
-    }
+    const double expected = evenOddArea(std::vector<Ring>(outlines.begin(), outlines.end()));
     EXPECT_NEAR(mesh.area, expected, 1e-4 * expected);
     for (const Triangle& t : mesh.triangles) {
-        const b2Vec2 middle = (1.0f / 3.0f) * (t[0] + t[1] + t[2]);
-        EXPECT_GT(middle.Length(), 29.0f);
-        EXPECT_LT(middle.Length(), 100.0f);
+        const float radius = ((1.0f / 3.0f) * (t[0] + t[1] + t[2])).Length();
+        EXPECT_TRUE(29.0f < radius && radius < 100.0f);
     }
 }
 
@@ -171,21 +167,17 @@ TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
          true},
         {"columns of points that differ by less than the library's tolerance",
          points({0, 0, -9344, 8.12753109e-44f, 7.88366069e-16f, -25388.8867f, 30, 60}), true},
-        {"a cluster below the library's tolerance",
-         points({-1.85485234e-07f, -3.27031557e-08f, -0.000707524712f, -0.000925512169f, -0.000107873733f,
-                 -0.000238659442f, 0.000607767492f,  -0.00276042009f,  0.00200727093f,   -0.00252004107f,
-                 2.64246023e-06f,  -3.17301692e-06f, -0.154647559f,    0.34595263f,      -0.153362826f,
-                 0.182705507f,     -0.550552428f,    0.648044348f,     -2.9564805e-07f,  2.52796326e-07f,
-                 -5.38609493e-05f, 2.04613716e-05f,  -0.321869791f,    0.113773353f,     -0.00108400732f,
-                 1.53198234e-05f}),
+        {"a spike of 196,862 pixels without area, among edges of all scales",
+         // clang-format off
+         points({0, 2.35098898e-38f, 40, 130, 0, 2.35098898e-38f, 150, 150, -1.40129846e-45f, 2.35098898e-38f, 150,
+                 150, 1.54254935e-41f, 3.58732407e-43f, 1.54240922e-41f, 3.58732407e-43f, 70, 60, 40, 10, 40, 130,
+                 70, 60, 40, 10, 10, -40, 39.9999962f, 10, 3.00392151f, 3.00392151f, 3.00392151f, 196865,
+                 3.00392151f, 3.00392151f, 3.00392342f, 3.00392151f, 3.00392151f, 3.00440979f, 70, 60, 40, 10, 10,
+                 -40, -20, -90}),
+         // clang-format on
          true},
         {"sizes beyond all rounding",
          points({9.77634253e+30f, 2.80498274e+11f, 20, 0, 30, 30, 30, 60, 0, 0, -533.234619f, -8.92980996e+21f}), true},
-        {"a sliver that has no width beside its length",
-         points({2.46423966e-35f, -1.996528e+28f, 2.48277206e-35f, -1.83963092e+28f, 2.49790598e-35f, -1.41175854e+28f,
-                 2.51185091e-35f, 1.39245598e-36f, 2.50810948e-35f, 7.77138838e+27f, 2.49790598e-35f, 1.41175854e+28f,
-                 2.46423966e-35f, 1.996528e+28f}),
-         false},
         {"a millionth of a pixel", points({0, 0, 1e-6f, 0, 1e-6f, 1e-6f, 0, 1e-6f}), true},
         {"points that are not finite are left out", points({0, 0, nan, 5, 9, 0, 9, inf, 9, 9, -inf, nan}), true},
         {"nothing finite", points({nan, 0, 0, nan, inf, inf}), false},
@@ -195,60 +187,11 @@ TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
         const Mesh mesh = meshOf({c.outline});
         EXPECT_EQ(!mesh.triangles.empty(), c.hasTriangles);
         EXPECT_TRUE(std::isfinite(mesh.area));
+        const Ring ring = c.outline;
+        if (std::all_of(ring.begin(), ring.end(), [](b2Vec2 p) { return p.Length() < 1e6f; })) {
+            EXPECT_NEAR(mesh.area, evenOddArea({&ring, 1}), 0.1);
+        }
     }
-}
-
-TEST(Triangulate, tessellatesSpikesAmongEdgesOfAllScales) {
-    const Outline outline = points({0,
-                                    2.35098898e-38f,
-                                    40,
-                                    130,
-                                    0,
-                                    2.35098898e-38f,
-                                    150,
-                                    150,
-                                    -1.40129846e-45f,
-                                    2.35098898e-38f,
-                                    150,
-                                    150,
-                                    1.54254935e-41f,
-                                    3.58732407e-43f,
-                                    1.54240922e-41f,
-                                    3.58732407e-43f,
-                                    70,
-                                    60,
-                                    40,
-                                    10,
-                                    40,
-                                    130,
-                                    70,
-                                    60,
-                                    40,
-                                    10,
-                                    10,
-                                    -40,
-                                    39.9999962f,
-                                    10,
-                                    3.00392151f,
-                                    3.00392151f,
-                                    3.00392151f,
-                                    196865,
-                                    3.00392151f,
-                                    3.00392151f,
-                                    3.00392342f,
-                                    3.00392151f,
-                                    3.00392151f,
-                                    3.00440979f,
-                                    70,
-                                    60,
-                                    40,
-                                    10,
-                                    10,
-                                    -40,
-                                    -20,
-                                    -90});
-    const Ring ring = outline;
-    EXPECT_NEAR(meshOf({outline}).area, evenOddArea({&ring, 1}), 0.1) << "the spike of 196,862 pixels has no area";
 }
 
 TEST(Triangulate, scribblesBeyondAllMeasureAreRefused) {
