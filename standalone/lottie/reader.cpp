@@ -17,6 +17,8 @@ namespace {
 
 constexpr double largestSize = 1e6;   ///< pixels, either way
 constexpr double farthestFrame = 1e9; ///< of a layer's span; beyond it host times lose whole frames
+/// Layers of a document, and masks of all of them: each takes far more memory than the few bytes it may have in a text.
+constexpr std::size_t mostLayers = 100000, mostMasks = 100000;
 
 std::string placed(const LottieSource& source, std::size_t offset) {
     const TextPlace place = placeInText(source.text, offset);
@@ -126,6 +128,8 @@ private:
     }
 
     [[nodiscard]] std::string readLayer(Composition& composition, const JsonValue& object) {
+        if (composition.layers.size() == mostLayers)
+            return "\"layers\" holds more than " + std::to_string(mostLayers) + " layers; split the animation";
         auto layer = std::make_unique<Layer>();
         layer->source = object.span();
         layer->outFrame = composition.outFrame;
@@ -146,6 +150,10 @@ private:
         layer->parentId = members.parent.integer(noParent);
         layer->usesMatteAbove = members.matte.flag() && members.matteId.type() != JsonType::Number;
         layer->maskCount = countObjects(members.masks);
+        masks_ += static_cast<std::size_t>(layer->maskCount);
+        if (masks_ > mostMasks)
+            return layerTitle(*layer, composition.layers.size()) + ", " + members.masks.pointer() +
+                   ": there are more than " + std::to_string(mostMasks) + " masks up to here; remove some";
         const JsonValue& extension = members.extension;
         layer->label = std::clamp(extension["label"].integer(0), 0, 16);
         layer->guide = layer->kind == LayerKind::Guide || extension["guide"].boolean(false);
@@ -209,6 +217,7 @@ private:
     const DocumentMembers& members_;
     PropertyReader properties_;
     AssetTable assets_;
+    std::size_t masks_ = 0; ///< of the layers read so far
 };
 
 std::string readInto(ReadResult& result, LottieSource& source) {

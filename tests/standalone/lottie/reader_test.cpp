@@ -230,6 +230,12 @@ TEST(Reader, RefusesWithAMessage) {
         std::string text;
         std::vector<std::string> says;
     };
+    const auto times = [](const char* entry, std::size_t count) {
+        std::string list = entry;
+        for (std::size_t i = 1; i < count; ++i)
+            (list += ',') += entry;
+        return list;
+    };
     const auto second = [](const std::string& ks) {
         return document("{\"ty\":4},{\"ty\":4,\"nm\":\"ball\",\"ks\":" + ks + "}");
     };
@@ -255,6 +261,10 @@ TEST(Reader, RefusesWithAMessage) {
         {"control characters in a name",
          document(R"({"ty":4,"nm":"a\u001b[2J\nb\u009bc","ks":{"r":{"k":1e99}}})"),
          {"layer 1 \"a [2J b c\""}},
+        {"layers that would fill the memory", document(times("{}", 100001)), {"\"layers\"", "more than 100000 layers"}},
+        {"masks that would fill it",
+         document("{\"ty\":4},{\"nm\":\"ball\",\"masksProperties\":[" + times("{}", 100001) + "]}"),
+         {"layer 2 \"ball\", /layers/1/masksProperties", "100000 masks"}},
         {"too deep", document("{\"shapes\":" + std::string(500, '[') + std::string(500, ']') + "}"), {"200 levels"}},
     };
     for (const Case& c : cases) {
