@@ -67,12 +67,16 @@ public:
             bounds_.emplace_back(rings_.back());
         }
         for (std::size_t i = 0; i < rings_.size(); ++i) {
-            if (!rings_[i].empty() && !std::isnan(cornerX(i))) { // what is no number lies in nothing
+            // What is no number lies in nothing.
+            if (!rings_[i].empty() && !std::isnan(corner(i).x) && !std::isnan(corner(i).y)) {
                 fromLeft_.push_back(i);
             }
         }
+        fromTop_ = fromLeft_;
         std::sort(fromLeft_.begin(), fromLeft_.end(),
-                  [this](std::size_t a, std::size_t b) { return cornerX(a) < cornerX(b); });
+                  [this](std::size_t a, std::size_t b) { return corner(a).x < corner(b).x; });
+        std::sort(fromTop_.begin(), fromTop_.end(),
+                  [this](std::size_t a, std::size_t b) { return corner(a).y < corner(b).y; });
         for (std::size_t outer = 0; outer < rings_.size(); ++outer) {
             for (const std::size_t inner : candidates(outer)) {
                 isInsideAny_[inner] = isInsideAny_[inner] || isInside(inner, outer);
@@ -110,19 +114,30 @@ public:
     }
 
 private:
-    [[nodiscard]] float cornerX(std::size_t i) const { return rings_[i].front().x; }
+    using Outlines = std::span<const std::size_t>;
 
-    /// All outlines with their first corner above, in or below an outline's box, and so all that may lie in it.
-    [[nodiscard]] std::span<const std::size_t> candidates(std::size_t outer) const {
+    [[nodiscard]] b2Vec2 corner(std::size_t i) const { return rings_[i].front(); }
+
+    /// The part of a list in order of a coordinate of the first corners where that is within limits.
+    [[nodiscard]] Outlines within(const std::vector<std::size_t>& order, float b2Vec2::*axis, float least,
+                                  float greatest) const {
+        const auto first =
+            std::partition_point(order.begin(), order.end(), [&](std::size_t i) { return corner(i).*axis < least; });
+        const auto last =
+            std::partition_point(first, order.end(), [&](std::size_t i) { return corner(i).*axis <= greatest; });
+        return {first, last};
+    }
+
+    /// All outlines that may lie in one: those with their first corners in the column or, if these are fewer, in the
+    /// row of its box. Lines of a text share a column, its words a row.
+    [[nodiscard]] Outlines candidates(std::size_t outer) const {
         const Bounds& bounds = bounds_[outer];
         if (!bounds.isKnown) {
             return fromLeft_;
         }
-        const auto first = std::partition_point(fromLeft_.begin(), fromLeft_.end(),
-                                                [&](std::size_t i) { return cornerX(i) < bounds.lower.x; });
-        const auto last =
-            std::partition_point(first, fromLeft_.end(), [&](std::size_t i) { return cornerX(i) <= bounds.upper.x; });
-        return {first, last};
+        const Outlines column = within(fromLeft_, &b2Vec2::x, bounds.lower.x, bounds.upper.x);
+        const Outlines row = within(fromTop_, &b2Vec2::y, bounds.lower.y, bounds.upper.y);
+        return column.size() <= row.size() ? column : row;
     }
 
     [[nodiscard]] bool isInside(std::size_t inner, std::size_t outer) const {
@@ -141,6 +156,7 @@ private:
     std::vector<Ring> rings_;
     std::vector<Bounds> bounds_;
     std::vector<std::size_t> fromLeft_; ///< outlines in the order of their first corners' x
+    std::vector<std::size_t> fromTop_;  ///< the same by y
     std::vector<bool> isInsideAny_;
 };
 

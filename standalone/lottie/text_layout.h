@@ -13,7 +13,7 @@ namespace jostle::standalone {
 /// Largest magnitude of a text's own numbers: sizes, distances, coordinates of glyphs.
 constexpr double textNumberLimit = 1e6;
 /// Characters (bytes of UTF-8) of a text that are laid out, and vertices that its outlines may have.
-constexpr std::size_t mostTextBytes = 100000, mostTextVertices = 2000000;
+constexpr std::size_t mostTextBytes = 20000, mostTextVertices = 1000000;
 
 /// A paragraph box in layer pixels.
 struct TextBox {
