@@ -152,6 +152,7 @@ void BodyImport::setMesh(BodyMesh mesh) {
 
 void BodyImport::readFromMasks(const Matrix4& matrix) {
     report_.origin = BodyOrigin::Masks;
+    // A text or shape layer has no pixels but the composition's: its masks and its anchor are measured in them alike.
     MaskFrame frame{anchor_, body_.layerScale, facts_.pixelAspect};
     if (type_ == AEGP_ObjectType_AV)
         frame.pixelAspect = layer_.source(chain_).pixelAspect(chain_);

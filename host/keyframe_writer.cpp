@@ -82,8 +82,9 @@ public:
     /// Reads the scales of all layers, and how shape layers stand. Before anything is written: a child depends on
     /// parents that may be bodies and written before it.
     void readLooks();
+    /// @param stance  receives what the layer gets that its body does not have
     /// @return whether some of its samples had to be mended
-    bool writeLayer(std::size_t record);
+    bool writeLayer(std::size_t record, WrittenStance& stance);
     void setWorkArea();
 
 private:
@@ -229,7 +230,7 @@ b2Vec2 Writer::unfoldShapes(const BodyRecord& body, const Layer& layer, const Ma
     return point ? b2Vec2(static_cast<float>(point->x), static_cast<float>(point->y)) : anchor;
 }
 
-bool Writer::writeLayer(std::size_t record) {
+bool Writer::writeLayer(std::size_t record, WrittenStance& stance) {
     const BodyRecord& body = job_.scene.bodies[record];
     const ExportResult& result = job_.results[job_.results.size() - 1 - record];
     const bool isStatic = body.type == BodyType::Static;
@@ -254,26 +255,28 @@ bool Writer::writeLayer(std::size_t record) {
     disableExpressions(streams);
 
     bool mended = mend(scales_[record].percent);
+    stance = {result.layerAnchor, 0.0f};
     if (!isDead) {
         positions_.assign(result.positions.begin(), result.positions.end());
         rotations_.assign(result.rotations.begin(), result.rotations.end());
         mended = mend(positions_) || mended;
         mended = mend(rotations_) || mended;
-        b2Vec2 anchor = result.layerAnchor;
         if (body.isShapeLayer) {
             const Matrix4& matrix = shapeMatrices_[record];
-            anchor = unfoldShapes(body, layer, matrix, anchor);
-            // The body of a free path has the layer's rotation in its vertices; the layer has it in its stream.
-            const auto turn = body.isPath ? static_cast<float>(rotationDegrees(matrix)) : 0.0f;
+            stance.anchor = unfoldShapes(body, layer, matrix, stance.anchor);
+            // The body of a free path has the layer's rotation in its vertices and starts at 0 degrees; the picture has
+            // it in the layer's stream, and would spring back to upright with the body's angles alone.
+            stance.turn = body.isPath ? static_cast<float>(rotationDegrees(matrix)) : 0.0f;
             for (float& degrees : rotations_)
-                degrees += turn;
+                degrees += stance.turn;
         }
         writePosition(streams, isStatic);
         write(streams.rotation, rotations_, isStatic, floatsDiffer,
               [](StreamValue& value, float degrees) { value.setNumber(static_cast<double>(degrees)); });
-        write(streams.anchor, std::vector<b2Vec2>{anchor}, true, vectorsDiffer, [](StreamValue& value, b2Vec2 point) {
-            value.setPoint({static_cast<double>(point.x), static_cast<double>(point.y)});
-        });
+        write(streams.anchor, std::vector<b2Vec2>{stance.anchor}, true, vectorsDiffer,
+              [](StreamValue& value, b2Vec2 point) {
+                  value.setPoint({static_cast<double>(point.x), static_cast<double>(point.y)});
+              });
         // The written rotation is whole: turning along the path must not be added to it.
         if (!isStatic && (layer.flags(chain_) & AEGP_LayerFlag_AUTO_ORIENT_ROTATION) != 0)
             layer.trySetFlag(chain_, AEGP_LayerFlag_AUTO_ORIENT_ROTATION, false);
@@ -314,8 +317,10 @@ WriteReport writeKeyframes(HostChain& chain, Composition composition, const Keyf
         if (!chain.failed())
             writer.readLooks();
         const int total = job.scene.bodyCount();
+        report.stances.resize(job.scene.bodies.size());
         for (int done = 1; done <= total && !chain.failed(); ++done) {
-            const bool mended = writer.writeLayer(static_cast<std::size_t>(total - done));
+            const auto record = static_cast<std::size_t>(total - done);
+            const bool mended = writer.writeLayer(record, report.stances[record]);
             if (chain.failed())
                 break;
             report.layersWritten = done;

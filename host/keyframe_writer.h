@@ -19,6 +19,12 @@ struct KeyframeJob {
     bool enableMotionBlur = false;            ///< for all layers that move
 };
 
+/// How a layer was written where that is not as its body has it.
+struct WrittenStance {
+    b2Vec2 anchor{0.0f, 0.0f}; ///< layer pixels; the layer's point that follows the body
+    float turn = 0.0f;         ///< degrees, added to all of the body's angles
+};
+
 enum class WriteOutcome { Done, Cancelled, Failed };
 
 struct WriteReport {
@@ -26,6 +32,7 @@ struct WriteReport {
     int layersWritten = 0;
     int layersMended = 0; ///< with samples that are no finite numbers, for which the one before was taken
     A_Err error = A_Err_NONE;
+    std::vector<WrittenStance> stances; ///< by record
 };
 
 /// Called after each layer. @return whether to go on; false cancels

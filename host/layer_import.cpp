@@ -32,6 +32,7 @@ void setUserData(int bodyIndex, BodyRecord& body) {
     data.color = rgbOf(body.color);
     data.labelColor = rgbOf(body.importColor); // grey without a label
     data.isStatic = body.staticOnImport;
+    data.outOfTime = body.inPoint > 0;
     *body.userData = data;
 }
 

@@ -89,12 +89,16 @@ void Separation::select(Stream stream) {
 void Separation::makeShapeLayer(const Layer& source, int groupIndex, int place) {
     const Layer layer = composition_.createShapeLayer(chain_);
     layer.moveTo(chain_, place);
-    // The source's values are measured from its parent.
+    // The source's values are measured from its parent: without it the part would stand somewhere else.
     const Layer parent = source.parent(chain_);
     if (parent.exists())
         layer.setParent(chain_, parent);
     for (const AEGP_LayerStream which : transformStreams)
         layer.stream(chain_, which).setValue(source.stream(chain_, which).valueAt(sampleTime, Expressions::Applied));
+    // A part is as transparent as its source was. Not so of one that fades: held at time 0 it might never be seen.
+    const Stream opacity = source.stream(chain_, AEGP_LayerStream_OPACITY);
+    if (!opacity.isTimeVarying())
+        layer.stream(chain_, AEGP_LayerStream_OPACITY).setValue(opacity.valueAt(sampleTime, Expressions::Applied));
     Stream group = vectorContents(chain_, source).childAt(groupIndex);
     layer.setName(chain_, group.shownName());
     select(std::move(group));
@@ -111,8 +115,9 @@ int Separation::separateShapes(const Layer& source, int sourceIndex) {
         tell(index + 1, count, false);
         if (elements[static_cast<std::size_t>(index)].matchName != "ADBE Vector Group")
             continue;
-        // Shapes between the groups make no layer, and leave no gap in the stack.
-        makeShapeLayer(source, index, sourceIndex + made);
+        // The place of the group counts the shapes between the groups, which make no layer. Past the hidden source it
+        // would go below layers that the source was above of, and be covered by them: there it ends.
+        makeShapeLayer(source, index, sourceIndex + std::min(index, made + 1));
         made += chain_.failed() ? 0 : 1;
     }
     source.setFlag(chain_, AEGP_LayerFlag_VIDEO_ACTIVE, false);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "host/host_time.h"
@@ -10,12 +11,25 @@ namespace jostle {
 
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
+constexpr double radiansPerDegree = 0.017453292519943295;
 constexpr double leastMove = 0.05; // pixels; nobody sees less
 constexpr int deepestGroup = 200;
 
 AEGP_TwoDVal pointOf(const Stream& stream) {
     return stream.valueAt(sampleTime, Expressions::Applied).point();
+}
+
+/// Elements that are drawn, or that move what is drawn, from a point of their group: the ramp of a gradient, the turns
+/// of a repeater. What is before them in the group must not be moved past that point.
+bool hangsFromGroup(std::string_view matchName) {
+    return matchName == "ADBE Vector Graphic - G-Fill" || matchName == "ADBE Vector Graphic - G-Stroke" ||
+           matchName == "ADBE Vector Filter - Repeater" || matchName == "ADBE Vector Filter - Twist";
+}
+
+AEGP_TwoDVal turned(AEGP_TwoDVal point, double radians) {
+    const double c = std::cos(radians);
+    const double s = std::sin(radians);
+    return {c * point.x - s * point.y, s * point.x + c * point.y};
 }
 
 AEGP_TwoDVal project(AEGP_TwoDVal point, const Matrix4& matrix) {
@@ -48,23 +62,27 @@ void ShapeOffsets::addPlaced(const Stream& element, const char* position, Offset
     elements.push_back({before, keep(std::move(stream), offset) ? AEGP_TwoDVal{0, 0} : before});
 }
 
-/// Passes the elements of a group through its transform: scaled and turned about its anchor, then moved.
+/// Passes the elements of a group through its transform: scaled, skewed and turned about its anchor, then moved.
 void ShapeOffsets::placeGroup(const Stream& transform, std::vector<Element>& elements) {
     Stream anchorStream = transform.child("ADBE Vector Anchor");
     Stream positionStream = transform.child("ADBE Vector Position");
     const AEGP_TwoDVal anchor = pointOf(anchorStream);
     const AEGP_TwoDVal position = pointOf(positionStream);
     const AEGP_TwoDVal percent = pointOf(transform.child("ADBE Vector Scale"));
-    const double turn =
-        transform.child("ADBE Vector Rotation").valueAt(sampleTime, Expressions::Applied).number() * pi / 180.0;
+    const auto radians = [&transform](const char* name) {
+        return transform.child(name).valueAt(sampleTime, Expressions::Applied).number() * radiansPerDegree;
+    };
+    const double turn = radians("ADBE Vector Rotation");
+    const double skew = std::tan(radians("ADBE Vector Skew"));
+    const double skewAxis = radians("ADBE Vector Skew Axis");
     const bool losesAnchor = keep(std::move(anchorStream), GroupAnchor);
     const bool losesPosition = keep(std::move(positionStream), GroupPosition);
-    const double c = std::cos(turn);
-    const double s = std::sin(turn);
-    const Affine linear{c * percent.x / 100, s * percent.x / 100, -s * percent.y / 100, c * percent.y / 100, 0, 0};
-    const auto place = [&linear](AEGP_TwoDVal point, AEGP_TwoDVal from, AEGP_TwoDVal to) {
-        const AEGP_TwoDVal turned = linear.apply({point.x - from.x, point.y - from.y});
-        return AEGP_TwoDVal{turned.x + to.x, turned.y + to.y};
+    const auto place = [&](AEGP_TwoDVal point, AEGP_TwoDVal from, AEGP_TwoDVal to) {
+        const AEGP_TwoDVal scaled{(point.x - from.x) * percent.x / 100, (point.y - from.y) * percent.y / 100};
+        AEGP_TwoDVal leaning = turned(scaled, skewAxis);
+        leaning.x -= skew * leaning.y;
+        const AEGP_TwoDVal there = turned(leaning, turn - skewAxis);
+        return AEGP_TwoDVal{there.x + to.x, there.y + to.y};
     };
     const AEGP_TwoDVal none{0, 0};
     for (Element& element : elements) {
@@ -84,8 +102,8 @@ std::vector<ShapeOffsets::Element> ShapeOffsets::walk(const Stream& group, int d
             addPlaced(child.stream, "ADBE Vector Ellipse Position", Ellipse, elements);
         } else if (child.matchName == "ADBE Vector Shape - Star") {
             addPlaced(child.stream, "ADBE Vector Star Position", Star, elements);
-        } else if (child.matchName == "ADBE Vector Shape - Group") {
-            elements.push_back({{0, 0}, {0, 0}}); // a path has no place of its own
+        } else if (child.matchName == "ADBE Vector Shape - Group" || hangsFromGroup(child.matchName)) {
+            elements.push_back({{0, 0}, {0, 0}}); // no place of its own that could be lost
         } else if (child.matchName == "ADBE Vector Transform Group") {
             placeGroup(child.stream, elements);
         } else if (child.matchName == "ADBE Vector Group" || child.matchName == "ADBE Vectors Group") {

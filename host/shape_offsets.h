@@ -28,13 +28,6 @@ public:
     void clear() const;
 
 private:
-    struct Affine {
-        double xx = 1, xy = 0, yx = 0, yy = 1, x = 0, y = 0;
-
-        [[nodiscard]] AEGP_TwoDVal apply(AEGP_TwoDVal point) const {
-            return {xx * point.x + yx * point.y + x, xy * point.x + yy * point.y + y};
-        }
-    };
     /// Where an element's own middle is in the layer, and where it comes to be.
     struct Element {
         AEGP_TwoDVal before, after;

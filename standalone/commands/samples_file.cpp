@@ -40,8 +40,8 @@ void appendPair(std::string& text, b2Vec2 value) {
     text += ']';
 }
 
-void appendBody(std::string& text, const BodyRecord& body, const ExportResult& result, int layerIndex,
-                const Layer& layer) {
+void appendBody(std::string& text, const BodyRecord& body, const ExportResult& result, const WrittenStance& stance,
+                int layerIndex, const Layer& layer) {
     text.append("{\"index\":");
     append(text, layerIndex);
     appendMember(text, "id", body.layerID);
@@ -51,7 +51,7 @@ void appendBody(std::string& text, const BodyRecord& body, const ExportResult& r
     appendMember(text, "width", layer.item ? layer.item->width : 0);
     appendMember(text, "height", layer.item ? layer.item->height : 0);
     text.append(",\"anchor\":");
-    appendPair(text, body.layerAnchor);
+    appendPair(text, stance.anchor);
     text.append(",\"scale\":");
     appendPair(text, body.layerScale);
     text.append(",\"positions\":[");
@@ -62,14 +62,15 @@ void appendBody(std::string& text, const BodyRecord& body, const ExportResult& r
     text.append("],\"rotations\":[");
     for (std::size_t i = 0; i < result.rotations.size(); ++i) {
         text.append(i == 0 ? "" : ",");
-        append(text, result.rotations[i]);
+        append(text, result.rotations[i] + stance.turn);
     }
     text.append("]}");
 }
 
 } // namespace
 
-std::string samplesText(const Scene& scene, const ExportRun& run, const Composition& composition) {
+std::string samplesText(const Scene& scene, const ExportRun& run, const Composition& composition,
+                        std::span<const WrittenStance> stances) {
     std::string text = "{\"start\":";
     append(text, run.startFrame());
     appendMember(text, "end", run.endFrame());
@@ -82,7 +83,7 @@ std::string samplesText(const Scene& scene, const ExportRun& run, const Composit
     for (std::size_t i = 0; i < results.size(); ++i) {
         const int layerIndex = scene.layerIndices[i];
         text.append(i == 0 ? "\n" : ",\n");
-        appendBody(text, scene.bodies[i], results[results.size() - 1 - i], layerIndex,
+        appendBody(text, scene.bodies[i], results[results.size() - 1 - i], stances[i], layerIndex,
                    *composition.layers[static_cast<std::size_t>(layerIndex)]);
     }
     text.append("\n]}\n");

@@ -77,6 +77,7 @@ private:
     Scene scene_;
     ImportReport report_;
     std::optional<ExportRun> exportRun_;
+    std::vector<WrittenStance> stances_; ///< by record
     int status_ = exitDone;
 };
 
@@ -141,7 +142,7 @@ bool SolveRun::bake(const HostContext& context) {
         options_.inPlace ? activeComposition(chain) : duplicateActiveComposition(chain);
     progress_.begin("Keyframing...", scene_.bodyCount(), "layers");
     const KeyframeJob job{scene_, exportRun_->results(), range_.first, range_.last, options_.motionBlur};
-    const WriteReport written = writeKeyframes(chain, composition, job, [this](int done, int) {
+    WriteReport written = writeKeyframes(chain, composition, job, [this](int done, int) {
         progress_.update(done);
         return !interrupted;
     });
@@ -154,6 +155,7 @@ bool SolveRun::bake(const HostContext& context) {
                                         " layers); nothing was saved");
     }
     progress_.end();
+    stances_ = std::move(written.stances);
     if (written.layersMended > 0) {
         complain(options_.input,
                  std::to_string(written.layersMended) +
@@ -193,7 +195,7 @@ bool SolveRun::save(const LoadedDocument& document, DocumentHost& host) {
     // The samples go first: whoever sees the new result finds the samples that belong to it.
     const bool samplesSaved =
         options_.samples.empty() ||
-        succeeded(options_.samples, samplesTarget_.commit(samplesText(scene_, *exportRun_, host.outcome())));
+        succeeded(options_.samples, samplesTarget_.commit(samplesText(scene_, *exportRun_, host.outcome(), stances_)));
     if (!samplesSaved) {
         return false;
     }

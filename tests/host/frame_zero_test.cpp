@@ -2,6 +2,7 @@
 
 #include "host/keyframe_writer.h"
 #include "simulation/export_run.h"
+#include "standalone/document/evaluate.h"
 #include "tests/host/imported.h"
 
 namespace jostle {
@@ -9,6 +10,9 @@ namespace jostle {
 namespace {
 
 const std::string plainRect = rect("[40,20]", "[15,0]");
+const std::string gradient =
+    R"({"ty":"gf","o":{"k":100},"t":1,"s":{"k":[0,0]},"e":{"k":[40,0]},"g":{"p":2,"k":{"k":[0,1,0,0,1,0,0,1]}}})";
+const std::string repeater = R"({"ty":"rp","c":{"k":3},"o":{"k":0},"tr":{"ty":"tr","r":{"k":40}}})";
 const std::string corner = path(outlineText("[0,0],[30,0],[0,30]"));
 
 /// The vertices of a body where they stand, in metres.
@@ -75,6 +79,17 @@ TEST(FrameZero, LooksAsBefore) {
         {"the other way round", joined({group(corner, at20), group(plainRect, at60)}), {}, false},
         {"a group within a group", group(group(plainRect, R"(,"p":{"k":[5,0]})"), at20), {.rotation = "30"}, false},
         {"a child of a turned parent", group(corner, at20), {.rotation = "20", .more = R"(,"ind":1,"parent":2)"}, true},
+        {"a gradient, whose ramp starts in the group", group(joined({plainRect, gradient}), at20), {}, false},
+        {"a gradient over what is in the group's middle",
+         group(joined({rect("[40,20]", "[0,0]"), gradient}), at20),
+         {},
+         true},
+        {"a repeater, which turns about a point of the group", group(joined({plainRect, repeater}), at20), {}, false},
+        {"a skewed group", group(rect("[40,20]", "[0,15]"), R"(,"p":{"k":[20,5]},"sk":{"k":30})"), {}, false},
+        {"skewed along the other axis",
+         group(rect("[40,20]", "[0,15]"), R"(,"p":{"k":[20,5]},"sk":{"k":30},"sa":{"k":90})"),
+         {},
+         true},
     };
     for (const LookCase& c : cases) {
         SCOPED_TRACE(c.name);
@@ -84,7 +99,14 @@ TEST(FrameZero, LooksAsBefore) {
         {
             HostChain chain(imported.hosted.context());
             const KeyframeJob job{imported.scene, results, 0, 0, false};
-            ASSERT_EQ(writeKeyframes(chain, activeComposition(chain), job, {}).outcome, WriteOutcome::Done);
+            const WriteReport report = writeKeyframes(chain, activeComposition(chain), job, {});
+            ASSERT_EQ(report.outcome, WriteOutcome::Done);
+            // Whoever compares the samples with the picture is told the point that follows them, and the turn.
+            const standalone::Transform& written = imported.hosted.layer(0).transform;
+            EXPECT_FLOAT_EQ(static_cast<float>(written.anchor.value[0]), report.stances.at(0).anchor.x);
+            EXPECT_FLOAT_EQ(static_cast<float>(written.anchor.value[1]), report.stances.at(0).anchor.y);
+            EXPECT_FLOAT_EQ(static_cast<float>(standalone::valueAt(written.rotation, 0)[0]),
+                            results.back().rotations.front() + report.stances.at(0).turn);
         }
         EXPECT_TRUE(imported.hosted.host.balance().allReturned()) << imported.hosted.host.balance().text();
         Scene again;

@@ -54,6 +54,7 @@ TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
         solidLayer(joined({leftMask, rightMask}), {.anchor = "[10,10]", .scale = "[200,200]"}),
         shapeLayer(twoGroups, {.position = "[120,30]", .scale = "[50,50]", .rotation = "30"}),
     })));
+    hosted.layer(2).transform.opacity.value[0] = 50;
     std::vector<std::string> told;
     const SeparationReport report = separateLayers(
         hosted.context(), findSeparableLayers(hosted.context()), nullptr, [&told](const SeparationProgress& p) {
@@ -66,7 +67,9 @@ TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
     EXPECT_EQ(told,
               (std::vector<std::string>{"1 shape 1/3", "1 shape 2/3", "1 shape 3/3", "2 mask 1/2", "2 mask 2/2"}));
     EXPECT_EQ(namesOf(hosted),
-              (std::vector<std::string>{"solid", "left", "right", "solid (hidden)", "one", "two", "shape (hidden)"}));
+              (std::vector<std::string>{"solid", "left", "right", "solid (hidden)", "one", "shape (hidden)", "two"}));
+    for (const std::size_t part : {4u, 6u})
+        EXPECT_EQ(hosted.layer(part).transform.opacity.value[0], 50) << part;
     Scene scene;
     ASSERT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);
     ASSERT_EQ(scene.bodyCount(), 5);
@@ -99,6 +102,21 @@ TEST(Separation, PartsOfAChildStandWhereTheSourceDoes) {
     // 40 + 2 (10 + 50) = 160, of which the composition's centre is at 100.
     expectPoint(scene.bodies[1].position, 0.6f, 0);
     expectPoint(scene.bodies[1].layerScale, 2, 2);
+}
+
+// A group has the place of its source and as many further down as there are shapes above it, but covers what its source
+// covered. One that fades is not held where it begins.
+TEST(Separation, ShapesBetweenGroupsDoNotPutAPartBelowOtherLayers) {
+    const std::string loose = path(outlineText("[0,0],[9,9]"));
+    HostedDocument hosted(lottieDocument(joined(
+        {shapeLayer(joined({loose, loose, loose, group(loose, "", "one"), loose, loose, group(loose, "", "two")})),
+         solidLayer("")})));
+    hosted.layer(0).transform.opacity = constantStream(1, {0, 0, 0});
+    addKey(hosted.layer(0).transform.opacity, 0, {0, 0, 0});
+    addKey(hosted.layer(0).transform.opacity, 20, {100, 0, 0});
+    EXPECT_EQ(separateLayers(hosted.context(), std::vector<int>{0}, nullptr, {}).layersMade, 2);
+    EXPECT_EQ(namesOf(hosted), (std::vector<std::string>{"shape (hidden)", "one", "two", "solid"}));
+    EXPECT_EQ(hosted.layer(1).transform.opacity.value[0], 100);
 }
 
 // Whatever call the host refuses, the failure is told in the words of what failed and the undo group closes.
