@@ -3,6 +3,7 @@
 #include <functional>
 #include <new>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -60,11 +61,15 @@ void addInspect(CLI::App& app, InspectOptions& options) {
         app.add_subcommand("inspect", "Tells which layers become bodies, of what shape, and why the others do not.");
     command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
     command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
-    command->add_flag("--json", options.json, "Prints a JSON object");
-    command->add_flag("--outlines", options.outlines,
-                      "With --json: also the pieces that each body consists of at frame 0, in composition pixels");
+    CLI::Option* const json = command->add_flag("--json", options.json, "Prints a JSON object");
     command
-        ->add_option("--precision", options.precision, "Points on each curve less one, as meshPrecision of all bodies")
+        ->add_flag("--outlines", options.outlines,
+                   "With --json: also the pieces that each body consists of at frame 0, in composition pixels")
+        ->needs(json);
+    command
+        ->add_option("--precision", options.precision,
+                     "How finely curves are followed, as meshPrecision of all bodies: N + 1 points on each; 2 unless "
+                     "given")
         ->type_name("N")
         ->check(CLI::Range(0, 100));
     command
@@ -101,8 +106,10 @@ int main(int argc, char** argv) {
     app.name("jostle");
     app.require_subcommand(1);
     app.set_version_flag("--version", std::string("jostle ") + JOSTLE_VERSION);
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("jostle: ") + error.what() + "; \"jostle --help\" tells how it is used\n";
+    app.failure_message([](const CLI::App* whole, const CLI::Error& error) {
+        const std::vector<CLI::App*> used = whole->get_subcommands();
+        const std::string command = used.empty() ? "" : used.front()->get_name() + " ";
+        return std::string("jostle: ") + error.what() + "; \"jostle " + command + "--help\" tells how it is used\n";
     });
     app.footer("Exit status: 0 done, 1 failed while working, 2 wrong use.");
     SolveOptions solveOptions;

@@ -79,6 +79,20 @@ TEST(Solve, PrintsTheMessagesOfTheImport) {
     EXPECT_NE(run.err.find("Body #1 (bow)"), std::string::npos) << run.err;
 }
 
+// The layer keeps its groups' offsets, and its point under the disc follows the body.
+TEST(Solve, SamplesTellTheAnchorThatIsWritten) {
+    const TestFolder folder;
+    folder.put("in.json", document(shapeLayer("art", twoParts)));
+    const ProgramRun run =
+        runProgram(folder.path(), {"solve", "in.json", "-o", "out.json", "--end", "0", "--samples", "samples.json"});
+    EXPECT_EQ(run.exitStatus, 0) << run.err;
+    EXPECT_NE(folder.contents("samples.json").find(R"("anchor":[30,0],"scale":[1,1],"positions":[[80,50]])"),
+              std::string::npos)
+        << folder.contents("samples.json");
+    EXPECT_NE(folder.contents("out.json").find(R"("a":{"a":0,"k":[30,0])"), std::string::npos)
+        << folder.contents("out.json");
+}
+
 TEST(Separate, MakesALayerOfEachPart) {
     const TestFolder folder;
     folder.put("in.json", document(shapeLayer("art", twoParts)));

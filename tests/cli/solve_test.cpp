@@ -186,6 +186,7 @@ TEST(Solve, SaysWhatIsWrongWithTheCommand) {
         {"solve", "in.json", "--set", "bax.type=Static"},
         {"solve", "in.json", "--set", "box.type=Statick"},
         {"solve", "in.json", "--samples", "in-solved.json"},
+        {"inspect", "in.json", "--outlines"},
     };
     for (const std::vector<std::string>& arguments : cases) {
         SCOPED_TRACE(testing::PrintToString(arguments));
