@@ -7,7 +7,7 @@ root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 deps="$root/deps"
 archives="$deps/archives"
 
-packages=(g++ cmake ninja-build rapidjson-dev libcli11-dev libglu1-mesa-dev libgtest-dev libbenchmark-dev
+packages=(g++ cmake ninja-build patch rapidjson-dev libcli11-dev libglu1-mesa-dev libgtest-dev libbenchmark-dev
     libfreetype-dev libharfbuzz-dev libfontconfig-dev libzip-dev zlib1g-dev fonts-dejavu-core)
 
 # Name in deps/; Debian source package and version; the archive in it; its SHA-256; the folder below deps/NAME that
@@ -251,7 +251,7 @@ unpack_given() { # lines of missing_sources
     mapfile -t wanted < <(without_archive "$1" | awk '{ print "    " $3 "  (source package " $2 ")" }')
     if ((${#wanted[@]})); then
         fail "this is not a Debian system, so nothing can be installed from here. Install by your system's means:" \
-            "    a C++20 compiler, CMake 3.25 or newer, Ninja, RapidJSON, CLI11, GLU, GoogleTest, Google Benchmark," \
+            "    a C++20 compiler, CMake 3.25 or newer, Ninja, patch, RapidJSON, CLI11, GLU, GoogleTest, Google Benchmark," \
             "    FreeType, HarfBuzz, fontconfig, libzip, zlib, the DejaVu fonts (for tests)," \
             "    poly2tri (found by CMake if it is installed)," \
             "and the sources of Box2D 2.4.1, which is compiled here. Then either configure with" \

@@ -1,0 +1,212 @@
+#include "tests/engine/engine_scenes.h"
+
+#include "tests/engine/everything_scene.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+/// A static body of edges through the points.
+void addWalls(b2World& world, const std::vector<b2Vec2>& points) {
+    const b2BodyDef definition;
+    b2Body* body = world.CreateBody(&definition);
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+        b2EdgeShape edge;
+        edge.SetTwoSided(points[i], points[i + 1]);
+        body->CreateFixture(&edge, 0.0f);
+    }
+}
+
+/// A static bowl: the lower half of a circle, in 32 edges, and upright walls above its rim.
+void addBowl(b2World& world, float radius) {
+    std::vector<b2Vec2> points = {b2Vec2(-radius, 4.0f * radius)};
+    for (int i = 0; i <= 32; ++i) {
+        const float angle = std::numbers::pi_v<float> * (1.0f + static_cast<float>(i) / 32.0f);
+        points.push_back(b2Vec2(radius * std::cos(angle), radius * std::sin(angle)));
+    }
+    points.push_back(b2Vec2(radius, 4.0f * radius));
+    addWalls(world, points);
+}
+
+class Pyramid : public EngineScene {
+public:
+    explicit Pyramid(int boxes) {
+        addWalls(world_, {b2Vec2(-40.0f, 0.0f), b2Vec2(40.0f, 0.0f)});
+        b2PolygonShape shape;
+        shape.SetAsBox(0.2f, 0.2f);
+        int made = 0;
+        for (int row = 0, width = 31; made < boxes; ++row, width = std::max(width - 1, 1)) {
+            for (int i = 0; i < width && made < boxes; ++i, ++made) {
+                b2BodyDef definition;
+                definition.type = b2_dynamicBody;
+                definition.position.Set(0.45f * (static_cast<float>(i) - 0.5f * static_cast<float>(width)),
+                                        0.25f + 0.42f * static_cast<float>(row));
+                world_.CreateBody(&definition)->CreateFixture(&shape, 1.0f);
+            }
+        }
+        world_.SetAllowSleeping(false);
+    }
+};
+
+class Circles : public EngineScene {
+public:
+    explicit Circles(int circles) {
+        addWalls(world_, {b2Vec2(-8.0f, 60.0f), b2Vec2(-8.0f, 0.0f), b2Vec2(8.0f, 0.0f), b2Vec2(8.0f, 60.0f)});
+        EngineRandom random;
+        for (int i = 0; i < circles; ++i) {
+            b2CircleShape shape;
+            shape.m_radius = random.between(0.1f, 0.3f);
+            b2BodyDef definition;
+            definition.type = b2_dynamicBody;
+            definition.position.Set(-7.0f + 0.62f * static_cast<float>(i % 23) + random.between(0.0f, 0.05f),
+                                    0.4f + 0.62f * static_cast<float>(i / 23));
+            world_.CreateBody(&definition)->CreateFixture(&shape, 1.0f);
+        }
+        world_.SetAllowSleeping(false);
+    }
+};
+
+class Chain : public EngineScene {
+public:
+    Chain(int pivots, int springs) {
+        const b2BodyDef fixed;
+        b2Body* ground = world_.CreateBody(&fixed);
+        b2PolygonShape link;
+        link.SetAsBox(0.3f, 0.06f);
+        b2Body* previous = ground;
+        for (int i = 0; i < pivots; ++i) {
+            const float x = 0.5f * static_cast<float>(i);
+            b2Body* body = addBody(b2Vec2(x + 0.25f, 0.0f), link);
+            b2RevoluteJointDef joint;
+            joint.Initialize(previous, body, b2Vec2(x, 0.0f));
+            world_.CreateJoint(&joint);
+            previous = body;
+        }
+        b2PolygonShape weight;
+        weight.SetAsBox(0.2f, 0.2f);
+        for (int i = 0; i < springs; ++i) {
+            const b2Vec2 from(static_cast<float>(i), 10.0f);
+            b2Body* body = addBody(from - b2Vec2(0.0f, 2.0f), weight);
+            b2DistanceJointDef joint;
+            joint.Initialize(ground, body, from, body->GetPosition());
+            joint.minLength = 0.0f;
+            joint.maxLength = b2_maxFloat;
+            b2LinearStiffness(joint.stiffness, joint.damping, 1.0f + 0.05f * static_cast<float>(i), 0.1f, ground, body);
+            world_.CreateJoint(&joint);
+        }
+        world_.SetAllowSleeping(false);
+    }
+
+private:
+    b2Body* addBody(b2Vec2 position, const b2Shape& shape) {
+        b2BodyDef definition;
+        definition.type = b2_dynamicBody;
+        definition.position = position;
+        b2Body* body = world_.CreateBody(&definition);
+        body->CreateFixture(&shape, 1.0f);
+        return body;
+    }
+};
+
+class Compounds : public EngineScene {
+public:
+    Compounds(int bodies, bool sleep) {
+        const int columns = 10;
+        addBowl(world_, 9.0f);
+        EngineRandom random;
+        for (int i = 0; i < bodies; ++i) {
+            b2BodyDef definition;
+            definition.type = b2_dynamicBody;
+            definition.position.Set(1.3f * (static_cast<float>(i % columns) - 4.5f) + random.between(-0.1f, 0.1f),
+                                    -5.0f + 1.3f * static_cast<float>(i / columns));
+            definition.angle = random.between(0.0f, 3.0f);
+            addStar(*world_.CreateBody(&definition), 0.6f, 0.4f, 40);
+        }
+        world_.SetAllowSleeping(sleep);
+    }
+};
+
+} // namespace
+
+float EngineRandom::between(float low, float high) {
+    state_ = state_ * 1664525u + 1013904223u;
+    return low + (high - low) * static_cast<float>(state_ >> 8) * (1.0f / 16777216.0f);
+}
+
+void addStar(b2Body& body, float outerRadius, float innerRadius, int triangles) {
+    const auto corner = [&](int i) {
+        const float angle =
+            2.0f * std::numbers::pi_v<float> * static_cast<float>(i % triangles) / static_cast<float>(triangles);
+        const float radius = i % 2 == 0 ? outerRadius : innerRadius;
+        return b2Vec2(radius * std::cos(angle), radius * std::sin(angle));
+    };
+    for (int i = 0; i < triangles; ++i) {
+        const b2Vec2 corners[] = {b2Vec2(0.0f, 0.0f), corner(i), corner(i + 1)};
+        b2PolygonShape shape;
+        shape.Set(corners, 3);
+        body.CreateFixture(&shape, 1.0f);
+    }
+}
+
+void EngineHash::add(std::uint64_t value) {
+    for (int shift = 0; shift < 64; shift += 8) { // FNV-1a
+        state_ = (state_ ^ ((value >> shift) & 0xffu)) * 0x100000001b3u;
+    }
+}
+
+void EngineHash::add(float value) {
+    add(std::uint64_t{std::bit_cast<std::uint32_t>(value)});
+}
+
+void EngineHash::add(const b2World& world) {
+    for (const b2Body* body = world.GetBodyList(); body; body = body->GetNext()) {
+        for (const float value :
+             {body->GetPosition().x, body->GetPosition().y, body->GetAngle(), body->GetLinearVelocity().x,
+              body->GetLinearVelocity().y, body->GetAngularVelocity()}) {
+            add(value);
+        }
+        add(std::uint64_t{body->IsAwake()});
+    }
+    add(static_cast<std::uint64_t>(world.GetContactCount()));
+}
+
+void EngineScene::advance() {
+    for (int step = 0; step < 2; ++step) {
+        world_.Step(1.0f / 120.0f, 10, 10);
+    }
+}
+
+std::uint64_t EngineScene::hash() const {
+    EngineHash hash;
+    hash.add(world_);
+    return hash.value();
+}
+
+const std::vector<std::string_view>& engineSceneNames() {
+    static const std::vector<std::string_view> names = {"pyramid",   "circles",        "chain",
+                                                        "compounds", "compounds-rest", "everything"};
+    return names;
+}
+
+std::unique_ptr<EngineScene> makeEngineScene(std::string_view name, int size) {
+    const auto part = [size](int full) { return std::max(1, full * size / 100); };
+    if (name == "pyramid") {
+        return std::make_unique<Pyramid>(part(500));
+    }
+    if (name == "circles") {
+        return std::make_unique<Circles>(part(1000));
+    }
+    if (name == "chain") {
+        return std::make_unique<Chain>(part(100), part(50));
+    }
+    if (name == "compounds" || name == "compounds-rest") {
+        return std::make_unique<Compounds>(part(200), name == "compounds-rest");
+    }
+    if (name == "everything") {
+        return makeEverythingScene();
+    }
+    return nullptr;
+}
