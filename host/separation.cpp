@@ -120,7 +120,9 @@ int Separation::separateShapes(const Layer& source, int sourceIndex) {
         makeShapeLayer(source, index, sourceIndex + std::min(index, made + 1));
         made += chain_.failed() ? 0 : 1;
     }
-    source.setFlag(chain_, AEGP_LayerFlag_VIDEO_ACTIVE, false);
+    // Of paths alone no layer is made: they count as parts, but hiding them would leave nothing to be seen.
+    if (made > 0)
+        source.setFlag(chain_, AEGP_LayerFlag_VIDEO_ACTIVE, false);
     return made;
 }
 

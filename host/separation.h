@@ -26,7 +26,7 @@ struct SeparationProgress {
 };
 
 struct SeparationReport {
-    int layersSeparated = 0;
+    int layersSeparated = 0; ///< without a refusal; one of paths alone gives no layer, and stays as it is
     int layersMade = 0;
     int layersFailed = 0;
     A_Err error = A_Err_NONE; ///< the host's first refusal

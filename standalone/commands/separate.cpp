@@ -19,7 +19,7 @@ void printSummary(const SeparateOptions& options, const std::string& output, con
     if (options.quiet) {
         return;
     }
-    if (report.layersSeparated == 0) {
+    if (report.layersMade == 0) {
         std::printf("%s: no layer has several masks or groups, so it is the input as it was\n", output.c_str());
         return;
     }

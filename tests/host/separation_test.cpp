@@ -119,6 +119,13 @@ TEST(Separation, ShapesBetweenGroupsDoNotPutAPartBelowOtherLayers) {
     EXPECT_EQ(hosted.layer(1).transform.opacity.value[0], 100);
 }
 
+TEST(Separation, PathsWithoutAGroupStayInSight) {
+    const std::string loose = path(outlineText("[0,0],[9,9]"));
+    HostedDocument hosted(lottieDocument(shapeLayer(joined({loose, loose}))));
+    EXPECT_EQ(separateLayers(hosted.context(), std::vector<int>{0}, nullptr, {}).layersMade, 0);
+    EXPECT_EQ(namesOf(hosted), std::vector<std::string>{"shape"});
+}
+
 // Whatever call the host refuses, the failure is told in the words of what failed and the undo group closes.
 TEST(Separation, ARefusalIsToldAndTheOthersGoOn) {
     const auto document = [] {
