@@ -165,6 +165,18 @@ bool writeAll(int descriptor, std::string_view text) {
     return ::fsync(descriptor) == 0;
 }
 
+bool readAll(const fs::path& file, std::string& text) {
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    if (!stream)
+        return false;
+    const auto size = static_cast<std::streamoff>(stream.tellg());
+    if (size < 0)
+        return false;
+    text.resize(static_cast<std::size_t>(size));
+    stream.seekg(0);
+    return static_cast<bool>(stream.read(text.data(), size));
+}
+
 /// A name for a file to be set aside that no other has.
 fs::path nameAside(const fs::path& file) {
     std::error_code ignored;
@@ -242,6 +254,11 @@ void Preferences::load() {
     loaded_ = true;
     if (file_.empty())
         file_ = defaultPreferencesFile();
+    std::error_code error;
+    if (fs::is_symlink(file_, error)) { // to be written through, not replaced
+        if (fs::path target = fs::canonical(file_, error); !error)
+            file_ = std::move(target);
+    }
     if (auto values = read(false))
         values_ = std::move(*values);
 }
@@ -296,9 +313,8 @@ std::optional<Preferences::Values> Preferences::read(bool isLocked) {
     std::error_code error;
     if (file_.empty() || !fs::exists(file_, error))
         return error ? std::nullopt : std::optional<Values>(std::in_place);
-    std::ifstream stream(file_, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream || !fs::is_regular_file(file_, error)) {
+    std::string text;
+    if (!fs::is_regular_file(file_, error) || !readAll(file_, text)) { // a folder, or a pipe that nobody writes to
         complain("it cannot be read");
         return std::nullopt;
     }

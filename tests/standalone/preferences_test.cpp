@@ -135,6 +135,28 @@ TEST_F(PreferencesTest, HoldsInMemoryWhereNothingCanBeWritten) {
     EXPECT_EQ(reports.size(), 1u) << "told once";
 }
 
+TEST_F(PreferencesTest, WhatIsNoFileIsLeftAlone) {
+    fs::create_directories(file);
+    Preferences preferences = program();
+    EXPECT_TRUE(preferences.set("s", "key", 1));
+    preferences.flush();
+    EXPECT_EQ(preferences.get("s", "key", 0), 1);
+    EXPECT_TRUE(fs::is_directory(file));
+    EXPECT_EQ(reports.size(), 1u) << "told once";
+}
+
+TEST_F(PreferencesTest, ALinkLeadsToTheFile) {
+    const fs::path target = folder / "elsewhere.txt";
+    fs::create_directories(file.parent_path());
+    std::ofstream(target) << "[s]\nkey = whole 1\n";
+    fs::create_symlink(target, file);
+    Preferences preferences = program();
+    EXPECT_TRUE(preferences.set("s", "key", 2));
+    preferences.flush();
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_NE(contents(target).find("key = whole 2"), std::string::npos);
+}
+
 TEST_F(PreferencesTest, WrongTypesGiveTheDefaultAndStay) {
     Preferences preferences = program();
     EXPECT_TRUE(preferences.set("s", "key", "text"));
