@@ -86,6 +86,8 @@ A_Err startAddKeyframes(AEGP_StreamRefH handle, AEGP_AddKeyframesInfoH* batch) {
     const StreamRef* ref = keyedLeaf(handle);
     if (ref == nullptr || batch == nullptr)
         return A_Err_PARAMETER;
+    if (ref->node->kind == NodeKind::StarType)
+        return state().refuse("AEGP_StartAddKeyframes for the type of a star"); // a plain number in the file
     *batch = state().batches.add({handle, keyComponents(*ref->node), {}});
     return A_Err_NONE;
 }
