@@ -17,6 +17,7 @@
 #include "standalone/commands/body_text.h"
 #include "standalone/commands/layer_matrices.h"
 #include "standalone/commands/load.h"
+#include "standalone/commands/plugin_session.h"
 #include "standalone/document/printable.h"
 #include "standalone/suites/document_host.h"
 
@@ -257,6 +258,7 @@ int runInspect(const InspectOptions& options) {
         scene.bodies[static_cast<std::size_t>(body)].meshPrecision = *options.precision;
         (void)refreshBody({host.basic(), host.pluginId()}, scene, body);
     }
+    printReports(host, options.input);
     const Composition& composition = host.outcome();
     if (options.json) {
         printJson(composition, report, scene, options.outlines);

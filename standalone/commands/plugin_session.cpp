@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "standalone/commands/load.h"
+
 namespace jostle::standalone {
 
 namespace {
@@ -29,6 +31,12 @@ bool runPlugin(DocumentHost& host, Launch launch) {
     }
     host.updateMenus();
     return host.chooseCommand(host.menuItems().front().command) && launched;
+}
+
+void printReports(const DocumentHost& host, const std::string& about) {
+    for (const std::string& report : host.reports()) {
+        complain(about, report);
+    }
 }
 
 } // namespace jostle::standalone

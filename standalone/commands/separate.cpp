@@ -75,6 +75,9 @@ int runSeparate(const SeparateOptions& options) {
     if (const std::optional<std::string> error = target.commit(*contents)) {
         return fail(output, *error);
     }
+    if (!options.quiet) {
+        printReports(host, options.input);
+    }
     printSummary(options, output, report);
     return exitDone;
 }

@@ -238,6 +238,9 @@ int SolveRun::run() {
     if (status_ != exitDone) {
         return status_;
     }
+    if (!options_.quiet) {
+        printReports(host, options_.input);
+    }
     if (save(*document, host)) {
         const SolveSummary summary{options_.input,
                                    output_,

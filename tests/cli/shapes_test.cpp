@@ -93,6 +93,17 @@ TEST(Solve, SamplesTellTheAnchorThatIsWritten) {
         << folder.contents("out.json");
 }
 
+TEST(Inspect, NamesAFontThatIsMissing) {
+    const TestFolder folder;
+    folder.put("in.json", document(R"({"ty":5,"nm":"title","ip":0,"op":10,"st":0,"ks":{},"t":{"d":{"k":[{"t":0,"s":)"
+                                   R"({"t":"Hi","s":20,"f":"No Such Font","j":0}}]}}})"));
+    for (const char* command : {"inspect", "solve"}) {
+        const ProgramRun run = runProgram(folder.path(), {command, "in.json"});
+        EXPECT_EQ(run.exitStatus, 0) << run.err;
+        EXPECT_NE(run.err.find("Text of layer 1 \"title\": "), std::string::npos) << command << ": " << run.err;
+    }
+}
+
 TEST(Separate, MakesALayerOfEachPart) {
     const TestFolder folder;
     folder.put("in.json", document(shapeLayer("art", twoParts)));
