@@ -266,7 +266,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const int subdivisions = 2 + flags % 6 - static_cast<int>((flags & 64) != 0) * 3;
     ShapeDefList groups(1);
     std::vector<b2Vec2> all;
-    for (int outlines = 0; outlines < 12 && !bytes.isEmpty(); ++outlines) {
+    std::size_t points = 0;
+    for (int outlines = 0; outlines < 12 && points < 600 && !bytes.isEmpty(); ++outlines) {
         const std::uint8_t kind = bytes.byte();
         std::vector<ShapeDef>& group = groups.back();
         if (kind % 8 == 0) {
@@ -277,6 +278,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             group.push_back(readOutline(bytes, all));
             flatten(group.back(), subdivisions);
         }
+        points += group.back().verts.size();
         if ((kind & 128) != 0) {
             groups.emplace_back();
         }

@@ -28,8 +28,8 @@ namespace {
 /// Power of two of the finest grid on which no determinant but zero is below the triangulator's 1e-12.
 constexpr int finestGrid = -19;
 
-/// Pairs of edges that a count of crossings looks at; about half a second's worth.
-constexpr std::size_t mostPairs = 20'000'000;
+/// Pairs of edges that a count of crossings looks at; about a tenth of a second's worth.
+constexpr std::size_t mostPairs = 5'000'000;
 
 /// Difference of the two products in the determinant of the triangle a, b, point, in 64 bits.
 struct Determinant {

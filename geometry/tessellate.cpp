@@ -26,9 +26,9 @@ namespace {
 constexpr std::size_t mostPoints = 32'768;
 constexpr std::size_t mostCrossings = 20'000;
 
-/// Steps along loops of edges, about a second's worth. The library walks along a whole loop at each crossing, at each
-/// point that lies on another, and at each corner at which edges begin or end as seen from left to right.
-constexpr std::size_t mostSteps = 200'000'000;
+/// Steps along loops of edges, a quarter of a second's worth. The library walks along a whole loop at each crossing, at
+/// each point that lies on another, and at each corner at which edges begin or end as seen from left to right.
+constexpr std::size_t mostSteps = 50'000'000;
 
 using Vertex = std::array<GLdouble, 3>;
 
