@@ -78,7 +78,8 @@ Tessellator makeTessellator() {
     return tessellator;
 }
 
-/// Distance to which points are rounded for the tessellator, which loses its way among edges of all scales at once.
+/// Distance to which points are rounded for the tessellator, which loses its way among edges of all scales at once, and
+/// among such as nearly coincide; it copes well with those that do.
 double gridOf(std::span<const Ring> rings) {
     float largest = 0.0f;
     for (const Ring& ring : rings) {
@@ -86,7 +87,7 @@ double gridOf(std::span<const Ring> rings) {
             largest = p.IsValid() ? std::max({largest, std::abs(p.x), std::abs(p.y)}) : largest;
         }
     }
-    return largest > 0.0f ? std::ldexp(1.0, std::ilogb(largest) - 32) : 1.0;
+    return largest > 0.0f ? std::ldexp(1.0, std::ilogb(largest) - 22) : 1.0;
 }
 
 /// The points of a ring that are finite, without repeats and without spikes that lead out and back on one line.

@@ -12,7 +12,7 @@ namespace jostle {
 /// themselves and each other, touch, repeat points and hold numbers that are not finite, which are left out.
 ///
 /// @param rings      closed outlines, in pixels
-/// @param triangles  receives the triangles, appended, in the same pixels, rounded to 2 to the -32 of the largest;
+/// @param triangles  receives the triangles, appended, in the same pixels, rounded to 2 to the -22 of the largest;
 /// those
 ///                   without area are left out
 /// @return whether the tessellator got through. Outlines beyond some ten thousand points or crossings are not given to
