@@ -179,7 +179,7 @@ bool fills(double filled, const Ring& ring) {
             static_cast<double>(b2Distance(ring[0], ring[i])) * static_cast<double>(b2Distance(ring[0], ring[i + 1]));
     }
     const double area = std::abs(twice) / 2.0;
-    return std::abs(filled - area) <= 1e-4 * area + 1e-8 * product;
+    return std::abs(filled - area) <= 1e-4 * area + 1e-6 * product;
 }
 
 /// The area that one or two outlines must get, by the corner that decides which lies in which.
