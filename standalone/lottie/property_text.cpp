@@ -115,9 +115,7 @@ private:
                     (between.size() + begin.size() + middle.size() + linear.size() + 3 + 9 * components_));
         out += '[' + indent;
         double frame = 0;
-        for (std::size_t key = 0; key < keys.size(); ++key) {
-            if (key > 0)
-                out += between;
+        const auto start = [&](std::size_t key, const double* numbers) {
             frame = std::isfinite(keys.frames[key]) ? keys.frames[key] : frame;
             char room[4 * numberTextRoom + 64];
             char* at = print_(std::copy(begin.begin(), begin.end(), room), frame);
@@ -125,13 +123,23 @@ private:
             for (std::size_t c = 0; c < components_; ++c) {
                 if (c > 0)
                     at = std::copy(style_.comma.begin(), style_.comma.end(), at);
-                at = print_(at, finite(keys.values[key * components_ + c], c));
+                at = print_(at, finite(numbers[c], c));
             }
             *at++ = ']';
             out.append(room, static_cast<std::size_t>(at - room));
+        };
+        for (std::size_t key = 0; key < keys.size(); ++key) {
+            if (key > 0)
+                out += between;
+            start(key, keys.values.data() + key * components_);
             if (key + 1 < keys.size())
                 out += keys.segments.empty() ? linear : segmentText(keys.segments[key]);
             out += '}';
+            if (key + 1 < keys.size() && !keys.segments.empty() && keys.segments[key].hasEnd) {
+                out += between; // a leap takes two keys at one frame, as in the file that it was read from
+                start(key + 1, keys.segments[key].end.data());
+                out += linear + '}';
+            }
         }
         if (!style_.newline.empty())
             out += style_.newline + style_.indent;
