@@ -85,6 +85,10 @@ enum class NodeKind : std::uint8_t {
 };
 inline constexpr std::size_t nodeKindCount = static_cast<std::size_t>(NodeKind::OtherElement) + 1;
 
+/// Most groups within each other: what is nested deeper is neither read nor pasted. A document's text has room for
+/// them.
+constexpr int deepestGroup = 90;
+
 /// What a leaf holds; groups hold nothing.
 enum class ValueForm : std::uint8_t { None, One, Two, TwoSpatial, Three, ThreeSpatial, Color, Path };
 

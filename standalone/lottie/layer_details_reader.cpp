@@ -90,9 +90,8 @@ Stream mergedDimensions(const Stream& x, const Stream& y) {
     return merged;
 }
 
-/// Groups nested deeper than this have no contents, so that what is written into any of them can be read again: a group
-/// takes two levels of the text, its place in a document three, and an outline with keys eight.
-constexpr int deepestGroup = 90;
+// Groups nested deeper have no contents, so that what is written into any of them can be read again: a group takes two
+// levels of the text, its place in a document three, and an outline with keys eight.
 static_assert(3 + 2 * deepestGroup + 8 < maximumJsonDepth);
 
 /// Builds the nodes of one layer.

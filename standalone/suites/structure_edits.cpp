@@ -63,6 +63,22 @@ bool canHold(NodeKind list, NodeKind node) {
     return (list == NodeKind::VectorsRoot || list == NodeKind::GroupContents) && node != NodeKind::Mask;
 }
 
+/// Groups around the contents of a list, its own among them.
+int groupsAround(const TreeNode& list) {
+    int groups = 0;
+    for (const TreeNode* node = &list; node != nullptr; node = node->parent)
+        groups += node->kind == NodeKind::Group ? 1 : 0;
+    return groups;
+}
+
+/// Groups within each other in a node, itself among them.
+int groupsWithin(const TreeNode& node) {
+    int deepest = 0;
+    for (const auto& child : node.children)
+        deepest = std::max(deepest, groupsWithin(*child));
+    return deepest + (node.kind == NodeKind::Group ? 1 : 0);
+}
+
 /// The list that takes a node when a place is selected; null if none does.
 TreeNode* pasteTarget(const SelectedPlace& place, NodeKind node) {
     const LayerEntry& entry = *state().layerOf(place.layer);
@@ -169,7 +185,7 @@ bool pasteAtSelection(CompEntry& comp) {
     for (const SelectedPlace& place : state().selectionOf(comp)) {
         for (const auto& node : state().clipboard) {
             TreeNode* list = pasteTarget(place, node->kind);
-            if (list == nullptr)
+            if (list == nullptr || groupsAround(*list) + groupsWithin(*node) > deepestGroup)
                 continue;
             appendNode(*state().layerOf(place.layer), *list, copied(*node, list));
             pasted = true;

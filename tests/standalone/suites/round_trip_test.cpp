@@ -96,5 +96,56 @@ TEST(RoundTrip, ChangedDocumentsReadAsTheyWereLeft) {
     EXPECT_EQ(contentsOf(session), left) << text;
 }
 
+std::string shapesOf(const std::string& shapes) {
+    return R"({"v":"5.7.4","fr":25,"ip":0,"op":50,"w":9,"h":9,"layers":[{"ty":4,"ind":1,"ks":{},"shapes":[)" + shapes +
+           "]}]}";
+}
+
+TEST(RoundTrip, NothingIsPastedTooDeepToBeReadAgain) {
+    std::string groups = R"({"ty":"el"})";
+    for (int i = 0; i < 60; ++i)
+        groups = R"({"ty":"gr","it":[)" + groups + "]}";
+    ReadResult result = readLottie(shapesOf(groups), "file");
+    ASSERT_TRUE(result) << result.error;
+    RichSession session(std::move(result.composition));
+    const auto outermost = [&] {
+        return session.below(session.root(session.layer(0)), {"ADBE Root Vectors Group", "0"});
+    };
+    session.select(outermost());
+    EXPECT_EQ(session.command(hostCommandCopy), A_Err_NONE);
+    AEGP_StreamRefH innermost = outermost();
+    for (int i = 1; i < 60; ++i)
+        innermost = session.below(innermost, {"ADBE Vectors Group", "0"});
+    session.select(innermost);
+    EXPECT_NE(session.command(hostCommandPaste), A_Err_NONE) << "120 groups";
+    session.select(outermost());
+    EXPECT_EQ(session.command(hostCommandPaste), A_Err_NONE) << "61 groups";
+    const ReadResult again = readLottie(writeLottie(*result.source, session.host.outcome()), "again");
+    EXPECT_TRUE(again) << again.error;
+}
+
+TEST(RoundTrip, AValueStillLeapsWhereKeysAreAdded) {
+    ReadResult result = readLottie(R"({"fr":25,"ip":0,"op":50,"w":9,"h":9,"layers":[{"ty":3,"ks":{"r":{"a":1,"k":[)"
+                                   R"({"t":0,"s":[0]},{"t":10,"s":[50]},{"t":10,"s":[100]},{"t":20,"s":[0]}]}}}]})",
+                                   "file");
+    ASSERT_TRUE(result) << result.error;
+    std::string text;
+    {
+        Session session(std::move(result.composition));
+        const AEGP_StreamRefH rotation = session.stream(session.layer(0), AEGP_LayerStream_ROTATION);
+        session.addKeys(rotation, {{40, 7}});
+        session.dispose(rotation);
+        text = writeLottie(*result.source, session.host.outcome());
+    }
+    ReadResult again = readLottie(text, "again");
+    ASSERT_TRUE(again) << again.error;
+    Session session(std::move(again.composition));
+    const AEGP_StreamRefH rotation = session.stream(session.layer(0), AEGP_LayerStream_ROTATION);
+    EXPECT_EQ(session.value(rotation, 5).one_d, 25) << text; // half of the way to 50
+    EXPECT_EQ(session.value(rotation, 10).one_d, 100) << text;
+    EXPECT_EQ(session.value(rotation, 15).one_d, 50) << text;
+    session.dispose(rotation);
+}
+
 } // namespace
 } // namespace jostle::standalone
