@@ -96,8 +96,9 @@ void Round::addPieces() {
     }
     for (int i = 0; i < 40; ++i) {
         const b2Vec2 position(-4.0f + 1.1f * static_cast<float>(i % 10), 6.5f + 0.8f * static_cast<float>(i / 10));
-        b2Body* body =
-            addBox(b2_dynamicBody, position, b2Vec2(random_.between(0.1f, 0.3f), random_.between(0.1f, 0.3f)));
+        const float halfWidth = random_.between(0.1f, 0.3f); // in lines of their own: the order of arguments is free
+        const float halfHeight = random_.between(0.1f, 0.3f);
+        b2Body* body = addBox(b2_dynamicBody, position, b2Vec2(halfWidth, halfHeight));
         if (i % 3 == 0) {
             b2CircleShape shape;
             shape.m_radius = 0.25f;
