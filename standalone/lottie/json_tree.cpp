@@ -147,12 +147,12 @@ public:
     bool String(const char*, rapidjson::SizeType length, bool) {
         if (length < leastNode)
             return true;
-        // Quotes within the string have a backslash before them, the one before it has not.
+        // Quotes within the string have a backslash before them, the one before it has not. It may be the text's first.
         const std::uint32_t end = place();
         std::size_t begin = end - 1;
         do {
             begin = tree_.text_.rfind('"', begin - 1);
-        } while (tree_.text_[begin - 1] == '\\');
+        } while (begin > 0 && tree_.text_[begin - 1] == '\\');
         const auto next = static_cast<std::uint32_t>(tree_.nodes_.size() + 1);
         tree_.nodes_.push_back({static_cast<std::uint32_t>(begin), end, next});
         return true;

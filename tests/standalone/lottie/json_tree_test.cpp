@@ -85,6 +85,14 @@ TEST(JsonTree, StringsAreUtf8) {
     EXPECT_EQ(quoted, "\"a\\\"\\\\\\u0001\xC3\xA9\"");
 }
 
+// What stands before the first quote must not be looked at: there is nothing.
+TEST(JsonTree, ALongStringMayBeAll) {
+    const std::string content(100, 'a');
+    const Parsed p('"' + content + '"');
+    ASSERT_FALSE(p.error);
+    EXPECT_EQ(p.root().string(), content);
+}
+
 TEST(JsonTree, RefusesWhatIsNoJson) {
     struct Case {
         const char* name;
