@@ -24,14 +24,16 @@ bool takeNumber(std::string_view& text, double& number) {
     return true;
 }
 
+/// Adds the frames from `first` on, a whole frame apart, up to `last`.
 bool addRange(std::vector<double>& frames, double first, double last) {
-    if (!(last >= first) || last - first > static_cast<double>(mostFrames - frames.size())) {
+    if (!(last >= first) || !(last - first < static_cast<double>(mostFrames - frames.size()))) {
         return false;
     }
-    for (double i = 0; first + i <= last; ++i) {
-        frames.push_back(first + i);
+    const auto steps = static_cast<std::size_t>(last - first);
+    for (std::size_t i = 0; i <= steps; ++i) { // counted, as far frames have no next one
+        frames.push_back(first + static_cast<double>(i));
     }
-    return frames.size() <= mostFrames;
+    return true;
 }
 
 void appendMatrix(std::string& out, const Matrix4d& matrix) {

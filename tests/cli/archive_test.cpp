@@ -115,6 +115,7 @@ TEST(Matrices, TellWhereLayersStand) {
                                      "[2,0,0,0.5,3.5,12]]},\n"
                                      R"({"number":2,"id":7,"name":"","threeD":true,"matrices":[[1,0,0,1,0,0],)"
                                      "[1,0,0,1,2.5,10]]}\n]}\n");
+    EXPECT_EQ(matrices("1e300").exitStatus, 0); // a frame so far away that the next one is the same number
     EXPECT_EQ(matrices("all").out, matrices("1-3").out);
     for (const char* wrong : {"x", "1,", ",", "3-1", "1--", "1e999", "0-1e9", "1;2"})
         EXPECT_EQ(matrices(wrong).exitStatus, 2) << wrong;
