@@ -212,12 +212,27 @@ double measure(const std::vector<Ring>& rings) {
     return count > 80 || largest < 1e-3 || largest > 1e6 ? 0.0 : largest * largest;
 }
 
+/// Whether a ray to the right crosses a ring an odd number of times, decided by exact signs: among edges a million
+/// times longer than the triangle, single precision does not tell.
+bool encloses(const Ring& ring, b2Vec2 point) {
+    bool inside = false;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const b2Vec2 a = ring[i];
+        const b2Vec2 b = ring[i + 1 < ring.size() ? i + 1 : 0];
+        const bool isRising = b.y > point.y;
+        if ((a.y > point.y) != isRising && (orientation(a, b, point) > 0.0) == isRising) {
+            inside = !inside;
+        }
+    }
+    return inside;
+}
+
 /// Whether the middle of a triangle lies in a polygon, or so close to its edges that it may.
 bool isWithin(const Triangle& t, const std::vector<Ring>& rings) {
     const b2Vec2 middle = (1.0f / 3.0f) * (t[0] + t[1] + t[2]);
     bool inside = false;
     for (const Ring& ring : rings) {
-        inside = inside != pointInPolygon(middle, ring);
+        inside = inside != encloses(ring, middle);
     }
     const double size = static_cast<double>(b2Max(b2Distance(t[0], t[1]), b2Distance(t[1], t[2])) + middle.Length());
     return inside || std::abs(orientation(t[0], t[1], t[2])) <= 1e-4 * size * size;

@@ -30,15 +30,15 @@ struct LayerFrame {
 
 /// An outline and where it stands.
 struct PlacedShape {
-    ShapeDef shape;          ///< in composition pixels
-    b2Vec2 shapePos;         ///< composition pixels
-    float shapeAngle = 0.0f; ///< radians; that of the enclosing groups
+    ShapeDef shape;                 ///< in composition pixels
+    b2Vec2 shapePos = {0.0f, 0.0f}; ///< composition pixels
+    float shapeAngle = 0.0f;        ///< radians; that of the enclosing groups
 };
 
 struct RectParameters {
-    b2Vec2 size;            ///< pixels
-    b2Vec2 position;        ///< of the middle, in pixels of the enclosing group
-    float roundness = 0.0f; ///< radius of the corners in pixels; held below half of the short side
+    b2Vec2 size = {0.0f, 0.0f};     ///< pixels
+    b2Vec2 position = {0.0f, 0.0f}; ///< of the middle, in pixels of the enclosing group
+    float roundness = 0.0f;         ///< radius of the corners in pixels; held below half of the short side
 };
 
 /// A rectangle; with `isBox` if its corners are sharp, else flattened.
@@ -46,8 +46,8 @@ struct RectParameters {
                                    const LayerFrame& layer, int subdivisions);
 
 struct EllipseParameters {
-    b2Vec2 size;     ///< both diameters in pixels
-    b2Vec2 position; ///< of the middle, in pixels of the enclosing group
+    b2Vec2 size = {0.0f, 0.0f};     ///< both diameters in pixels
+    b2Vec2 position = {0.0f, 0.0f}; ///< of the middle, in pixels of the enclosing group
 };
 
 /// An ellipse; with `isCircle` if its diameters are equal and so are the layer's scales, else flattened.
@@ -55,13 +55,13 @@ struct EllipseParameters {
                                       const LayerFrame& layer, int subdivisions);
 
 struct StarParameters {
-    int type = 1;                ///< 1 is a star, all else a polygon
-    double pointCount = 5.0;     ///< cut to an integer; none below 1, and 10,000 at most
-    b2Vec2 position;             ///< of the middle, in pixels of the enclosing group
-    double rotation = 0.0;       ///< degrees
-    double outerRadius = 0.0;    ///< pixels, as the other one
-    double innerRadius = 0.0;    ///< of stars only, as its roundness
-    double outerRoundness = 0.0; ///< percent
+    int type = 1;                   ///< 1 is a star, all else a polygon
+    double pointCount = 5.0;        ///< cut to an integer; none below 1, and 10,000 at most
+    b2Vec2 position = {0.0f, 0.0f}; ///< of the middle, in pixels of the enclosing group
+    double rotation = 0.0;          ///< degrees
+    double outerRadius = 0.0;       ///< pixels, as the other one
+    double innerRadius = 0.0;       ///< of stars only, as its roundness
+    double outerRoundness = 0.0;    ///< percent
     double innerRoundness = 0.0;
 };
 
@@ -72,9 +72,9 @@ struct StarParameters {
 /// A vector path as a host gives it.
 struct FreePath {
     struct Vertex {
-        b2Vec2 position; ///< layer pixels
-        b2Vec2 inHandle; ///< relative to the position
-        b2Vec2 outHandle;
+        b2Vec2 position = {0.0f, 0.0f}; ///< layer pixels
+        b2Vec2 inHandle = {0.0f, 0.0f}; ///< relative to the position
+        b2Vec2 outHandle = {0.0f, 0.0f};
     };
     std::vector<Vertex> vertices;
     int segmentCount = 0; ///< as many vertices are read from a closed path, one more from an open one
@@ -82,9 +82,9 @@ struct FreePath {
 };
 
 struct PlacedPath {
-    PlacedShape placed; ///< with `isCircle`, `isBox` or flattened; without vertices if there are no segments
-    ShapeDef raw;       ///< the same outline in layer pixels
-    b2Vec2 anchor;      ///< layer pixels, with the groups' scale
+    PlacedShape placed;           ///< with `isCircle`, `isBox` or flattened; without vertices if there are no segments
+    ShapeDef raw;                 ///< the same outline in layer pixels
+    b2Vec2 anchor = {0.0f, 0.0f}; ///< layer pixels, with the groups' scale
 };
 
 /// A free path, recognised as a circle or a box where it is one.
