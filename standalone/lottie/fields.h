@@ -198,7 +198,7 @@ inline constexpr std::array layerFields{
 
 /// Members of a layer that take more than the table.
 struct LayerMembers {
-    JsonValue type, name, id, parent, transform, matte, matteId, masks, extension;
+    JsonValue type, name, id, parent, transform, matte, matteId, masks, shapes, extension;
 };
 
 inline constexpr std::array layerMemberFields{
@@ -210,6 +210,7 @@ inline constexpr std::array layerMemberFields{
     Field<LayerMembers>{"tt", FieldUse::Read, FieldForm::Raw, &LayerMembers::matte},
     Field<LayerMembers>{"tp", FieldUse::Read, FieldForm::Raw, &LayerMembers::matteId},
     Field<LayerMembers>{"masksProperties", FieldUse::Read, FieldForm::Raw, &LayerMembers::masks},
+    Field<LayerMembers>{"shapes", FieldUse::Read, FieldForm::Raw, &LayerMembers::shapes},
     Field<LayerMembers>{"jostle", FieldUse::Read, FieldForm::Raw, &LayerMembers::extension},
 };
 

@@ -17,8 +17,9 @@ namespace {
 
 constexpr double largestSize = 1e6;   ///< pixels, either way
 constexpr double farthestFrame = 1e9; ///< of a layer's span; beyond it host times lose whole frames
-/// Layers of a document, and masks of all of them: each takes far more memory than the few bytes it may have in a text.
-constexpr std::size_t mostLayers = 100000, mostMasks = 100000;
+/// Layers of a document, masks and shape elements of all of them: each takes far more memory than the few bytes it may
+/// have in a text.
+constexpr std::size_t mostLayers = 100000, mostMasks = 100000, mostElements = 200000;
 
 std::string placed(const LottieSource& source, std::size_t offset) {
     const TextPlace place = placeInText(source.text, offset);
@@ -54,6 +55,18 @@ int countObjects(const JsonValue& list) {
     int count = 0;
     if (list.isArray())
         forEachChild(list, [&](const JsonValue& entry) { count += entry.isObject() ? 1 : 0; });
+    return count;
+}
+
+/// Shape elements of a list and of the groups in it.
+std::size_t countElements(const JsonValue& list, int depth = 0) {
+    std::size_t count = 0;
+    if (list.isArray() && depth <= deepestGroup) {
+        forEachChild(list, [&](const JsonValue& entry) {
+            if (entry.isObject())
+                count += 1 + countElements(entry["it"], depth + 1);
+        });
+    }
     return count;
 }
 
@@ -154,6 +167,12 @@ private:
         if (masks_ > mostMasks)
             return layerTitle(*layer, composition.layers.size()) + ", " + members.masks.pointer() +
                    ": there are more than " + std::to_string(mostMasks) + " masks up to here; remove some";
+        if (layer->kind == LayerKind::Shape && mayHaveTooManyElements())
+            elements_ += countElements(members.shapes);
+        if (elements_ > mostElements)
+            return layerTitle(*layer, composition.layers.size()) + ", " + members.shapes.pointer() +
+                   ": there are more than " + std::to_string(mostElements) +
+                   " shape elements up to here; split the animation";
         const JsonValue& extension = members.extension;
         layer->label = std::clamp(extension["label"].integer(0), 0, 16);
         layer->guide = layer->kind == LayerKind::Guide || extension["guide"].boolean(false);
@@ -171,6 +190,9 @@ private:
         composition.layers.push_back(std::move(layer));
         return {};
     }
+
+    /// Only then they are worth counting: the shortest element and its comma take three bytes.
+    [[nodiscard]] bool mayHaveTooManyElements() const { return source_.text.size() > 3 * mostElements; }
 
     /// Layers have the identifier of the file, or noParent, before.
     static void numberLayers(const Composition& composition) {
@@ -217,7 +239,8 @@ private:
     const DocumentMembers& members_;
     PropertyReader properties_;
     AssetTable assets_;
-    std::size_t masks_ = 0; ///< of the layers read so far
+    std::size_t masks_ = 0; ///< of the layers read so far, as the next one
+    std::size_t elements_ = 0;
 };
 
 std::string readInto(ReadResult& result, LottieSource& source) {
