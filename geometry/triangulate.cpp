@@ -39,7 +39,8 @@ double ringArea(const Ring& ring) {
     return std::abs(twice) / 2.0;
 }
 
-/// Box around a ring, to tell quickly that a point is not inside.
+/// Box around a ring, to tell quickly that pointInPolygon() is false. That rounds where edges cross a point's height,
+/// so the box has to be a little wider than the ring.
 struct Bounds {
     b2Vec2 lower = {std::numeric_limits<float>::max(), std::numeric_limits<float>::max()};
     b2Vec2 upper = {std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest()};
@@ -51,6 +52,9 @@ struct Bounds {
             upper = b2Max(upper, point);
             isKnown = isKnown && point.IsValid();
         }
+        const float slack = 1e-6f * (std::abs(lower.x) + std::abs(upper.x)) + 1e-30f;
+        lower.x -= slack;
+        upper.x += slack;
     }
 
     [[nodiscard]] bool mayContain(b2Vec2 point) const {
