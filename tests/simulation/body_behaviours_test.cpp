@@ -1,5 +1,6 @@
 #include "simulation/body_behaviours.h"
 
+#include "tests/support/expect_near.h"
 #include "tests/support/playback.h"
 #include "tests/support/scenes.h"
 
@@ -33,12 +34,6 @@ public:
     b2Vec2 gravity(int, double) override { return {100.0f, 0.0f}; }
 };
 
-Scene weightlessScene() {
-    Scene scene = emptyScene(25);
-    scene.globals.magnitude = 0;
-    return scene;
-}
-
 TEST(BodyBehaviours, aDynamicBodyLivesFromInPointToOutPoint) {
     Scene scene = weightlessScene();
     BodyRecord& record = addBox(scene, {0, 0}, 1, 1);
@@ -61,27 +56,20 @@ TEST(BodyBehaviours, aDynamicBodyLivesFromInPointToOutPoint) {
 }
 
 TEST(BodyBehaviours, aKinematicBodyFollowsAndThenFliesOff) {
-    const struct {
-        const char* name;
-        int lastKeyframe;
-        int dynamicAfter; ///< frames followed: while (last keyframe - 1) frames is at least the time
-    } cases[] = {
-        {"up to frame 5", 6, 6},
-        {"without keyframes not at all", -1, 0},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    // It follows while (last keyframe - 1) frames is at least the time: up to frame 5, or without keyframes not at all.
+    for (const auto& [lastKeyframe, followed] : {std::pair{6, 6}, {-1, 0}}) {
+        SCOPED_TRACE(lastKeyframe);
         Scene scene = weightlessScene();
         addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic);
         Playback<MovingLayer> run(std::move(scene));
-        run.layers.lastKeyframe = c.lastKeyframe;
-        run.playTo(c.dynamicAfter);
+        run.layers.lastKeyframe = lastKeyframe;
+        run.playTo(followed);
         EXPECT_EQ(run.body().GetType(), b2_kinematicBody);
-        EXPECT_NEAR(run.body().GetPosition().x, 0.04f * static_cast<float>(c.dynamicAfter), 1e-5f);
-        EXPECT_NEAR(run.body().GetAngle(), 0.04f * static_cast<float>(c.dynamicAfter), 1e-5f);
-        run.playTo(c.dynamicAfter + 1);
+        EXPECT_NEAR(run.body().GetPosition().x, 0.04 * followed, 1e-5);
+        EXPECT_NEAR(run.body().GetAngle(), 0.04 * followed, 1e-5);
+        run.playTo(followed + 1);
         EXPECT_EQ(run.body().GetType(), b2_dynamicBody);
-        EXPECT_DOUBLE_EQ(run.layers.lastVelocityTime, (c.dynamicAfter - 1) * 0.04) << "the speed of one frame back";
+        EXPECT_DOUBLE_EQ(run.layers.lastVelocityTime, (followed - 1) * 0.04) << "the speed of one frame back";
         run.playTo(20);
         EXPECT_NEAR(run.body().GetPosition().x, 20 * 0.04f, 1e-4f);
 
@@ -128,8 +116,7 @@ TEST(BodyBehaviours, anAEmaticTargetIsMovedByTheDifferenceOfTwoPasses) {
     // Each pass adds a metre, and the first one its time in metres: A = P + 1 + t, and B, which starts from A, is
     // A + 1. Whatever P is, the target is the anchor plus A - B, a metre to the left of it.
     const auto& joint = static_cast<const b2MouseJoint&>(*run.scene.bodies[0].aematicJoint);
-    EXPECT_NEAR(joint.GetTarget().x, 1.0f, 1e-4f);
-    EXPECT_NEAR(joint.GetTarget().y, 3.0f, 1e-4f);
+    expectNear({joint.GetTarget()}, {{1, 3}});
     EXPECT_LT(run.body().GetPosition().x, 2.0f) << "the spring pulls to the target";
     EXPECT_NEAR(run.body().GetAngularVelocity(), 1.0f, 0.2f);
 }
@@ -148,7 +135,7 @@ TEST(BodyBehaviours, aDormantBodyWakesAtATouchOfOneThatIsAwake) {
         SCOPED_TRACE(static_cast<int>(behavior));
         Scene scene = emptyScene(25);
         scene.preferences.dormantBehavior = behavior;
-        addBox(scene, {0, 0}, 1, 1, BodyType::Dormant).gravityScale = 0.5f;
+        addBox(scene, {0, 0}, 1, 1, BodyType::Dormant);
         addBox(scene, {0.9f, 0}, 1, 1, BodyType::Dormant); // overlaps the first
         addBox(scene, {-10, 0}, 1, 1, BodyType::Dormant);
         addBox(scene, {-10, -2}, 1, 1); // falls on the third

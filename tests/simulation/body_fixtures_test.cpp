@@ -1,26 +1,21 @@
 #include "simulation/body_fixtures.h"
 
-#include "simulation/world_builder.h"
+#include "tests/support/expect_near.h"
+#include "tests/support/playback.h"
 #include "tests/support/scenes.h"
 
-#include <box2d/b2_circle_shape.h>
 #include <box2d/b2_fixture.h>
-#include <box2d/b2_polygon_shape.h>
 #include <gtest/gtest.h>
 
 namespace jostle {
 namespace {
 
-/// A world of one dynamic body of some pieces.
-struct BuiltBody {
-    explicit BuiltBody(std::vector<ShapeDef> pieces, float density = 1) : world(createWorld()), scene(emptyScene(25)) {
-        addBody(scene, {0, 0}, std::move(pieces)).density = density;
-        buildWorld(scene, *world);
-    }
-    b2Body& body() { return *scene.bodies[0].body; }
-    std::unique_ptr<b2World> world;
-    Scene scene;
-};
+/// A scene of one dynamic body of some pieces.
+Scene sceneOf(std::vector<ShapeDef> pieces) {
+    Scene scene = emptyScene(25);
+    addBody(scene, {0, 0}, std::move(pieces));
+    return scene;
+}
 
 const ShapeDef triangle = outlineShape({{0, 0}, {1, 0}, {0, 1}}, true);
 const ShapeDef path = outlineShape({{1, 0}, {3, 0}, {3, 1}}, false);
@@ -44,14 +39,14 @@ TEST(BodyFixtures, whichPiecesBecomeFixtures) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        BuiltBody built({c.piece});
-        EXPECT_EQ(built.world->GetProxyCount(), c.fixtures);
+        const Playback built(sceneOf({c.piece}));
+        EXPECT_EQ(built.clock.world().GetProxyCount(), c.fixtures);
         EXPECT_GT(built.body().GetMass(), 0.0f) << "a body without fixtures falls all the same";
     }
 }
 
 TEST(BodyFixtures, aPathIsAStripOfItsWidthAboutItsOrigin) {
-    BuiltBody built({path});
+    const Playback built(sceneOf({path}));
     // Fixtures are listed last first: the segment from (1, 0) to (3, 0), 0.015 wide, is the second.
     const b2Fixture& fixture = *built.body().GetFixtureList()->GetNext();
     EXPECT_NEAR(fixture.GetAABB(0).lowerBound.y, -0.0075f - 0.01f, 1e-5f) << "half the width, and the skin";
@@ -64,11 +59,11 @@ TEST(BodyFixtures, aPathIsAStripOfItsWidthAboutItsOrigin) {
     EXPECT_FLOAT_EQ(built.body().GetInertia(), first.I + second.I);
 
     // Far from the origin single precision cannot tell the inertia about the true centre, but that about the origin.
-    BuiltBody farAway({outlineShape({{900, 0}, {900.01f, 0}}, false)});
+    const Playback farAway(sceneOf({outlineShape({{900, 0}, {900.01f, 0}}, false)}));
     EXPECT_GT(farAway.body().GetInertia(), 0.0f) << "turns about its origin";
     EXPECT_FALSE(farAway.body().IsFixedRotation());
 
-    BuiltBody withTriangle({path, triangle});
+    const Playback withTriangle(sceneOf({path, triangle}));
     EXPECT_GT(withTriangle.body().GetLocalCenter().x, 0.3f) << "a piece after the path gives the true centre";
 }
 
@@ -79,33 +74,25 @@ TEST(BodyFixtures, massEqualsTheLibrarysOwn) {
         other.verts[i] += {2, 1};
         circle.verts[i] += {-1, 2}; // the centre is the mean of these
     }
-    BuiltBody built({boxShape(1, 1), other, circle}, 2.5f);
-
-    b2World plain({0, 0});
-    b2BodyDef def;
-    def.type = b2_dynamicBody;
-    b2Body& body = *plain.CreateBody(&def);
-    b2PolygonShape box;
-    box.SetAsBox(0.5f, 0.5f);
-    body.CreateFixture(&box, 2.5f);
-    box.SetAsBox(0.25f, 1.5f, {2, 1}, 0);
-    body.CreateFixture(&box, 2.5f);
-    b2CircleShape disc;
-    disc.m_p = {-1, 2};
-    disc.m_radius = 0.5f;
-    body.CreateFixture(&disc, 2.5f);
-
-    EXPECT_FLOAT_EQ(built.body().GetMass(), body.GetMass());
-    EXPECT_FLOAT_EQ(built.body().GetInertia(), body.GetInertia());
-    EXPECT_NEAR(built.body().GetLocalCenter().x, body.GetLocalCenter().x, 1e-6f);
-    EXPECT_NEAR(built.body().GetLocalCenter().y, body.GetLocalCenter().y, 1e-6f);
+    Scene scene = sceneOf({boxShape(1, 1), other, circle});
+    scene.bodies[0].density = 2.5f;
+    const Playback built(std::move(scene));
+    b2Body& body = built.body();
+    const float mass = body.GetMass();
+    const float inertia = body.GetInertia();
+    const b2Vec2 center = body.GetLocalCenter();
+    body.ResetMassData();
+    EXPECT_FLOAT_EQ(mass, body.GetMass());
+    EXPECT_FLOAT_EQ(mass, 2.5f * (1 + 1.5f + 0.25f * b2_pi));
+    EXPECT_FLOAT_EQ(inertia, body.GetInertia());
+    expectNear({center}, {body.GetLocalCenter()}, 1e-6f);
 }
 
 TEST(BodyFixtures, moreThan75TrianglesAreADenseMesh) {
     for (const std::size_t count : {75u, 76u}) {
         std::vector<ShapeDef> pieces(count, triangle);
         pieces.push_back(boxShape(1, 1));
-        EXPECT_EQ(BuiltBody(pieces).scene.bodies[0].isDenseMesh, count > 75);
+        EXPECT_EQ(Playback(sceneOf(pieces)).scene.bodies[0].isDenseMesh, count > 75);
     }
 }
 

@@ -1,12 +1,20 @@
 #include "simulation/collision_shape.h"
 
+#include "tests/support/expect_near.h"
+
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace jostle {
 namespace {
+
+std::vector<b2Vec2> verticesOf(const b2PolygonShape& polygon) {
+    return {polygon.m_vertices, polygon.m_vertices + polygon.m_count};
+}
 
 TEST(CollisionShape, keepsVerticesAndPointsNormalsOutwards) {
     // The last is so narrow that the library would weld it at its usual slop.
@@ -15,23 +23,16 @@ TEST(CollisionShape, keepsVerticesAndPointsNormalsOutwards) {
         for (const auto& vertices : {square, std::vector<b2Vec2>(square.rbegin(), square.rend())}) {
             b2PolygonShape polygon;
             ASSERT_TRUE(fillPolygon(vertices, polygon));
-            const b2Vec2 normals[] = {{0, -1}, {1, 0}, {0, 1}, {-1, 0}};
-            for (std::size_t i = 0; i < 4; ++i) {
-                EXPECT_EQ(polygon.m_vertices[i], square[i]) << "either way round";
-                EXPECT_EQ(polygon.m_normals[i], normals[i]);
-            }
-            EXPECT_NEAR(polygon.m_centroid.x, width / 2, 1e-6f);
-            EXPECT_NEAR(polygon.m_centroid.y, 1, 1e-6f);
+            EXPECT_EQ(verticesOf(polygon), square) << "either way round";
+            expectNear({polygon.m_normals, polygon.m_normals + 4}, {{0, -1}, {1, 0}, {0, 1}, {-1, 0}}, 0);
+            expectNear({polygon.m_centroid}, {{width / 2, 1}}, 1e-6f);
         }
     }
 }
 
 TEST(CollisionShape, refusesWhatTheLibraryCannotTake) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const struct {
-        const char* name;
-        std::vector<b2Vec2> vertices;
-    } cases[] = {
+    const std::pair<const char*, std::vector<b2Vec2>> cases[] = {
         {"two vertices", {{0, 0}, {1, 0}}},
         {"nine vertices", {{0, 0}, {1, 0}, {2, 1}, {3, 2}, {3, 3}, {2, 4}, {1, 4}, {0, 3}, {-1, 2}}},
         {"a repeated vertex", {{0, 0}, {1, 0}, {1, 0}, {0, 1}}},
@@ -41,10 +42,10 @@ TEST(CollisionShape, refusesWhatTheLibraryCannotTake) {
         {"infinitely far", {{0, 0}, {std::numeric_limits<float>::infinity(), 0}, {0, 1}}},
         {"too far for masses to be worked out", {{0, 0}, {1.0e9f, 0}, {0, 1}}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, vertices] : cases) {
+        SCOPED_TRACE(name);
         b2PolygonShape polygon;
-        EXPECT_FALSE(fillPolygon(c.vertices, polygon));
+        EXPECT_FALSE(fillPolygon(vertices, polygon));
         EXPECT_EQ(polygon.m_count, 0);
     }
 }
@@ -55,13 +56,9 @@ TEST(CollisionShape, scalesAboutAPivotAndKeepsNormalsSquare) {
     ASSERT_TRUE(fillPolygon(triangle, polygon));
     scaleShape(polygon, {1, 0}, 2.0f, 3.0f);
     // x' = 1 + (x - 1) * 2, y' = 3 y; the long side then runs along (-2, 3), and (3, 2) stands square on it.
-    EXPECT_EQ(polygon.m_vertices[0], b2Vec2(-1, 0));
-    EXPECT_EQ(polygon.m_vertices[1], b2Vec2(1, 0));
-    EXPECT_EQ(polygon.m_vertices[2], b2Vec2(-1, 3));
-    EXPECT_NEAR(polygon.m_normals[1].x, 3.0f / std::sqrt(13.0f), 1e-6f);
-    EXPECT_NEAR(polygon.m_normals[1].y, 2.0f / std::sqrt(13.0f), 1e-6f);
-    EXPECT_NEAR(polygon.m_centroid.x, -1.0f / 3.0f, 1e-6f);
-    EXPECT_NEAR(polygon.m_centroid.y, 1.0f, 1e-6f);
+    EXPECT_EQ(verticesOf(polygon), (std::vector<b2Vec2>{{-1, 0}, {1, 0}, {-1, 3}}));
+    expectNear({polygon.m_normals[1]}, {{3.0f / std::sqrt(13.0f), 2.0f / std::sqrt(13.0f)}}, 1e-6f);
+    expectNear({polygon.m_centroid}, {{-1.0f / 3.0f, 1}}, 1e-6f);
 }
 
 TEST(CollisionShape, aNegativeRatioTurnsAPolygonOver) {
@@ -70,10 +67,8 @@ TEST(CollisionShape, aNegativeRatioTurnsAPolygonOver) {
     const std::vector<b2Vec2> mirrorImage{{0, 1}, {-2, 0}, {0, 0}}; // the other way round, as the library's order is
     ASSERT_TRUE(fillPolygon(triangle, mirrored) && fillPolygon(mirrorImage, expected));
     scaleShape(mirrored, {0, 0}, -1.0f, 1.0f);
-    for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(mirrored.m_vertices[i], expected.m_vertices[i]);
-        EXPECT_NEAR(b2Dot(mirrored.m_normals[i], expected.m_normals[i]), 1.0f, 1e-6f);
-    }
+    EXPECT_EQ(verticesOf(mirrored), verticesOf(expected));
+    expectNear({mirrored.m_normals, mirrored.m_normals + 3}, {expected.m_normals, expected.m_normals + 3}, 1e-6f);
     b2CircleShape circle;
     ASSERT_TRUE(fillCircle({1, 0}, 2, circle));
     scaleShape(circle, {0, 0}, -1.5f, 1.0f);

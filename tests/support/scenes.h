@@ -83,6 +83,13 @@ inline Scene emptyScene(int framesPerSecond) {
     return scene;
 }
 
+/// The same without gravity.
+inline Scene weightlessScene(int framesPerSecond = 25) {
+    Scene scene = emptyScene(framesPerSecond);
+    scene.globals.magnitude = 0;
+    return scene;
+}
+
 // Scenes of some size, at 60 frames per second.
 
 /// 500 boxes of 0.4 m on a floor, in rows of 32 down to 8.
