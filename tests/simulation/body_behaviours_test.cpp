@@ -4,12 +4,11 @@
 #include "tests/support/playback.h"
 #include "tests/support/scenes.h"
 
-#include <box2d/b2_fixture.h>
 #include <box2d/b2_mouse_joint.h>
-#include <box2d/b2_polygon_shape.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 namespace jostle {
 namespace {
@@ -36,23 +35,18 @@ public:
 
 TEST(BodyBehaviours, aDynamicBodyLivesFromInPointToOutPoint) {
     Scene scene = weightlessScene();
+    scene.globals.timeDivider = 2; // so that it lives from tick 20 to tick 40, at half a metre a tick
     BodyRecord& record = addBox(scene, {0, 0}, 1, 1);
     record.inPoint = 10;
     record.outPoint = 20;
     record.linearVelocityMagnitude = 25; // a metre a frame
-    scene.globals.timeDivider = 2;       // so that it lives from tick 20 to tick 40, at half a metre a tick
     Playback<MovingLayer> run(std::move(scene));
-    const auto lives = [&] {
-        return run.body().GetType() == b2_dynamicBody && !run.body().GetFixtureList()->IsSensor();
-    };
-    run.playTo(20);
-    EXPECT_FALSE(lives());
-    run.playTo(21);
-    EXPECT_TRUE(lives());
-    EXPECT_NEAR(run.body().GetPosition().x, 0.5f, 1e-4f) << "the initial velocity waits for the in-point";
-    run.playTo(50);
-    EXPECT_FALSE(lives());
-    EXPECT_NEAR(run.body().GetPosition().x, 0.5f * 21, 1e-3f) << "ticks 20 to 40, both included";
+    // The initial velocity waits for the in-point; ticks 20 to 40 are both included.
+    for (const auto& [tick, lives, x] : {std::tuple{20, false, 0.0f}, {21, true, 0.5f}, {50, false, 10.5f}}) {
+        run.playTo(tick);
+        EXPECT_EQ(run.body().GetType() == b2_dynamicBody && !run.body().GetFixtureList()->IsSensor(), lives);
+        EXPECT_NEAR(run.body().GetPosition().x, x, 1e-4f);
+    }
 }
 
 TEST(BodyBehaviours, aKinematicBodyFollowsAndThenFliesOff) {
@@ -102,8 +96,7 @@ TEST(BodyBehaviours, fixturesGrowWithTheLayer) {
     // there it grows by 10 to frame 10. Circles take it for their radius.
     for (const auto& [frame, factor] : {std::pair{1, 1.0f}, {2, 40.0f}, {11, 400.0f}}) {
         run.playTo(frame);
-        const auto& box = static_cast<const b2PolygonShape&>(*run.body().GetFixtureList()->GetShape());
-        EXPECT_NEAR(box.m_vertices[1].x - box.m_vertices[0].x, factor, 1e-2f);
+        EXPECT_NEAR(polygonOf(run.body()).m_vertices[1].x - polygonOf(run.body()).m_vertices[0].x, factor, 1e-2f);
         EXPECT_NEAR(run.body(1).GetFixtureList()->GetShape()->m_radius, factor, 1e-2f);
     }
 }
@@ -158,12 +151,12 @@ TEST(BodyBehaviours, aStaticSleeperWakesWhereAKinematicBodyOverlapsIt) {
     addBox(scene, {2, 9}, 1, 1, BodyType::Dormant);
     Playback<MovingLayer> run(std::move(scene));
     // The layer's growth of 1000 a second makes the blade's right edge stand at t + t / 2: at 1.5 after a second.
-    run.playTo(20);
-    EXPECT_TRUE(run.scene.bodies[0].isDormant);
-    run.playTo(30);
-    EXPECT_FALSE(run.scene.bodies[0].isDormant);
-    EXPECT_EQ(run.body(0).GetType(), b2_dynamicBody);
-    EXPECT_TRUE(run.scene.bodies[2].isDormant) << "only the one that is overlapped";
+    for (const bool awake : {false, true}) {
+        run.playTo(awake ? 30 : 20);
+        EXPECT_EQ(run.scene.bodies[0].isDormant, !awake);
+        EXPECT_EQ(run.body(0).GetType() == b2_dynamicBody, awake);
+        EXPECT_TRUE(run.scene.bodies[2].isDormant) << "only the one that is overlapped";
+    }
 }
 
 } // namespace

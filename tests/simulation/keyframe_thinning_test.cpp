@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace jostle {
 namespace {
 
 using Indices = std::vector<std::size_t>;
 
-struct AngleCase {
-    const char* name;
-    std::vector<float> samples;
-    Indices expected;
-};
-
 TEST(KeyframeThinning, keepsBothEndsOfARest) {
-    const AngleCase cases[] = {
+    const std::tuple<const char*, std::vector<float>, Indices> cases[] = {
         {"no samples, no keys", {}, {}},
         {"one sample is a key", {5}, {0}},
         {"two alike need one key", {5, 5}, {0}},
@@ -26,9 +22,8 @@ TEST(KeyframeThinning, keepsBothEndsOfARest) {
         {"a peak of one frame is lost, its flanks stay", {0, 0, 7, 0, 0}, {0, 1, 3}},
         {"a thousandth is no difference", {0, 0.0009f, 0.0009f}, {0}},
     };
-    for (const AngleCase& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(keyframeIndices(std::span<const float>(c.samples), floatsDiffer), c.expected);
+    for (const auto& [name, samples, keys] : cases) {
+        EXPECT_EQ(keyframeIndices(std::span<const float>(samples), floatsDiffer), keys) << name;
     }
 }
 

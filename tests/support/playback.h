@@ -3,6 +3,8 @@
 #include "simulation/simulation_clock.h"
 
 #include <box2d/b2_body.h>
+#include <box2d/b2_fixture.h>
+#include <box2d/b2_polygon_shape.h>
 
 #include <utility>
 
@@ -11,7 +13,10 @@ namespace jostle {
 /// A scene with its clock, which nothing holds back. Built, and stopped at frame 0.
 template<class Layers = StillLayers>
 struct Playback {
-    explicit Playback(Scene s) : scene(std::move(s)), clock(scene, layers, pacer) { clock.restart(); }
+    explicit Playback(Scene s, auto... layerArguments)
+        : layers(layerArguments...), scene(std::move(s)), clock(scene, layers, pacer) {
+        clock.restart();
+    }
 
     void playTo(int frame) {
         clock.play();
@@ -26,5 +31,10 @@ struct Playback {
     Scene scene;
     SimulationClock clock;
 };
+
+/// The shape of the body's last piece, which must be a polygon.
+inline const b2PolygonShape& polygonOf(const b2Body& body) {
+    return static_cast<const b2PolygonShape&>(*body.GetFixtureList()->GetShape());
+}
 
 } // namespace jostle
