@@ -79,8 +79,7 @@ TEST(BodyBehaviours, aKinematicBodyMayBecomeDynamicAtItsInPoint) {
         Scene scene = weightlessScene();
         scene.preferences.kinematicBehavior = behavior;
         addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic).inPoint = 3;
-        Playback<MovingLayer> run(std::move(scene));
-        run.playTo(3);
+        Playback<MovingLayer> run(std::move(scene), 3);
         EXPECT_EQ(run.body().GetType(), b2_kinematicBody);
         run.playTo(4);
         EXPECT_EQ(run.body().GetType() == b2_dynamicBody, behavior == KinematicBehavior::DynamicAtInPoint);
@@ -104,8 +103,7 @@ TEST(BodyBehaviours, fixturesGrowWithTheLayer) {
 TEST(BodyBehaviours, anAEmaticTargetIsMovedByTheDifferenceOfTwoPasses) {
     Scene scene = weightlessScene();
     addBox(scene, {2, 3}, 1, 1, BodyType::AEmatic).rotationAnimated = true;
-    Playback<MovingLayer> run(std::move(scene));
-    run.playTo(10);
+    Playback<MovingLayer> run(std::move(scene), 10);
     // Each pass adds a metre, and the first one its time in metres: A = P + 1 + t, and B, which starts from A, is
     // A + 1. Whatever P is, the target is the anchor plus A - B, a metre to the left of it.
     const auto& joint = static_cast<const b2MouseJoint&>(*run.scene.bodies[0].aematicJoint);
@@ -118,8 +116,7 @@ TEST(BodyBehaviours, gravityMayComeFromALayer) {
     Scene scene = emptyScene(25);
     scene.globals.takeValueFrom = true;
     addBox(scene, {0, 0}, 1, 1);
-    Playback<MovingLayer> run(std::move(scene));
-    run.playTo(1);
+    Playback<MovingLayer> run(std::move(scene), 1);
     EXPECT_NEAR(run.body().GetLinearVelocity().x, 4.0f, 1e-5f) << "100 metres per second squared for a 25th";
 }
 
@@ -132,8 +129,7 @@ TEST(BodyBehaviours, aDormantBodyWakesAtATouchOfOneThatIsAwake) {
         addBox(scene, {0.9f, 0}, 1, 1, BodyType::Dormant); // overlaps the first
         addBox(scene, {-10, 0}, 1, 1, BodyType::Dormant);
         addBox(scene, {-10, -2}, 1, 1); // falls on the third
-        Playback<MovingLayer> run(std::move(scene));
-        run.playTo(30);
+        Playback<MovingLayer> run(std::move(scene), 30);
         EXPECT_TRUE(run.scene.bodies[0].isDormant) << "two sleepers do not wake each other";
         EXPECT_TRUE(run.scene.bodies[1].isDormant);
         EXPECT_FALSE(run.scene.bodies[2].isDormant);

@@ -74,8 +74,7 @@ TEST(Joints, aDistanceJointBelowTheSlopStartsRelaxed) {
         scene.joints[0].anchorA = {1, 0};
         scene.joints[0].anchorB = {-0.999f, 0}; // a millimetre, a fifth of the slop
         scene.joints[0].frequency = frequency;
-        Playback run(std::move(scene));
-        run.playTo(30);
+        Playback run(std::move(scene), 30);
         EXPECT_NEAR(run.body(1).GetPosition().x, 2.0f, 1e-6f);
         EXPECT_EQ(b2_linearSlop, 0.005f) << "and the slop is what it was";
     }
@@ -90,8 +89,7 @@ TEST(Joints, motorsTurnBodyAClockwise) {
         scene.joints[0].motorSpeed = 3;
         scene.joints[0].maxMotorTorque = 1000;
         scene.joints[0].collideConnected = false;
-        Playback run(std::move(scene));
-        run.playTo(10);
+        Playback run(std::move(scene), 10);
         // Positive angles are clockwise on the screen, as y points down.
         EXPECT_NEAR(run.body(turning).GetAngularVelocity(), turning == 0 ? 3 : -3, 1e-3f);
     }
@@ -123,8 +121,7 @@ TEST(Joints, limitsHold) {
         joint.enableMotor = c.motorSpeed != 0;
         joint.motorSpeed = c.motorSpeed;
         joint.maxMotorForce = joint.maxMotorTorque = 1000;
-        Playback run(std::move(scene));
-        run.playTo(120);
+        Playback run(std::move(scene), 120);
         expectNear({run.body(1).GetPosition()}, {{0, c.y}}, 0.01f);
         EXPECT_NEAR(run.body(1).GetAngle(), c.angle, 0.04f) << "the library leaves 2 degrees of slop";
     }
@@ -165,8 +162,7 @@ TEST(Joints, sleepersAreNotPulled) {
     scene.latchType(BodyType::Dormant);
     addBox(scene, {0, 3}, 1, 1, BodyType::Static);
     addJoint(scene, JointType::Spring, 2, 0);
-    Playback run(std::move(scene));
-    run.playTo(10);
+    Playback run(std::move(scene), 10);
     EXPECT_EQ(run.body(0).GetPosition(), b2Vec2(0, 0));
     run.scene.bodies[1].isDormant = false;
     run.playTo(20);
@@ -181,8 +177,7 @@ TEST(Joints, jointsThatNameNoTwoBodiesAreLeftOut) {
     addJoint(scene, JointType::Piston, -1, 1);
     addJoint(scene, JointType::Spring, 0, 2);
     addJoint(scene, JointType::Distance, 1000000, 1);
-    Playback run(std::move(scene));
-    run.playTo(3);
+    Playback run(std::move(scene), 3);
     ASSERT_EQ(run.clock.world().GetJointCount(), 1);
     EXPECT_EQ(run.scene.joints[1].joint, nullptr);
     const JointRecord& pivot = run.scene.joints[0];

@@ -41,8 +41,7 @@ TEST(Magnetism, forceFallsWithTheSquareAndEndsAtTheReach) {
         SCOPED_TRACE(c.name);
         Scene scene = magnetScene(c.distance, c.type);
         c.change(scene);
-        Playback run(std::move(scene));
-        run.playTo(1);
+        Playback run(std::move(scene), 1);
         expectNear({run.body(1).GetLinearVelocity()}, {{0.02f * c.force, 0}}, 1e-6f); // one of two steps of 0.02 s
     }
 }

@@ -49,6 +49,8 @@ TEST(WorldBuilder, eachTypeBecomesItsOwn) {
         BodyRecord& added = addBox(scene, {1, 2}, 2, 1, c.type);
         added.inPoint = c.inPoint;
         added.gravityScale = 0.5f;
+        added.friction = 0.3f;
+        added.restitution = 0.7f;
         added.linearVelocityMagnitude = 3;
         added.linearVelocityDirection = 90;
         added.angularVelocity = 4;
@@ -60,6 +62,8 @@ TEST(WorldBuilder, eachTypeBecomesItsOwn) {
         EXPECT_NEAR(body.GetLinearVelocity().y, c.moves ? 3.0f : 0.0f, 1e-6f);
         EXPECT_EQ(body.GetAngularVelocity(), c.moves ? 4.0f : 0.0f);
         EXPECT_EQ(body.GetGravityScale(), c.gravityScale);
+        EXPECT_EQ(body.GetFixtureList()->GetFriction(), 0.3f);
+        EXPECT_EQ(body.GetFixtureList()->GetRestitution(), 0.7f);
         EXPECT_EQ(record.isDormant, c.isDormant);
         EXPECT_EQ(record.userData->isStatic, c.type == BodyType::Static);
         EXPECT_EQ(record.userData->outOfTime, c.type == BodyType::Dead || c.inPoint > 0);
@@ -77,17 +81,13 @@ TEST(WorldBuilder, bodiesPointBackAtTheirRecords) {
     addBox(scene, {0, 0}, 1, 1);
     addBox(scene, {3, 0}, 1, 1, BodyType::AEmatic);
     Playback built(std::move(scene));
-    // In reverse, with the ground body last.
-    b2Body* body = built.clock.world().GetBodyList();
-    for (const int index : {1, 0, -1}) {
-        ASSERT_NE(body, nullptr);
-        EXPECT_EQ(built.scene.findBodyRecord(body), index);
-        if (index >= 0) {
-            const auto pointer = body->GetFixtureList()->GetUserData().pointer;
-            EXPECT_EQ(reinterpret_cast<const BodyUserData*>(pointer)->bodyIndex, index);
-        }
-        body = body->GetNext();
+    int index = 1; // in reverse, with the ground body last
+    for (b2Body* body = built.clock.world().GetBodyList(); body; body = body->GetNext()) {
+        EXPECT_EQ(built.scene.findBodyRecord(body), index--);
     }
+    EXPECT_EQ(index, -2);
+    const auto pointer = built.body(1).GetFixtureList()->GetUserData().pointer;
+    EXPECT_EQ(reinterpret_cast<const BodyUserData*>(pointer)->bodyIndex, 1);
     const Scene copy = built.scene;
     EXPECT_NE(copy.bodies[0].userData.get(), built.scene.bodies[0].userData.get()) << "a snapshot owns its own";
 }

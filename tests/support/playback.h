@@ -10,12 +10,15 @@
 
 namespace jostle {
 
-/// A scene with its clock, which nothing holds back. Built, and stopped at frame 0.
+/// A scene with its clock, which nothing holds back. Built, and played to a frame or stopped at frame 0.
 template<class Layers = StillLayers>
 struct Playback {
-    explicit Playback(Scene s, auto... layerArguments)
+    explicit Playback(Scene s, int frame = 0, auto... layerArguments)
         : layers(layerArguments...), scene(std::move(s)), clock(scene, layers, pacer) {
         clock.restart();
+        if (frame > 0) {
+            playTo(frame);
+        }
     }
 
     void playTo(int frame) {
