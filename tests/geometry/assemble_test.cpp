@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 namespace jostle {
@@ -95,49 +96,32 @@ TEST(Assemble, anOutlineThatFailsLeavesTheOthers) {
 const std::vector<b2Vec2> bentHull = {{100, 0}, {100, 100}, {0, 0}};
 
 TEST(WrapInHulls, readsTheOptionInThreeWays) {
-    struct Case {
-        const char* name;
-        OutlineSource source;
-        ShapeDefList groups;
-        std::vector<std::vector<std::vector<b2Vec2>>> expected; ///< vertices by group and outline
-    };
+    using Outlines = std::vector<std::vector<std::vector<b2Vec2>>>; // vertices by group and outline
+    const auto masks = OutlineSource::Masks;
+    const auto text = OutlineSource::Text;
+    const auto vector = OutlineSource::VectorShapes;
     const ShapeDef far = outline({{300, 0}, {300, 10}}, false);
     const std::vector<b2Vec2> farHull = {{300, 0}, {300, 10}};
     const std::vector<b2Vec2> bothHull = {{300, 0}, {300, 10}, {100, 100}, {0, 0}};
     const ShapeDef ring = circle();
     // The circle's four points and the bent outline's three.
     const std::vector<b2Vec2> ringHull = {{100, 0}, {100, 100}, {0, 100}, {-100, 0}, {0, -100}};
-    const Case cases[] = {
-        {"masks: one hull each, of open ones too, primitives stay",
-         OutlineSource::Masks,
-         {{bent, far, ring}},
-         {{bentHull, farHull, ring.verts}}},
-        {"text: one for all", OutlineSource::Text, {{bent}, {far}}, {{bothHull}}},
-        {"text of nothing", OutlineSource::Text, {{}}, {}},
-        {"vector: the first is closed", OutlineSource::VectorShapes, {{bent, far}}, {{bothHull}}},
-        {"vector: the first is open, one group", OutlineSource::VectorShapes, {{far, bent}}, {{far.verts, bent.verts}}},
-        {"vector: the first is open, two groups, two in the first",
-         OutlineSource::VectorShapes,
-         {{far, bent}, {bent}},
-         {{bothHull}}},
-        {"vector: the first is open, two groups, one in the first",
-         OutlineSource::VectorShapes,
-         {{far}, {bent}},
-         {{far.verts}, {bent.verts}}},
-        {"vector: the first is a circle, one group",
-         OutlineSource::VectorShapes,
-         {{ring, bent}},
-         {{ring.verts, bent.verts}}},
-        {"vector: the first is a path, and the circle's points count",
-         OutlineSource::VectorShapes,
-         {{bent, ring}},
-         {{ringHull}}},
+    const std::tuple<const char*, OutlineSource, ShapeDefList, Outlines> cases[] = {
+        {"masks: one each, primitives stay", masks, {{bent, far, ring}}, {{bentHull, farHull, ring.verts}}},
+        {"text: one for all", text, {{bent}, {far}}, {{bothHull}}},
+        {"text of nothing", text, {{}}, {}},
+        {"the first is closed", vector, {{bent, far}}, {{bothHull}}},
+        {"the first is open, one group", vector, {{far, bent}}, {{far.verts, bent.verts}}},
+        {"the first is open, two in the first group", vector, {{far, bent}, {bent}}, {{bothHull}}},
+        {"the first is open, one in the first group", vector, {{far}, {bent}}, {{far.verts}, {bent.verts}}},
+        {"the first is a circle, one group", vector, {{ring, bent}}, {{ring.verts, bent.verts}}},
+        {"the first is a path, and the circle's points count", vector, {{bent, ring}}, {{ringHull}}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        ShapeDefList groups = c.groups;
-        wrapInHulls(c.source, groups);
-        std::vector<std::vector<std::vector<b2Vec2>>> got;
+    for (const auto& [name, source, outlines, expected] : cases) {
+        SCOPED_TRACE(name);
+        ShapeDefList groups = outlines;
+        wrapInHulls(source, groups);
+        Outlines got;
         for (const std::vector<ShapeDef>& group : groups) {
             got.emplace_back();
             for (const ShapeDef& shape : group) {
@@ -145,7 +129,7 @@ TEST(WrapInHulls, readsTheOptionInThreeWays) {
                 EXPECT_EQ(shape.isCircle, shape.radius == 1.0f);
             }
         }
-        EXPECT_EQ(got, c.expected);
+        EXPECT_EQ(got, expected);
     }
 }
 

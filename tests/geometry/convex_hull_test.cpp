@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 #include <vector>
 
 namespace jostle {
@@ -11,11 +12,7 @@ namespace {
 // A step from p takes j over the best if cross(best - p, j - p) is negative. From (4, 0) with best (0, 4) and j (4, 4):
 // (-4, 4) x (0, 4) = -16, so (4, 4) is next: from the start toward positive y.
 TEST(ConvexHull, startsAtTheRightAndTurnsTowardPositiveY) {
-    struct Case {
-        const char* name;
-        std::vector<b2Vec2> points, hull;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<b2Vec2>, std::vector<b2Vec2>> cases[] = {
         {"none", {}, {}},
         {"one point, three times", {{1, 2}, {1, 2}, {1, 2}}, {{1, 2}}},
         {"of two rightmost the one of small y is first; inner points and those on edges are left out",
@@ -24,9 +21,9 @@ TEST(ConvexHull, startsAtTheRightAndTurnsTowardPositiveY) {
         {"repeats of all corners", {{4, 0}, {4, 0}, {0, 3}, {0, 3}, {0, 0}, {0, 0}}, {{4, 0}, {0, 3}, {0, 0}}},
         {"points on a line: there and back", {{1, 0}, {3, 0}, {2, 0}, {0, 0}}, {{3, 0}, {0, 0}}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(convexHull(c.points), c.hull);
+    for (const auto& [name, points, hull] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(convexHull(points), hull);
     }
 }
 

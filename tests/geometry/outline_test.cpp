@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <vector>
 
 namespace jostle {
@@ -26,12 +27,6 @@ ShapeDef arch(bool closed) {
 }
 
 TEST(Flatten, emitsOnePointPerSubdivisionOfACurve) {
-    struct Case {
-        const char* name;
-        ShapeDef shape;
-        int subdivisions;
-        std::vector<b2Vec2> expected;
-    };
     ShapeDef square;
     square.verts = {{0, 0}, {5, 0}, {5, 5}, {0, 5}};
     square.closed = true;
@@ -46,7 +41,7 @@ TEST(Flatten, emitsOnePointPerSubdivisionOfACurve) {
     blob.outTangents = {{0, 8}};
     blob.inTangents = {{6, 0}};
     const float third = 9.0f * 7.0f / 27.0f;
-    const Case cases[] = {
+    const std::tuple<const char*, ShapeDef, int, std::vector<b2Vec2>> cases[] = {
         {"precision 0 does nothing, and keeps repeats", repeating, 2, repeating.verts},
         {"a lone segment has one more: 3 become 4 and thirds",
          arch(false),
@@ -64,12 +59,12 @@ TEST(Flatten, emitsOnePointPerSubdivisionOfACurve) {
          3,
          {{3, 4}, {3 + 6 * 2.0f / 9, 4 + 8 * 4.0f / 9}, {3 + 6 * 4.0f / 9, 4 + 8 * 2.0f / 9}}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        ShapeDef shape = c.shape;
-        flatten(shape, c.subdivisions);
-        expectNear(shape.verts, c.expected);
-        EXPECT_EQ(shape.inTangents, c.shape.inTangents) << "only the vertices are replaced";
+    for (const auto& [name, before, subdivisions, expected] : cases) {
+        SCOPED_TRACE(name);
+        ShapeDef shape = before;
+        flatten(shape, subdivisions);
+        expectNear(shape.verts, expected);
+        EXPECT_EQ(shape.inTangents, before.inTangents) << "only the vertices are replaced";
     }
 }
 
@@ -111,47 +106,37 @@ void startAt(ShapeDef& shape, int first) {
     }
 }
 
+/// The other way round, from the same vertex.
+void reverse(ShapeDef& shape) {
+    for (auto* list : {&shape.verts, &shape.inTangents, &shape.outTangents}) {
+        std::swap((*list)[1], (*list)[3]);
+    }
+    std::swap(shape.inTangents, shape.outTangents);
+}
+
 TEST(MatchesCircle, knowsOneOrderOnly) {
-    struct Case {
-        const char* name;
-        void (*change)(ShapeDef&);
-        bool matches;
-        float radius; ///< -1 if it stays unwritten
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, void (*)(ShapeDef&), bool, float> cases[] = {
         {"as the host draws it", [](ShapeDef&) {}, true, 50},
         {"started at the left", [](ShapeDef& s) { startAt(s, 1); }, false, 50},
         {"started at the right", [](ShapeDef& s) { startAt(s, 3); }, false, 50},
-        {"reversed",
-         [](ShapeDef& s) {
-             std::swap(s.verts[1], s.verts[3]);
-             std::swap(s.inTangents, s.outTangents);
-             std::swap(s.inTangents[1], s.inTangents[3]);
-             std::swap(s.outTangents[1], s.outTangents[3]);
-         },
-         false, 50},
+        {"reversed", reverse, false, 50},
         {"a handle off by less than 0.01", [](ShapeDef& s) { s.inTangents[2].y = 0.0099f; }, true, 50},
         {"a handle off by more", [](ShapeDef& s) { s.inTangents[2].y = 0.0101f; }, false, 50},
         {"diameters that differ by 0.02", [](ShapeDef& s) { s.verts[1].x -= 0.02f; }, false, -1},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, change, matches, expectedRadius] : cases) {
+        SCOPED_TRACE(name);
         ShapeDef shape = hostCircle();
-        c.change(shape);
+        change(shape);
         float radius = -1.0f;
-        EXPECT_EQ(matchesCircle(shape, radius), c.matches);
-        EXPECT_EQ(radius, c.radius);
+        EXPECT_EQ(matchesCircle(shape, radius), matches);
+        EXPECT_EQ(radius, expectedRadius);
     }
 }
 
 TEST(MatchesBox, isOneSided) {
-    struct Case {
-        const char* name;
-        std::vector<b2Vec2> verts;
-        bool matches;
-    };
     const float h = 20.0f;
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<b2Vec2>, bool> cases[] = {
         {"second edge toward positive y", {{0, 0}, {30, 0}, {30, h}, {0, h}}, true},
         {"second edge toward negative y", {{0, h}, {30, h}, {30, 0}, {0, 0}}, false},
         {"first edge toward positive y", {{0, 0}, {0, h}, {30, h}, {30, 0}}, true},
@@ -163,26 +148,20 @@ TEST(MatchesBox, isOneSided) {
         {"a parallelogram", {{0, 0}, {30, 0}, {40, h}, {10, h}}, false},
         {"diagonals whose middles differ", {{0, 0}, {30, 0}, {30, h}, {0, h + 0.1f}}, false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, verts, matches] : cases) {
+        SCOPED_TRACE(name);
         ShapeDef shape;
-        shape.verts = c.verts;
-        EXPECT_EQ(matchesBox(shape), c.matches);
+        shape.verts = verts;
+        EXPECT_EQ(matchesBox(shape), matches);
         shape.inTangents.assign(4, {0.001f, -0.001f});
-        EXPECT_EQ(matchesBox(shape), c.matches) << "with handles of exactly the tolerance";
+        EXPECT_EQ(matchesBox(shape), matches) << "with handles of exactly the tolerance";
         shape.inTangents[3].x = 0.0011f;
         EXPECT_FALSE(matchesBox(shape)) << "with a handle beyond it";
     }
 }
 
 TEST(ShapeCentroid, dependsOnTheKindOfOutline) {
-    struct Case {
-        const char* name;
-        std::vector<b2Vec2> verts;
-        bool open;
-        b2Vec2 expected;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<b2Vec2>, bool, b2Vec2> cases[] = {
         {"two points, closed or not", {{0, 0}, {4, 2}}, false, {2, 1}},
         {"an open one has the mean of its points", {{0, 0}, {4, 0}, {5, 3}}, true, {3, 1}},
         {"a triangle", {{0, 0}, {3, 0}, {0, 6}}, false, {1, 2}},
@@ -191,9 +170,9 @@ TEST(ShapeCentroid, dependsOnTheKindOfOutline) {
         {"no area", {{0, 0}, {3, 0}, {6, 0}}, false, {3, 0}},
         {"nothing", {}, false, {0, 0}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        expectNear({shapeCentroid(c.verts, c.open)}, {c.expected});
+    for (const auto& [name, verts, open, expected] : cases) {
+        SCOPED_TRACE(name);
+        expectNear({shapeCentroid(verts, open)}, {expected});
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 namespace jostle {
@@ -31,12 +32,7 @@ TEST(PolygonTests, segmentsCrossOnlyBetweenTheirEnds) {
 }
 
 TEST(PolygonTests, outlinesCrossThemselvesAndTurn) {
-    struct Case {
-        const char* name;
-        std::vector<b2Vec2> verts;
-        bool crosses, reversed;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<b2Vec2>, bool, bool> cases[] = {
         {"two points turn nowhere", {{0, 0}, {1, 0}}, false, false},
         {"from x toward y", {{0, 0}, {4, 0}, {4, 4}, {0, 4}}, false, false},
         {"from y toward x", {{0, 0}, {0, 1}, {1, 0}}, false, true},
@@ -48,28 +44,23 @@ TEST(PolygonTests, outlinesCrossThemselvesAndTurn) {
         {"the closing edge crosses too", {{0, 0}, {4, 0}, {4, 4}, {2, -1}}, true, false},
         {"edges that overlap are parallel", {{0, 0}, {4, 0}, {2, 0}, {2, 4}}, false, false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(isSelfIntersecting(c.verts), c.crosses);
-        EXPECT_EQ(isReversed(c.verts), c.reversed);
+    for (const auto& [name, verts, crosses, reversed] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(isSelfIntersecting(verts), crosses);
+        EXPECT_EQ(isReversed(verts), reversed);
     }
 }
 
 TEST(PolygonTests, pointsOnTheBorderFallToOneSide) {
     const std::vector<b2Vec2> square = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
-    struct Case {
-        const char* name;
-        b2Vec2 point;
-        bool inside;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, b2Vec2, bool> cases[] = {
         {"the middle", {2, 2}, true},      {"left of it", {-1, 2}, false},  {"right of it", {5, 2}, false},
         {"left edge", {0, 2}, false},      {"right edge", {4, 2}, true},    {"edge of small y", {2, 0}, false},
         {"edge of large y", {2, 4}, true}, {"first corner", {0, 0}, false}, {"opposite corner", {4, 4}, true},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(pointInPolygon(c.point, square), c.inside);
+    for (const auto& [name, point, inside] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(pointInPolygon(point, square), inside);
     }
 }
 

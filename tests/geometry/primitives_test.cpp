@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <vector>
 
 namespace jostle {
@@ -21,35 +22,28 @@ TEST(AccumulatedTransform, isAPlainSum) {
 }
 
 TEST(MakeRect, clampsTheRoundness) {
-    struct Case {
-        const char* name;
-        float roundness;
-        bool isBox;
-        float radius; ///< what is left of it
+    const std::tuple<const char*, float, float> cases[] = {
+        {"sharp", 0, 0},
+        {"one that is no number is sharp", std::numeric_limits<float>::quiet_NaN(), 0},
+        {"round", 4, 4},
+        {"exactly half the short side stays", 10, 10},
+        {"more keeps a sliver of 0.002", 10.1f, 9.999f},
     };
-    const Case cases[] = {
-        {"sharp", 0, true, 0},
-        {"one that is no number is sharp", std::numeric_limits<float>::quiet_NaN(), true, 0},
-        {"round", 4, false, 4},
-        {"exactly half the short side stays", 10, false, 10},
-        {"more keeps a sliver of 0.002", 10.1f, false, 9.999f},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const PlacedShape rect = makeRect({{40, 20}, {20, 10}, c.roundness}, {}, {}, 2);
-        EXPECT_EQ(rect.shape.isBox, c.isBox);
-        EXPECT_TRUE(rect.shape.closed);
-        const float r = c.radius;
+    for (const auto& [name, roundness, r] : cases) {
+        SCOPED_TRACE(name);
+        const ShapeDef shape = makeRect({{40, 20}, {20, 10}, roundness}, {}, {}, 2).shape;
+        EXPECT_EQ(shape.isBox, r == 0.0f);
+        EXPECT_TRUE(shape.closed);
         const float k = r * 0.5522847498f;
-        if (c.isBox) {
-            expectNear(rect.shape.verts, {{0, 0}, {40, 0}, {40, 20}, {0, 20}});
+        if (shape.isBox) {
+            expectNear(shape.verts, {{0, 0}, {40, 0}, {40, 20}, {0, 20}});
             continue;
         }
-        const std::vector<b2Vec2> verts = {{r, 0},       {40 - r, 0}, {40, r},     {40, 20 - r},
-                                           {40 - r, 20}, {r, 20},     {0, 20 - r}, {0, r}};
-        expectNear(rect.shape.verts, verts);
-        expectNear(rect.shape.inTangents, {{-k, 0}, {0, 0}, {0, -k}, {0, 0}, {k, 0}, {0, 0}, {0, k}, {0, 0}});
-        expectNear(rect.shape.outTangents, {{0, 0}, {k, 0}, {0, 0}, {0, k}, {0, 0}, {-k, 0}, {0, 0}, {0, -k}});
+        const float x = 40 - r;
+        const float y = 20 - r;
+        expectNear(shape.verts, {{r, 0}, {x, 0}, {40, r}, {40, y}, {x, 20}, {r, 20}, {0, y}, {0, r}});
+        expectNear(shape.inTangents, {{-k, 0}, {0, 0}, {0, -k}, {0, 0}, {k, 0}, {0, 0}, {0, k}, {0, 0}});
+        expectNear(shape.outTangents, {{0, 0}, {k, 0}, {0, 0}, {0, k}, {0, 0}, {-k, 0}, {0, 0}, {0, -k}});
     }
 }
 
@@ -73,51 +67,39 @@ TEST(MakeRect, isPlacedByItsGroups) {
 }
 
 TEST(MakeEllipse, isACircleOnlyInAnEvenlyScaledLayer) {
-    struct Case {
-        const char* name;
-        b2Vec2 size;
-        b2Vec2 layerScale;
-        bool isCircle;
-        float radius;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, b2Vec2, b2Vec2, bool, float> cases[] = {
         {"a circle of 1 metre", {200, 200}, {1, 1}, true, 1},
         {"the layer's scale enters its radius", {200, 200}, {3, 3}, true, 3},
         {"diameters off by less than 0.001", {200, 200.0005f}, {1, 1}, true, 1},
         {"diameters off by more", {200, 200.002f}, {1, 1}, false, 0},
         {"an uneven layer", {200, 200}, {1, 2}, false, 0},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, size, layerScale, isCircle, radius] : cases) {
+        SCOPED_TRACE(name);
         LayerFrame layer;
-        layer.scale = c.layerScale;
-        const ShapeDef shape = makeEllipse({c.size, {0, 0}}, {}, layer, 2).shape;
-        EXPECT_EQ(shape.isCircle, c.isCircle);
-        EXPECT_EQ(shape.closed, !c.isCircle);
-        EXPECT_EQ(shape.radius, c.radius);
-        expectNear({shape.verts[0], shape.verts[1]}, {{0, -c.size.y / 2}, {100, 0}});
+        layer.scale = layerScale;
+        const ShapeDef shape = makeEllipse({size, {0, 0}}, {}, layer, 2).shape;
+        EXPECT_EQ(shape.isCircle, isCircle);
+        EXPECT_EQ(shape.closed, !isCircle);
+        EXPECT_EQ(shape.radius, radius);
+        expectNear({shape.verts[0], shape.verts[1]}, {{0, -size.y / 2}, {100, 0}});
         expectNear({shape.inTangents[0], shape.outTangents[0]}, {{-55.228475f, 0}, {55.228475f, 0}});
     }
 }
 
 TEST(MakeStar, alternatesOuterAndInnerPoints) {
-    struct Case {
-        const char* name;
-        StarParameters star;
-        std::vector<b2Vec2> verts;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, StarParameters, std::vector<b2Vec2>> cases[] = {
         {"a star of two begins at the top", {1, 2.9, {0, 0}, 0, 10, 5, 0, 0}, {{0, -10}, {5, 0}, {0, 10}, {-5, 0}}},
         {"a polygon reads no inner radius", {2, 4, {0, 0}, 0, 10, 5, 0, 7}, {{0, -10}, {10, 0}, {0, 10}, {-10, 0}}},
         {"turned by 90 degrees", {2, 4, {1, 2}, 90, 10, 0, 0, 0}, {{11, 2}, {1, 12}, {-9, 2}, {1, -8}}},
         {"no points", {1, 0.9, {0, 0}, 0, 10, 5, 0, 0}, {}},
         {"a count that is no number", {2, std::nan(""), {0, 0}, 0, 10, 5, 50, 0}, {}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const ShapeDef shape = makeStar(c.star, {}, {}, 4).shape;
+    for (const auto& [name, star, verts] : cases) {
+        SCOPED_TRACE(name);
+        const ShapeDef shape = makeStar(star, {}, {}, 4).shape;
         EXPECT_TRUE(shape.closed);
-        expectNear(shape.verts, c.verts);
+        expectNear(shape.verts, verts);
     }
     EXPECT_EQ(makeStar({2, 1e30, {0, 0}, 0, 10, 0, 0, 0}, {}, {}, 2).shape.verts.size(), 10000u);
 }
@@ -145,14 +127,9 @@ FreePath pathOf(const std::vector<b2Vec2>& positions, bool closed) {
 }
 
 TEST(MakeFreePath, closesByItsOwnRule) {
-    struct Case {
-        const char* name;
-        FreePath path;
-        std::vector<b2Vec2> verts;
-    };
     FreePath short3 = pathOf({{0, 0}, {9, 0}, {9, 5}, {0, 7}}, false);
     short3.segmentCount = 2;
-    const Case cases[] = {
+    const std::tuple<const char*, FreePath, std::vector<b2Vec2>> cases[] = {
         {"closed", pathOf({{0, 0}, {9, 0}, {0, 7}}, true), {{0, 0}, {9, 0}, {0, 7}}},
         {"open reads one vertex more than segments", short3, {{0, 0}, {9, 0}, {9, 5}}},
         {"a repeat of the first at the end takes the one before along",
@@ -166,11 +143,11 @@ TEST(MakeFreePath, closesByItsOwnRule) {
         {"no segments", pathOf({{5, 5}}, false), {}},
         {"one closed vertex is its own repeat", pathOf({{5, 5}}, true), {}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const PlacedPath got = makeFreePath(c.path, {}, {}, 4);
-        expectNear(got.placed.shape.verts, c.verts);
-        expectNear(got.raw.verts, c.verts);
+    for (const auto& [name, path, verts] : cases) {
+        SCOPED_TRACE(name);
+        const PlacedPath got = makeFreePath(path, {}, {}, 4);
+        expectNear(got.placed.shape.verts, verts);
+        expectNear(got.raw.verts, verts);
     }
 }
 

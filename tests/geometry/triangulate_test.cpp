@@ -11,6 +11,7 @@
 #include <deque>
 #include <initializer_list>
 #include <limits>
+#include <tuple>
 #include <vector>
 
 namespace jostle {
@@ -51,14 +52,8 @@ Mesh meshOf(const std::vector<Outline>& outlines) {
 }
 
 TEST(Triangulate, decidesHolesByTheFirstCorner) {
-    struct Case {
-        const char* name;
-        std::vector<Outline> outlines;
-        double area;
-        bool failed;
-    };
     const Outline bowTie = {{0, 0}, {40, 40}, {40, 0}, {0, 40}};
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<Outline>, double, bool> cases[] = {
         {"one without points", {{}}, 0, false},
         {"two side by side", {square(0, 40), square(50, 60)}, 1700, false},
         {"a ring", {square(0, 40), square(10, 30)}, 1200, false},
@@ -92,11 +87,11 @@ TEST(Triangulate, decidesHolesByTheFirstCorner) {
          1075,
          false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const Mesh mesh = meshOf(c.outlines);
-        EXPECT_NEAR(mesh.area, c.area, 1e-3);
-        EXPECT_EQ(mesh.failed, c.failed);
+    for (const auto& [name, outlines, area, failed] : cases) {
+        SCOPED_TRACE(name);
+        const Mesh mesh = meshOf(outlines);
+        EXPECT_NEAR(mesh.area, area, 1e-3);
+        EXPECT_EQ(mesh.failed, failed);
     }
 }
 
@@ -154,12 +149,7 @@ TEST(Triangulate, coversRingsWithoutOverlap) {
 TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
     const float inf = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    struct Case {
-        const char* name;
-        Outline outline;
-        bool hasTriangles;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, Outline, bool> cases[] = {
         {"a corner of more than 180 degrees in the advancing front",
          points({74.0910034f, -87.6598587f, 87.0555649f, -81.739418f, 78.0735016f, -77.9495316f, 78.2568359f,
                  -76.6283264f, 77.9394302f, -77.9393311f, 76.3564606f, -71.542984f, 77.9389572f, -77.9383163f,
@@ -183,12 +173,12 @@ TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
         {"points that are not finite are left out", points({0, 0, nan, 5, 9, 0, 9, inf, 9, 9, -inf, nan}), true},
         {"nothing finite", points({nan, 0, 0, nan, inf, inf}), false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const Mesh mesh = meshOf({c.outline});
-        EXPECT_EQ(!mesh.triangles.empty(), c.hasTriangles);
+    for (const auto& [name, outline, hasTriangles] : cases) {
+        SCOPED_TRACE(name);
+        const Mesh mesh = meshOf({outline});
+        EXPECT_EQ(!mesh.triangles.empty(), hasTriangles);
         EXPECT_TRUE(std::isfinite(mesh.area));
-        const Ring ring = c.outline;
+        const Ring ring = outline;
         if (std::all_of(ring.begin(), ring.end(), [](b2Vec2 p) { return p.Length() < 1e6f; })) {
             EXPECT_NEAR(mesh.area, evenOddArea({&ring, 1}), 0.1);
         }
@@ -233,12 +223,7 @@ TEST(OutlineCheck, signsAreExact) {
 }
 
 TEST(OutlineCheck, knowsProperPolygons) {
-    struct Case {
-        const char* name;
-        std::vector<Outline> rings;
-        bool isProper;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<Outline>, bool> cases[] = {
         {"a hole", {square(0, 40), square(10, 30)}, true},
         {"a hole in a hole", {square(0, 40), square(10, 30), square(15, 25)}, true},
         {"a hole outside", {square(0, 40), square(50, 60)}, false},
@@ -248,10 +233,9 @@ TEST(OutlineCheck, knowsProperPolygons) {
         {"a crossing in the midst", {{{0, 0}, {40, 0}, {40, 40}, {20, -10}, {0, 40}}}, false},
         {"points along the edges", {{{0, 0}, {20, 0}, {40, 0}, {40, 20}, {40, 40}, {0, 40}, {0, 10}}}, true},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const std::vector<Ring> rings(c.rings.begin(), c.rings.end());
-        EXPECT_EQ(isProperPolygon(rings), c.isProper);
+    for (const auto& [name, outlines, isProper] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(isProperPolygon(std::vector<Ring>(outlines.begin(), outlines.end())), isProper);
     }
 }
 

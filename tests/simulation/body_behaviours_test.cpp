@@ -50,11 +50,17 @@ TEST(BodyBehaviours, aDynamicBodyLivesFromInPointToOutPoint) {
 }
 
 TEST(BodyBehaviours, aKinematicBodyFollowsAndThenFliesOff) {
-    // It follows while (last keyframe - 1) frames is at least the time: up to frame 5, or without keyframes not at all.
-    for (const auto& [lastKeyframe, followed] : {std::pair{6, 6}, {-1, 0}}) {
-        SCOPED_TRACE(lastKeyframe);
+    const auto afterLast = KinematicBehavior::DynamicAfterLastKeyframe;
+    const std::tuple<const char*, KinematicBehavior, int, int> cases[] = {
+        {"while (last keyframe - 1) frames is at least the time", afterLast, 6, 6},
+        {"without keyframes it does not follow at all", afterLast, -1, 0},
+        {"at its in-point at the latest, by preference", KinematicBehavior::DynamicAtInPoint, 6, 3},
+    };
+    for (const auto& [name, behavior, lastKeyframe, followed] : cases) {
+        SCOPED_TRACE(name);
         Scene scene = weightlessScene();
-        addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic);
+        scene.preferences.kinematicBehavior = behavior;
+        addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic).inPoint = 3;
         Playback<MovingLayer> run(std::move(scene));
         run.layers.lastKeyframe = lastKeyframe;
         run.playTo(followed);
@@ -71,18 +77,6 @@ TEST(BodyBehaviours, aKinematicBodyFollowsAndThenFliesOff) {
         run.clock.restart();
         run.playTo(20);
         EXPECT_EQ(run.body().GetPosition().x, 0.0f) << "without a layer there is nothing to follow";
-    }
-}
-
-TEST(BodyBehaviours, aKinematicBodyMayBecomeDynamicAtItsInPoint) {
-    for (const auto behavior : {KinematicBehavior::DynamicAfterLastKeyframe, KinematicBehavior::DynamicAtInPoint}) {
-        Scene scene = weightlessScene();
-        scene.preferences.kinematicBehavior = behavior;
-        addBox(scene, {0, 0}, 1, 1, BodyType::Kinematic).inPoint = 3;
-        Playback<MovingLayer> run(std::move(scene), 3);
-        EXPECT_EQ(run.body().GetType(), b2_kinematicBody);
-        run.playTo(4);
-        EXPECT_EQ(run.body().GetType() == b2_dynamicBody, behavior == KinematicBehavior::DynamicAtInPoint);
     }
 }
 

@@ -4,8 +4,9 @@
 #include "tests/support/playback.h"
 #include "tests/support/scenes.h"
 
-#include <box2d/b2_fixture.h>
 #include <gtest/gtest.h>
+
+#include <tuple>
 
 namespace jostle {
 namespace {
@@ -21,11 +22,7 @@ const ShapeDef triangle = outlineShape({{0, 0}, {1, 0}, {0, 1}}, true);
 const ShapeDef path = outlineShape({{1, 0}, {3, 0}, {3, 1}}, false);
 
 TEST(BodyFixtures, whichPiecesBecomeFixtures) {
-    const struct {
-        const char* name;
-        ShapeDef piece;
-        int fixtures;
-    } cases[] = {
+    const std::tuple<const char*, ShapeDef, int> cases[] = {
         {"a circle", circleShape(0.5f), 1},
         {"a circle of no size", circleShape(0), 0},
         {"a box above the least area", boxShape(0.02f, 0.006f), 1},
@@ -37,10 +34,10 @@ TEST(BodyFixtures, whichPiecesBecomeFixtures) {
         {"a path of one point", outlineShape({{0, 0}}, false), 0},
         {"nothing", outlineShape({}, false), 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const Playback built(sceneOf({c.piece}));
-        EXPECT_EQ(built.clock.world().GetProxyCount(), c.fixtures);
+    for (const auto& [name, piece, fixtures] : cases) {
+        SCOPED_TRACE(name);
+        const Playback built(sceneOf({piece}));
+        EXPECT_EQ(built.clock.world().GetProxyCount(), fixtures);
         EXPECT_GT(built.body().GetMass(), 0.0f) << "a body without fixtures falls all the same";
     }
 }
