@@ -11,8 +11,7 @@ namespace {
 
 /// A static body of edges through the points.
 void addWalls(b2World& world, const std::vector<b2Vec2>& points) {
-    const b2BodyDef definition;
-    b2Body* body = world.CreateBody(&definition);
+    b2Body* body = addEngineBody(world, b2_staticBody, b2Vec2(0.0f, 0.0f));
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         b2EdgeShape edge;
         edge.SetTwoSided(points[i], points[i + 1]);
@@ -31,101 +30,79 @@ void addBowl(b2World& world, float radius) {
     addWalls(world, points);
 }
 
-class Pyramid : public EngineScene {
-public:
-    explicit Pyramid(int boxes) {
-        addWalls(world_, {b2Vec2(-40.0f, 0.0f), b2Vec2(40.0f, 0.0f)});
-        b2PolygonShape shape;
-        shape.SetAsBox(0.2f, 0.2f);
-        int made = 0;
-        for (int row = 0, width = 31; made < boxes; ++row, width = std::max(width - 1, 1)) {
-            for (int i = 0; i < width && made < boxes; ++i, ++made) {
-                b2BodyDef definition;
-                definition.type = b2_dynamicBody;
-                definition.position.Set(0.45f * (static_cast<float>(i) - 0.5f * static_cast<float>(width)),
-                                        0.25f + 0.42f * static_cast<float>(row));
-                world_.CreateBody(&definition)->CreateFixture(&shape, 1.0f);
-            }
+void fillPyramid(b2World& world, int boxes) {
+    addWalls(world, {b2Vec2(-40.0f, 0.0f), b2Vec2(40.0f, 0.0f)});
+    int made = 0;
+    for (int row = 0, width = 31; made < boxes; ++row, width = std::max(width - 1, 1)) {
+        for (int i = 0; i < width && made < boxes; ++i, ++made) {
+            const b2Vec2 position(0.45f * (static_cast<float>(i) - 0.5f * static_cast<float>(width)),
+                                  0.25f + 0.42f * static_cast<float>(row));
+            addEngineBox(world, b2_dynamicBody, position, b2Vec2(0.2f, 0.2f));
         }
-        world_.SetAllowSleeping(false);
     }
-};
+}
 
-class Circles : public EngineScene {
-public:
-    explicit Circles(int circles) {
-        addWalls(world_, {b2Vec2(-8.0f, 60.0f), b2Vec2(-8.0f, 0.0f), b2Vec2(8.0f, 0.0f), b2Vec2(8.0f, 60.0f)});
-        EngineRandom random;
-        for (int i = 0; i < circles; ++i) {
-            b2CircleShape shape;
-            shape.m_radius = random.between(0.1f, 0.3f);
-            b2BodyDef definition;
-            definition.type = b2_dynamicBody;
-            definition.position.Set(-7.0f + 0.62f * static_cast<float>(i % 23) + random.between(0.0f, 0.05f),
-                                    0.4f + 0.62f * static_cast<float>(i / 23));
-            world_.CreateBody(&definition)->CreateFixture(&shape, 1.0f);
-        }
-        world_.SetAllowSleeping(false);
+void fillCircles(b2World& world, int circles) {
+    addWalls(world, {b2Vec2(-8.0f, 60.0f), b2Vec2(-8.0f, 0.0f), b2Vec2(8.0f, 0.0f), b2Vec2(8.0f, 60.0f)});
+    EngineRandom random;
+    for (int i = 0; i < circles; ++i) {
+        b2CircleShape shape;
+        shape.m_radius = random.between(0.1f, 0.3f);
+        const b2Vec2 position(-7.0f + 0.62f * static_cast<float>(i % 23) + random.between(0.0f, 0.05f),
+                              0.4f + 0.62f * static_cast<float>(i / 23));
+        addEngineBody(world, b2_dynamicBody, position)->CreateFixture(&shape, 1.0f);
     }
-};
+}
 
-class Chain : public EngineScene {
-public:
-    Chain(int pivots, int springs) {
-        const b2BodyDef fixed;
-        b2Body* ground = world_.CreateBody(&fixed);
-        b2PolygonShape link;
-        link.SetAsBox(0.3f, 0.06f);
-        b2Body* previous = ground;
-        for (int i = 0; i < pivots; ++i) {
-            const float x = 0.5f * static_cast<float>(i);
-            b2Body* body = addBody(b2Vec2(x + 0.25f, 0.0f), link);
-            b2RevoluteJointDef joint;
-            joint.Initialize(previous, body, b2Vec2(x, 0.0f));
-            world_.CreateJoint(&joint);
-            previous = body;
-        }
-        b2PolygonShape weight;
-        weight.SetAsBox(0.2f, 0.2f);
-        for (int i = 0; i < springs; ++i) {
-            const b2Vec2 from(static_cast<float>(i), 10.0f);
-            b2Body* body = addBody(from - b2Vec2(0.0f, 2.0f), weight);
-            b2DistanceJointDef joint;
-            joint.Initialize(ground, body, from, body->GetPosition());
-            joint.minLength = 0.0f;
-            joint.maxLength = b2_maxFloat;
-            b2LinearStiffness(joint.stiffness, joint.damping, 1.0f + 0.05f * static_cast<float>(i), 0.1f, ground, body);
-            world_.CreateJoint(&joint);
-        }
-        world_.SetAllowSleeping(false);
+void fillChain(b2World& world, int pivots, int springs) {
+    b2Body* ground = addEngineBody(world, b2_staticBody, b2Vec2(0.0f, 0.0f));
+    b2Body* previous = ground;
+    for (int i = 0; i < pivots; ++i) {
+        const float x = 0.5f * static_cast<float>(i);
+        b2Body* body = addEngineBox(world, b2_dynamicBody, b2Vec2(x + 0.25f, 0.0f), b2Vec2(0.3f, 0.06f));
+        b2RevoluteJointDef joint;
+        joint.Initialize(previous, body, b2Vec2(x, 0.0f));
+        world.CreateJoint(&joint);
+        previous = body;
     }
-
-private:
-    b2Body* addBody(b2Vec2 position, const b2Shape& shape) {
-        b2BodyDef definition;
-        definition.type = b2_dynamicBody;
-        definition.position = position;
-        b2Body* body = world_.CreateBody(&definition);
-        body->CreateFixture(&shape, 1.0f);
-        return body;
+    for (int i = 0; i < springs; ++i) {
+        const b2Vec2 from(static_cast<float>(i), 10.0f);
+        b2Body* body = addEngineBox(world, b2_dynamicBody, from - b2Vec2(0.0f, 2.0f), b2Vec2(0.2f, 0.2f));
+        b2DistanceJointDef joint;
+        joint.Initialize(ground, body, from, body->GetPosition());
+        joint.minLength = 0.0f;
+        joint.maxLength = b2_maxFloat;
+        b2LinearStiffness(joint.stiffness, joint.damping, 1.0f + 0.05f * static_cast<float>(i), 0.1f, ground, body);
+        world.CreateJoint(&joint);
     }
-};
+}
 
-class Compounds : public EngineScene {
+void fillCompounds(b2World& world, int bodies) {
+    const int columns = 10;
+    addBowl(world, 9.0f);
+    EngineRandom random;
+    for (int i = 0; i < bodies; ++i) {
+        const b2Vec2 position(1.3f * (static_cast<float>(i % columns) - 4.5f) + random.between(-0.1f, 0.1f),
+                              -5.0f + 1.3f * static_cast<float>(i / columns));
+        b2Body* body = addEngineBody(world, b2_dynamicBody, position, random.between(0.0f, 3.0f));
+        addStar(*body, 0.6f, 0.4f, 40);
+    }
+}
+
+class FilledScene : public EngineScene {
 public:
-    Compounds(int bodies, bool sleep) {
-        const int columns = 10;
-        addBowl(world_, 9.0f);
-        EngineRandom random;
-        for (int i = 0; i < bodies; ++i) {
-            b2BodyDef definition;
-            definition.type = b2_dynamicBody;
-            definition.position.Set(1.3f * (static_cast<float>(i % columns) - 4.5f) + random.between(-0.1f, 0.1f),
-                                    -5.0f + 1.3f * static_cast<float>(i / columns));
-            definition.angle = random.between(0.0f, 3.0f);
-            addStar(*world_.CreateBody(&definition), 0.6f, 0.4f, 40);
+    explicit FilledScene(std::string_view name, int size) {
+        const auto part = [size](int full) { return std::max(1, full * size / 100); };
+        if (name == "pyramid") {
+            fillPyramid(world_, part(500));
+        } else if (name == "circles") {
+            fillCircles(world_, part(1000));
+        } else if (name == "chain") {
+            fillChain(world_, part(100), part(50));
+        } else {
+            fillCompounds(world_, part(200));
         }
-        world_.SetAllowSleeping(sleep);
+        world_.SetAllowSleeping(name == "compounds-rest");
     }
 };
 
@@ -134,6 +111,22 @@ public:
 float EngineRandom::between(float low, float high) {
     state_ = state_ * 1664525u + 1013904223u;
     return low + (high - low) * static_cast<float>(state_ >> 8) * (1.0f / 16777216.0f);
+}
+
+b2Body* addEngineBody(b2World& world, b2BodyType type, b2Vec2 position, float angle) {
+    b2BodyDef definition;
+    definition.type = type;
+    definition.position = position;
+    definition.angle = angle;
+    return world.CreateBody(&definition);
+}
+
+b2Body* addEngineBox(b2World& world, b2BodyType type, b2Vec2 position, b2Vec2 half) {
+    b2Body* body = addEngineBody(world, type, position);
+    b2PolygonShape shape;
+    shape.SetAsBox(half.x, half.y);
+    body->CreateFixture(&shape, 1.0f);
+    return body;
 }
 
 void addStar(b2Body& body, float outerRadius, float innerRadius, int triangles) {
@@ -192,21 +185,9 @@ const std::vector<std::string_view>& engineSceneNames() {
 }
 
 std::unique_ptr<EngineScene> makeEngineScene(std::string_view name, int size) {
-    const auto part = [size](int full) { return std::max(1, full * size / 100); };
-    if (name == "pyramid") {
-        return std::make_unique<Pyramid>(part(500));
+    const std::vector<std::string_view>& names = engineSceneNames();
+    if (std::find(names.begin(), names.end(), name) == names.end()) {
+        return nullptr;
     }
-    if (name == "circles") {
-        return std::make_unique<Circles>(part(1000));
-    }
-    if (name == "chain") {
-        return std::make_unique<Chain>(part(100), part(50));
-    }
-    if (name == "compounds" || name == "compounds-rest") {
-        return std::make_unique<Compounds>(part(200), name == "compounds-rest");
-    }
-    if (name == "everything") {
-        return makeEverythingScene();
-    }
-    return nullptr;
+    return name == "everything" ? makeEverythingScene() : std::make_unique<FilledScene>(name, size);
 }

@@ -1,12 +1,7 @@
-// What we rely on of the two libraries that are compiled here: Box2D reads its tolerances while it runs, and poly2tri
-// cuts a plain outline.
+// What we rely on of the engine that is compiled here: it reads its tolerances while it runs.
 
 #include <box2d/box2d.h>
 #include <gtest/gtest.h>
-#include <poly2tri/poly2tri.h>
-
-#include <cmath>
-#include <vector>
 
 namespace {
 
@@ -54,31 +49,6 @@ TEST(Tolerances, PolygonsWeldByTheSlopOfTheMoment) {
     EXPECT_EQ(shape.m_count, 3);
 }
 
-// The way around the welding: the members are public, and the library asks no more of them.
-TEST(Tolerances, PolygonFilledByHandKeepsAnEdgeBelowHalfTheSlop) {
-    const Tolerances coarse(0.01f);
-    b2PolygonShape shape;
-    shape.m_count = 3;
-    shape.m_vertices[0].Set(0.0f, 0.0f);
-    shape.m_vertices[1].Set(0.004f, 0.0f);
-    shape.m_vertices[2].Set(0.0f, 1.0f);
-    for (int i = 0; i < 3; ++i) {
-        const b2Vec2 edge = shape.m_vertices[(i + 1) % 3] - shape.m_vertices[i];
-        shape.m_normals[i] = b2Cross(edge, 1.0f);
-        shape.m_normals[i].Normalize();
-    }
-    shape.m_centroid.Set(0.004f / 3.0f, 1.0f / 3.0f);
-
-    b2World world({0.0f, 0.0f});
-    b2BodyDef definition;
-    definition.type = b2_dynamicBody;
-    b2Body* body = world.CreateBody(&definition);
-    const b2Fixture* fixture = body->CreateFixture(&shape, 1.0f);
-
-    EXPECT_EQ(static_cast<const b2PolygonShape*>(fixture->GetShape())->m_count, 3);
-    EXPECT_NEAR(body->GetMass(), 0.5f * 0.004f * 1.0f, 1e-7f); // half of base times height, at density 1
-}
-
 /// Gap between a box and the ground, in metres, after the solver has pushed the box out of an overlap of the skins.
 float restingGap(float startGap) {
     b2World world({0.0f, -10.0f});
@@ -106,26 +76,6 @@ TEST(Tolerances, RestingBodiesKeepThreeSlopsApart) {
         SCOPED_TRACE(slop);
         const Tolerances chosen(slop);
         EXPECT_NEAR(restingGap(slop), 3.0f * slop, 0.01f * slop);
-    }
-}
-
-TEST(Poly2tri, CutsASquareIntoTwoTriangles) {
-    std::vector<p2t::Point> corners = {{0.0, 0.0}, {2.0, 0.0}, {2.0, 2.0}, {0.0, 2.0}};
-    std::vector<p2t::Point*> outline;
-    outline.reserve(corners.size());
-    for (p2t::Point& corner : corners) {
-        outline.push_back(&corner);
-    }
-    p2t::CDT cut(outline);
-    cut.Triangulate();
-
-    const std::vector<p2t::Triangle*> triangles = cut.GetTriangles();
-    ASSERT_EQ(triangles.size(), 2u);
-    for (p2t::Triangle* triangle : triangles) {
-        const p2t::Point& a = *triangle->GetPoint(0);
-        const p2t::Point& b = *triangle->GetPoint(1);
-        const p2t::Point& c = *triangle->GetPoint(2);
-        EXPECT_EQ(std::abs((b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y)), 4.0); // twice half the square
     }
 }
 

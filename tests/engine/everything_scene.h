@@ -23,6 +23,12 @@ private:
     std::uint64_t state_ = 0xcbf29ce484222325u;
 };
 
+/// Adds a body to the world; the angle is in radians.
+b2Body* addEngineBody(b2World& world, b2BodyType type, b2Vec2 position, float angle = 0.0f);
+
+/// Adds one that is a box of density 1; the position is its centre's, and `half` are half its width and height.
+b2Body* addEngineBox(b2World& world, b2BodyType type, b2Vec2 position, b2Vec2 half);
+
 /// Gives the body a star of triangles around its origin; radii in metres.
 void addStar(b2Body& body, float outerRadius, float innerRadius, int triangles);
 

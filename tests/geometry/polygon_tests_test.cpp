@@ -9,12 +9,7 @@ namespace jostle {
 namespace {
 
 TEST(PolygonTests, segmentsCrossOnlyBetweenTheirEnds) {
-    struct Case {
-        const char* name;
-        b2Vec2 a, b, c, d;
-        bool crosses;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, b2Vec2, b2Vec2, b2Vec2, b2Vec2, bool> cases[] = {
         {"plain crossing", {0, 0}, {2, 2}, {0, 2}, {2, 0}, true},
         {"a shared end is no hit", {0, 0}, {1, 0}, {1, 0}, {1, 1}, false},
         {"an end on the other is no hit", {0, 0}, {2, 0}, {1, 0}, {1, 1}, false},
@@ -24,10 +19,10 @@ TEST(PolygonTests, segmentsCrossOnlyBetweenTheirEnds) {
         {"a small crossing", {0, 0}, {0.009f, 0.009f}, {0, 0.009f}, {0.009f, 0}, true},
         {"one so small that it counts as parallel", {0, 0}, {0.005f, 0.005f}, {0, 0.005f}, {0.005f, 0}, false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(segmentsIntersect(c.a, c.b, c.c, c.d), c.crosses);
-        EXPECT_EQ(segmentsIntersect(c.c, c.d, c.a, c.b), c.crosses);
+    for (const auto& [name, a, b, c, d, crosses] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(segmentsIntersect(a, b, c, d), crosses);
+        EXPECT_EQ(segmentsIntersect(c, d, a, b), crosses);
     }
 }
 

@@ -12,15 +12,6 @@
 namespace jostle {
 namespace {
 
-TEST(AccumulatedTransform, isAPlainSum) {
-    AccumulatedTransform accumulated{{1, 2}, {3, 4}, {2, 3}, 10};
-    accumulated.add({{10, 20}, {30, 40}, {0.5f, 2}, 80});
-    EXPECT_EQ(accumulated.anchor, b2Vec2(11, 22));
-    EXPECT_EQ(accumulated.position, b2Vec2(33, 44)) << "the outer group's rotation swings nothing";
-    EXPECT_EQ(accumulated.scale, b2Vec2(1, 6));
-    EXPECT_EQ(accumulated.rotation, 90.0);
-}
-
 TEST(MakeRect, clampsTheRoundness) {
     const std::tuple<const char*, float, float> cases[] = {
         {"sharp", 0, 0},

@@ -1,31 +1,27 @@
 #include "geometry/projection.h"
 
+#include "tests/support/expect_near.h"
+
 #include <gtest/gtest.h>
+
+#include <tuple>
 
 namespace jostle {
 namespace {
 
-struct ProjectionCase {
-    const char* name;
-    Matrix4 matrix;
-    b2Vec2 point;
-    b2Vec2 expected;
-};
-
+// The last column tells where (3, 4) goes.
 TEST(Projection, multipliesRowVectors) {
-    const ProjectionCase cases[] = {
-        {"the identity moves nothing", {}, {3, 4}, {3, 4}},
-        {"the last row translates", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {10, 20, 0, 1}}}, {3, 4}, {13, 24}},
-        {"a row is where its axis goes", {{{0, 2, 0, 0}, {-2, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, {3, 4}, {-8, 6}},
+    const std::tuple<const char*, Matrix4, b2Vec2> cases[] = {
+        {"the identity moves nothing", {}, {3, 4}},
+        {"the last row translates", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {10, 20, 0, 1}}}, {13, 24}},
+        {"a row is where its axis goes", {{{0, 2, 0, 0}, {-2, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, {-8, 6}},
         // w = 3 * 0.5 + 0.5 = 2
-        {"w divides", {{{1, 0, 0, 0.5}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 0.5}}}, {3, 4}, {1.5, 2}},
-        {"a w of zero divides nothing", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 0}}}, {3, 4}, {3, 4}},
+        {"w divides", {{{1, 0, 0, 0.5}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 0.5}}}, {1.5, 2}},
+        {"a w of zero divides nothing", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 0}}}, {3, 4}},
     };
-    for (const ProjectionCase& c : cases) {
-        SCOPED_TRACE(c.name);
-        const b2Vec2 got = projectPoint(c.point, c.matrix);
-        EXPECT_FLOAT_EQ(got.x, c.expected.x);
-        EXPECT_FLOAT_EQ(got.y, c.expected.y);
+    for (const auto& [name, matrix, expected] : cases) {
+        SCOPED_TRACE(name);
+        expectNear({projectPoint({3, 4}, matrix)}, {expected}, 0);
     }
 }
 

@@ -111,11 +111,11 @@ std::vector<Triangle> trianglesOfTheLibrary(const Outline& outline) {
     return triangles;
 }
 
-/// A gear: corners alternate between two radii, or keep one.
-Outline gear(int count, double inner, double outer) {
+/// A gear: corners alternate between two radii, or keep one. They are so many steps of a full turn apart.
+Outline gear(int count, double inner, double outer, int step = 1) {
     Outline outline;
     for (int i = 0; i < count; ++i) {
-        const double angle = 6.283185307179586 * i / count;
+        const double angle = 6.283185307179586 * (i * step % count) / count;
         const double radius = i % 2 == 0 ? outer : inner;
         outline.emplace_back(static_cast<float>(radius * std::cos(angle)),
                              static_cast<float>(radius * std::sin(angle)));
@@ -186,11 +186,8 @@ TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
 }
 
 TEST(Triangulate, scribblesBeyondAllMeasureAreRefused) {
-    Outline star; // 301 corners of a circle, each joined to the one almost opposite: all 301 * 298 / 2 pairs cross
-    for (int i = 0; i < 301; ++i) {
-        const double angle = 6.283185307179586 * (i * 150 % 301) / 301;
-        star.emplace_back(static_cast<float>(500 * std::cos(angle)), static_cast<float>(500 * std::sin(angle)));
-    }
+    // 301 corners of a circle, each joined to the one almost opposite: all 301 * 298 / 2 pairs cross.
+    const Outline star = gear(301, 500, 500, 150);
     Outline zigzag; // there and back: 10,000 spikes whose tips cross, which took the tessellator half a minute
     for (int i = 0; i < 20'000; ++i) {
         const int tooth = i < 10'000 ? i : 19'999 - i;
