@@ -29,13 +29,6 @@ TEST(Tolerances, BeginAtTheLibrarysOwnValues) {
     EXPECT_EQ(b2_polygonRadius, 0.01f);
 }
 
-TEST(Tolerances, NewShapesTakeTheSkinOfTheMoment) {
-    const Tolerances coarse(0.01f);
-    EXPECT_EQ(b2PolygonShape().m_radius, 0.02f);
-    EXPECT_EQ(b2EdgeShape().m_radius, 0.02f);
-    EXPECT_EQ(b2ChainShape().m_radius, 0.02f);
-}
-
 // Set() welds vertices that are closer than half the slop: (0, 0) and (0.004, 0) are at a slop of 0.01, where half of
 // it is 0.005, and are not at 0.005. This is compiled code of the library, not a header's.
 TEST(Tolerances, PolygonsWeldByTheSlopOfTheMoment) {

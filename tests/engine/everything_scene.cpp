@@ -126,9 +126,9 @@ private:
         weld.Initialize(stars_[0], stars_[1], stars_[0]->GetPosition());
         weld.collideConnected = true;
         world_.CreateJoint(&weld);
-        door_ = addBox(b2_dynamicBody, b2Vec2(8.0f, 5.0f), b2Vec2(0.1f, 1.0f));
+        b2Body* door = addBox(b2_dynamicBody, b2Vec2(8.0f, 5.0f), b2Vec2(0.1f, 1.0f));
         b2PrismaticJointDef slide;
-        slide.Initialize(lift_, door_, door_->GetPosition(), b2Vec2(1.0f, 0.0f));
+        slide.Initialize(lift_, door, door->GetPosition(), b2Vec2(1.0f, 0.0f));
         slide.lowerTranslation = -2.0f;
         slide.upperTranslation = 2.0f;
         slide.enableLimit = true;
@@ -235,7 +235,6 @@ private:
     EngineHash heard_;
     std::uint64_t bodies_ = 0;
     b2Body* lift_ = nullptr;
-    b2Body* door_ = nullptr;
     b2Body* ghost_ = nullptr;
     std::vector<b2Body*> stars_;
     std::vector<b2Body*> boxes_;

@@ -150,7 +150,7 @@ TEST(MakeFreePath, recognisesPrimitives) {
                        {{0, 50}, {-k, 0}, {k, 0}},
                        {{50, 0}, {0, k}, {0, -k}}};
     circle.segmentCount = 4;
-    const FreePath box = pathOf({{0, 0}, {30, 0}, {30, 20}, {0, 20}}, true);
+    const std::vector<b2Vec2> box = {{0, 0}, {30, 0}, {30, 20}, {0, 20}};
     LayerFrame uneven;
     uneven.scale = {1, 2};
     AccumulatedTransform unevenGroups;
@@ -163,11 +163,8 @@ TEST(MakeFreePath, recognisesPrimitives) {
     EXPECT_FALSE(makeFreePath(circle, unevenGroups, {}, 4).placed.shape.isCircle);
     EXPECT_FALSE(makeFreePath(circle, {}, uneven, 4).placed.shape.isCircle);
 
-    EXPECT_TRUE(makeFreePath(box, {}, uneven, 4).placed.shape.isBox);
-    FreePath open = box;
-    open.closed = false;
-    open.segmentCount = 3;
-    EXPECT_FALSE(makeFreePath(open, {}, {}, 4).placed.shape.isBox);
+    EXPECT_TRUE(makeFreePath(pathOf(box, true), {}, uneven, 4).placed.shape.isBox);
+    EXPECT_FALSE(makeFreePath(pathOf(box, false), {}, {}, 4).placed.shape.isBox);
 }
 
 // Anchor (10, 0), position (50, 20), scale (2, 4): (10, 0), (40, 0), (10, 30) become (50, 20), (110, 20), (50, 140),

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -51,24 +52,25 @@ TEST(CollisionShape, refusesWhatTheLibraryCannotTake) {
 }
 
 TEST(CollisionShape, scalesAboutAPivotAndKeepsNormalsSquare) {
-    b2PolygonShape polygon;
-    const std::vector<b2Vec2> triangle{{0, 0}, {1, 0}, {0, 1}};
-    ASSERT_TRUE(fillPolygon(triangle, polygon));
-    scaleShape(polygon, {1, 0}, 2.0f, 3.0f);
-    // x' = 1 + (x - 1) * 2, y' = 3 y; the long side then runs along (-2, 3), and (3, 2) stands square on it.
-    EXPECT_EQ(verticesOf(polygon), (std::vector<b2Vec2>{{-1, 0}, {1, 0}, {-1, 3}}));
-    expectNear({polygon.m_normals[1]}, {{3.0f / std::sqrt(13.0f), 2.0f / std::sqrt(13.0f)}}, 1e-6f);
-    expectNear({polygon.m_centroid}, {{-1.0f / 3.0f, 1}}, 1e-6f);
-}
-
-TEST(CollisionShape, aNegativeRatioTurnsAPolygonOver) {
-    b2PolygonShape mirrored, expected;
-    const std::vector<b2Vec2> triangle{{0, 0}, {2, 0}, {0, 1}};
-    const std::vector<b2Vec2> mirrorImage{{0, 1}, {-2, 0}, {0, 0}}; // the other way round, as the library's order is
-    ASSERT_TRUE(fillPolygon(triangle, mirrored) && fillPolygon(mirrorImage, expected));
-    scaleShape(mirrored, {0, 0}, -1.0f, 1.0f);
-    EXPECT_EQ(verticesOf(mirrored), verticesOf(expected));
-    expectNear({mirrored.m_normals, mirrored.m_normals + 3}, {expected.m_normals, expected.m_normals + 3}, 1e-6f);
+    const float third = 1.0f / 3.0f;
+    const b2Vec2 slant = {3.0f / std::sqrt(13.0f), 2.0f / std::sqrt(13.0f)};
+    const b2Vec2 diagonal = {-std::sqrt(0.5f), std::sqrt(0.5f)};
+    const std::tuple<b2Vec2, std::vector<b2Vec2>, std::vector<b2Vec2>, b2Vec2> cases[] = {
+        // x' = 1 + (x - 1) * 2, y' = 3 y; the long side then runs along (-2, 3), and (3, 2) stands square on it.
+        {{2, 3}, {{-1, 0}, {1, 0}, {-1, 3}}, {{0, -1}, slant, {-1, 0}}, {-third, 1}},
+        // x' = 2 - x turns the triangle over; the library wants it the other way round then.
+        {{-1, 1}, {{2, 1}, {1, 0}, {2, 0}}, {diagonal, {0, -1}, {1, 0}}, {5 * third, third}},
+    };
+    for (const auto& [ratio, vertices, normals, centroid] : cases) {
+        SCOPED_TRACE(ratio.x);
+        b2PolygonShape polygon;
+        const std::vector<b2Vec2> triangle{{0, 0}, {1, 0}, {0, 1}};
+        ASSERT_TRUE(fillPolygon(triangle, polygon));
+        scaleShape(polygon, {1, 0}, ratio.x, ratio.y);
+        EXPECT_EQ(verticesOf(polygon), vertices);
+        expectNear({polygon.m_normals, polygon.m_normals + 3}, normals, 1e-6f);
+        expectNear({polygon.m_centroid}, {centroid}, 1e-6f);
+    }
     b2CircleShape circle;
     ASSERT_TRUE(fillCircle({1, 0}, 2, circle));
     scaleShape(circle, {0, 0}, -1.5f, 1.0f);
