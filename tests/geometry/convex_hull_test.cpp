@@ -22,8 +22,7 @@ TEST(ConvexHull, startsAtTheRightAndTurnsTowardPositiveY) {
         {"points on a line: there and back", {{1, 0}, {3, 0}, {2, 0}, {0, 0}}, {{3, 0}, {0, 0}}},
     };
     for (const auto& [name, points, hull] : cases) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(convexHull(points), hull);
+        EXPECT_EQ(convexHull(points), hull) << name;
     }
 }
 

@@ -41,23 +41,18 @@ TEST(Flatten, emitsOnePointPerSubdivisionOfACurve) {
     blob.outTangents = {{0, 8}};
     blob.inTangents = {{6, 0}};
     const float third = 9.0f * 7.0f / 27.0f;
+    const std::vector<b2Vec2> thirds = {{0, 0}, {third, 48.0f / 9}, {9 - third, 48.0f / 9}, {9, 0}};
+    // Control points (3, 4), (3, 12), (9, 4), (3, 4); at t = 1/3 the inner two weigh 4/9 and 2/9, at 2/3 the reverse.
+    const std::vector<b2Vec2> round = {{3, 4}, {3 + 12.0f / 9, 4 + 32.0f / 9}, {3 + 24.0f / 9, 4 + 16.0f / 9}};
     const std::tuple<const char*, ShapeDef, int, std::vector<b2Vec2>> cases[] = {
         {"precision 0 does nothing, and keeps repeats", repeating, 2, repeating.verts},
-        {"a lone segment has one more: 3 become 4 and thirds",
-         arch(false),
-         3,
-         {{0, 0}, {third, 48.0f / 9}, {9 - third, 48.0f / 9}, {9, 0}}},
+        {"a lone segment has one more: 3 become 4 and thirds", arch(false), 3, thirds},
         {"closed, the straight way back emits its start", arch(true), 3, {{0, 0}, {4.5f, 6}, {9, 0}}},
         {"handles of half a pixel are no curve", bent, 5, square.verts},
         {"repeats go, the first stays", repeating, 3, square.verts},
         {"an open vertex has no segment", point, 3, {}},
         {"a precision of none emits no curves", arch(true), std::numeric_limits<int>::min(), {{9, 0}}},
-        // Control points (3, 4), (3, 12), (9, 4), (3, 4); at t = 1/3 the inner two weigh 4/9 and 2/9, at 2/3 the
-        // reverse.
-        {"a closed vertex is a lone segment",
-         blob,
-         3,
-         {{3, 4}, {3 + 6 * 2.0f / 9, 4 + 8 * 4.0f / 9}, {3 + 6 * 4.0f / 9, 4 + 8 * 2.0f / 9}}},
+        {"a closed vertex is a lone segment", blob, 3, round},
     };
     for (const auto& [name, before, subdivisions, expected] : cases) {
         SCOPED_TRACE(name);
