@@ -32,6 +32,21 @@ AEGP_LayerFlags flagsOf(const Layer& layer) {
     return flags;
 }
 
+AEGP_ObjectType typeOf(LayerKind kind) {
+    switch (kind) {
+    case LayerKind::Shape:
+        return AEGP_ObjectType_VECTOR;
+    case LayerKind::Text:
+        return AEGP_ObjectType_TEXT;
+    case LayerKind::Camera:
+        return AEGP_ObjectType_CAMERA;
+    case LayerKind::Light:
+        return AEGP_ObjectType_LIGHT;
+    default:
+        return AEGP_ObjectType_AV;
+    }
+}
+
 A_Err getCompNumLayers(AEGP_CompH handle, A_long* count) {
     const CompEntry* comp = state().compOf(handle);
     if (comp == nullptr || count == nullptr)
@@ -48,20 +63,22 @@ A_Err getCompLayerByIndex(AEGP_CompH handle, A_long index, AEGP_LayerH* layer) {
     return A_Err_NONE;
 }
 
-A_Err getLayerIndex(AEGP_LayerH handle, A_long* index) {
+/// Gives what a function tells of a layer.
+template<class Answer, class Function>
+A_Err tell(AEGP_LayerH handle, Answer* answer, Function of) {
     const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || index == nullptr)
+    if (entry == nullptr || answer == nullptr)
         return A_Err_PARAMETER;
-    *index = entry->index;
+    *answer = of(*entry);
     return A_Err_NONE;
 }
 
+A_Err getLayerIndex(AEGP_LayerH handle, A_long* index) {
+    return tell(handle, index, [](const LayerEntry& entry) { return entry.index; });
+}
+
 A_Err getLayerSourceItem(AEGP_LayerH handle, AEGP_ItemH* item) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || item == nullptr)
-        return A_Err_PARAMETER;
-    *item = entry->source;
-    return A_Err_NONE;
+    return tell(handle, item, [](const LayerEntry& entry) { return entry.source; });
 }
 
 A_Err getLayerName(AEGP_PluginID, AEGP_LayerH handle, AEGP_MemHandle* layerName, AEGP_MemHandle* sourceName) {
@@ -76,11 +93,7 @@ A_Err getLayerName(AEGP_PluginID, AEGP_LayerH handle, AEGP_MemHandle* layerName,
 }
 
 A_Err getLayerFlags(AEGP_LayerH handle, AEGP_LayerFlags* flags) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || flags == nullptr)
-        return A_Err_PARAMETER;
-    *flags = flagsOf(*entry->layer);
-    return A_Err_NONE;
+    return tell(handle, flags, [](const LayerEntry& entry) { return flagsOf(*entry.layer); });
 }
 
 A_Err setLayerFlag(AEGP_LayerH handle, AEGP_LayerFlags flag, A_Boolean value) {
@@ -107,11 +120,7 @@ A_Err setLayerFlag(AEGP_LayerH handle, AEGP_LayerFlags flag, A_Boolean value) {
 }
 
 A_Err isLayerVideoReallyOn(AEGP_LayerH handle, A_Boolean* on) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || on == nullptr)
-        return A_Err_PARAMETER;
-    *on = isVideoOn(*entry->layer);
-    return A_Err_NONE;
+    return tell(handle, on, [](const LayerEntry& entry) { return isVideoOn(*entry.layer); });
 }
 
 A_Err getLayerInPoint(AEGP_LayerH handle, AEGP_LTimeMode mode, A_Time* time) {
@@ -132,11 +141,9 @@ A_Err getLayerDuration(AEGP_LayerH handle, AEGP_LTimeMode mode, A_Time* duration
 }
 
 A_Err getLayerOffset(AEGP_LayerH handle, A_Time* time) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || time == nullptr)
-        return A_Err_PARAMETER;
-    *time = toHost(compositionOf(*entry).clock.timeOf(entry->layer->startFrame));
-    return A_Err_NONE;
+    return tell(handle, time, [](const LayerEntry& entry) {
+        return toHost(compositionOf(entry).clock.timeOf(entry.layer->startFrame));
+    });
 }
 
 A_Err reorderLayer(AEGP_LayerH handle, A_long index) {
@@ -152,42 +159,15 @@ A_Err reorderLayer(AEGP_LayerH handle, A_long index) {
 }
 
 A_Err getLayerObjectType(AEGP_LayerH handle, AEGP_ObjectType* type) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || type == nullptr)
-        return A_Err_PARAMETER;
-    switch (entry->layer->kind) {
-    case LayerKind::Shape:
-        *type = AEGP_ObjectType_VECTOR;
-        break;
-    case LayerKind::Text:
-        *type = AEGP_ObjectType_TEXT;
-        break;
-    case LayerKind::Camera:
-        *type = AEGP_ObjectType_CAMERA;
-        break;
-    case LayerKind::Light:
-        *type = AEGP_ObjectType_LIGHT;
-        break;
-    default:
-        *type = AEGP_ObjectType_AV;
-    }
-    return A_Err_NONE;
+    return tell(handle, type, [](const LayerEntry& entry) { return typeOf(entry.layer->kind); });
 }
 
 A_Err isLayer3D(AEGP_LayerH handle, A_Boolean* is3D) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || is3D == nullptr)
-        return A_Err_PARAMETER;
-    *is3D = entry->layer->threeD;
-    return A_Err_NONE;
+    return tell(handle, is3D, [](const LayerEntry& entry) { return entry.layer->threeD; });
 }
 
 A_Err getLayerID(AEGP_LayerH handle, AEGP_LayerIDVal* id) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || id == nullptr)
-        return A_Err_PARAMETER;
-    *id = entry->layer->id;
-    return A_Err_NONE;
+    return tell(handle, id, [](const LayerEntry& entry) { return entry.layer->id; });
 }
 
 A_Err getLayerToWorld(AEGP_LayerH handle, const A_Time* time, A_Matrix4* matrix) {
@@ -213,12 +193,10 @@ A_Err setLayerName(AEGP_LayerH handle, const A_UTF16Char* name) {
 }
 
 A_Err getLayerParent(AEGP_LayerH handle, AEGP_LayerH* parent) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || parent == nullptr)
-        return A_Err_PARAMETER;
-    const auto known = state().layerHandles.find(entry->layer->parent);
-    *parent = known == state().layerHandles.end() ? nullptr : known->second;
-    return A_Err_NONE;
+    return tell(handle, parent, [](const LayerEntry& entry) {
+        const auto known = state().layerHandles.find(entry.layer->parent);
+        return known == state().layerHandles.end() ? nullptr : known->second;
+    });
 }
 
 A_Err setLayerParent(AEGP_LayerH handle, AEGP_LayerH parentHandle) {
@@ -246,11 +224,7 @@ A_Err copyLayer(AEGP_LayerH handle, AEGP_LayerH* duplicate) {
 }
 
 A_Err getLayerLabel(AEGP_LayerH handle, AEGP_LabelID* label) {
-    const LayerEntry* entry = state().layerOf(handle);
-    if (entry == nullptr || label == nullptr)
-        return A_Err_PARAMETER;
-    *label = static_cast<AEGP_LabelID>(entry->layer->label);
-    return A_Err_NONE;
+    return tell(handle, label, [](const LayerEntry& entry) { return static_cast<AEGP_LabelID>(entry.layer->label); });
 }
 
 } // namespace
