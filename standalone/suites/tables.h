@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/suites.h"
-#include "host/suites_older.h"
+#include "standalone/suites/older_suites.h"
 
 namespace jostle::standalone {
 

@@ -1,4 +1,4 @@
-#include "host/suites_older.h"
+#include "standalone/suites/older_suites.h"
 #include "tests/standalone/suites/rich_document.h"
 
 namespace jostle::standalone {
@@ -274,6 +274,12 @@ TEST(TextLayerSuite, TakesTheTurnOutOfGlyphs) {
     }
 }
 
+/// Calls a function by the slot at which an older version publishes it.
+template<class Suite, class... Parameters>
+A_Err callAt(std::size_t slot, RichSession& session, Parameters... parameters) {
+    return reinterpret_cast<A_Err (*)(Parameters...)>(session.table<Suite>().slots[slot])(parameters...);
+}
+
 TEST(OlderSuites, NameThingsInBuffersThatTheyDoNotOverrun) {
     auto document = richDocument();
     document->layers[child]->name = std::string(30, 'n') + "\xC3\xA9"; // with the last character 32 bytes, and no end
@@ -281,32 +287,38 @@ TEST(OlderSuites, NameThingsInBuffersThatTheyDoNotOverrun) {
     A_char name[33];
     A_char source[AEGP_MAX_LAYER_NAME_SIZE];
     name[32] = 'x';
-    const auto& layers = session.table<AEGP_LayerSuite11>();
-    EXPECT_EQ(layers.AEGP_GetLayerName(session.layer(child), name, source), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_LayerSuite11>(7, session, session.layer(child), &name[0], &source[0]), A_Err_NONE);
     EXPECT_EQ(std::string(name), std::string(30, 'n'));
     EXPECT_EQ(name[32], 'x');
     EXPECT_STREQ(source, "Solid");
-    EXPECT_EQ(layers.AEGP_SetLayerName(session.layer(child), "short"), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_LayerSuite11>(40, session, session.layer(child), "short"), A_Err_NONE);
     EXPECT_EQ(session.host.outcome().layers[child]->name, "short");
     AEGP_ItemH item = nullptr;
-    EXPECT_EQ(session.table<AEGP_ItemSuite11>().AEGP_GetActiveItem(&item), A_Err_NONE);
-    EXPECT_EQ(session.table<AEGP_ItemSuite11>().AEGP_GetItemName(item, name), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_ItemSuite11>(2, session, &item), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_ItemSuite11>(7, session, item, &name[0]), A_Err_NONE);
     EXPECT_STREQ(name, "Scene");
-    const auto& comps = session.table<AEGP_CompSuite11>();
     AEGP_CompH comp = nullptr;
     AEGP_LayerH made = nullptr;
-    EXPECT_EQ(comps.AEGP_GetCompFromItem(item, &comp), A_Err_NONE);
-    EXPECT_EQ(comps.AEGP_CreateNullInComp("centre", comp, nullptr, &made), A_Err_NONE);
+    const A_Time length{4, 25};
+    EXPECT_EQ(callAt<AEGP_CompSuite11>(0, session, item, &comp), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_CompSuite11>(23, session, "centre", comp, &length, &made), A_Err_NONE);
     EXPECT_EQ(session.host.outcome().layers[0]->name, "centre");
-    const auto& tree = session.table<AEGP_DynamicStreamSuite3>().before;
-    AEGP_StreamRefH root = nullptr;
-    EXPECT_EQ(tree.AEGP_GetNewStreamRefForLayer(1, made, &root), A_Err_NONE);
-    EXPECT_EQ(session.table<AEGP_StreamSuite7>().AEGP_GetStreamName(root, 0, name), A_Err_NONE);
+    A_Time frame{};
+    EXPECT_EQ(callAt<AEGP_CompSuite11>(28, session, comp, &frame), A_Err_NONE);
+    EXPECT_EQ(frame.scale, 25u * static_cast<A_u_long>(frame.value));
+    AEGP_StreamRefH root = nullptr, transform = nullptr;
+    A_char matchName[AEGP_MAX_STREAM_MATCH_NAME_SIZE];
+    EXPECT_EQ(callAt<AEGP_DynamicStreamSuite2>(0, session, session.id(), made, &root), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_DynamicStreamSuite2>(7, session, session.id(), root, "ADBE Transform Group", &transform),
+              A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_DynamicStreamSuite3>(14, session, transform, &matchName[0]), A_Err_NONE);
+    EXPECT_STREQ(matchName, "ADBE Transform Group");
+    EXPECT_EQ(callAt<AEGP_StreamSuite7>(8, session, root, A_Boolean{0}, &name[0]), A_Err_NONE);
     EXPECT_STREQ(name, "centre");
-    EXPECT_EQ(session.table<AEGP_StreamSuite8>().AEGP_DisposeStream(root), A_Err_NONE);
-    EXPECT_EQ(session.table<AEGP_UtilitySuite7>().AEGP_StartUndoGroup("older"), A_Err_NONE);
-    EXPECT_EQ(session.table<AEGP_UtilitySuite7>().AEGP_EndUndoGroup(), A_Err_NONE);
-    EXPECT_NE(session.suites.get<AEGP_DynamicStreamSuite2>(), nullptr);
+    EXPECT_EQ(callAt<AEGP_StreamSuite8>(7, session, root), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_StreamSuite8>(7, session, transform), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_UtilitySuite7>(5, session, "older"), A_Err_NONE);
+    EXPECT_EQ(callAt<AEGP_UtilitySuite7>(6, session), A_Err_NONE);
     session.expectClean();
 }
 
