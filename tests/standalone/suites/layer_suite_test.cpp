@@ -1,4 +1,4 @@
-#include "tests/standalone/suites/small_document.h"
+#include "tests/standalone/suites/session.h"
 
 namespace jostle::standalone {
 namespace {
@@ -7,20 +7,14 @@ using namespace test;
 
 constexpr double tolerance = 1e-9;
 
-TEST(LayerSuite, MultipliesTheMatricesOfParents) {
-    // Scale (2, 1), then a quarter turn clockwise, takes x to (0, 2) and y to (-1, 0). The child's anchor, at (30, 0)
-    // in the holder, comes to (0, 60) + (100, 100); its corner lies (-10, -5) from there: (5, -20) more.
-    Session session;
-    A_Matrix4 matrix{};
-    const A_Time start{0, 1};
-    ASSERT_EQ(session.table<AEGP_LayerSuite13>().AEGP_GetLayerToWorldXform(session.layer(child), &start, &matrix),
-              A_Err_NONE);
-    const double expected[4][4] = {{0, 2, 0, 0}, {-1, 0, 0, 0}, {0, 0, 1, 0}, {105, 140, 0, 1}};
-    for (int row = 0; row < 4; ++row) {
-        for (int column = 0; column < 4; ++column)
-            EXPECT_NEAR(matrix.mat[row][column], expected[row][column], tolerance) << row << ", " << column;
-    }
+void expectMatrix(const A_Matrix4& matrix, const double (&expected)[4][4]) {
+    for (int i = 0; i < 16; ++i)
+        EXPECT_NEAR(matrix.mat[i / 4][i % 4], expected[i / 4][i % 4], tolerance) << i;
 }
+
+// Scale (2, 1), then a quarter turn clockwise, takes x to (0, 2) and y to (-1, 0). The child's anchor, at (30, 0) in
+// the holder, comes to (0, 60) + (100, 100); its corner lies (-10, -5) from there: (5, -20) more.
+constexpr double childToWorld[4][4] = {{0, 2, 0, 0}, {-1, 0, 0, 0}, {0, 0, 1, 0}, {105, 140, 0, 1}};
 
 struct UnparentCase {
     const char* name;
@@ -45,12 +39,10 @@ TEST(LayerSuite, FoldsTheParentInWhenItIsTakenAway) {
         document->layers[child]->transform.rotation.value[0] = c.ownRotation;
         document->layers[child]->transform.scale.value = {c.ownScaleX, c.ownScaleY, 0};
         Session session(std::move(document));
-        const auto& layers = session.table<AEGP_LayerSuite13>();
-        ASSERT_EQ(layers.AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
-        AEGP_LayerH parent = session.layer(holder);
-        EXPECT_EQ(layers.AEGP_GetLayerParent(session.layer(child), &parent), A_Err_NONE);
-        EXPECT_EQ(parent, nullptr);
-        const Layer& layer = *session.host.outcome().layers[child];
+        ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
+        EXPECT_EQ(got(session.layers().AEGP_GetLayerParent, session.layer(child)), nullptr);
+        const Layer& layer = session.outcome(child);
+        EXPECT_EQ(layer.parentId, noParent);
         EXPECT_NEAR(layer.transform.position.value[0], 100, tolerance);
         EXPECT_NEAR(layer.transform.position.value[1], 160, tolerance);
         EXPECT_NEAR(layer.transform.rotation.value[0], c.rotation, tolerance);
@@ -60,29 +52,33 @@ TEST(LayerSuite, FoldsTheParentInWhenItIsTakenAway) {
     }
 }
 
-TEST(LayerSuite, KeepsALayerInPlaceUnderANewParent) {
+TEST(LayerSuite, KeepsALayerInPlaceWithoutAndUnderAParent) {
     Session session;
-    const auto& layers = session.table<AEGP_LayerSuite13>();
     const A_Time start{0, 1};
-    A_Matrix4 before{}, after{};
-    ASSERT_EQ(layers.AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
-    EXPECT_EQ(session.host.outcome().layers[child]->parentId, noParent);
-    ASSERT_EQ(layers.AEGP_GetLayerToWorldXform(session.layer(child), &start, &before), A_Err_NONE);
-    ASSERT_EQ(layers.AEGP_SetLayerParent(session.layer(child), session.layer(holder)), A_Err_NONE);
-    ASSERT_EQ(layers.AEGP_GetLayerToWorldXform(session.layer(child), &start, &after), A_Err_NONE);
-    for (int i = 0; i < 16; ++i)
-        EXPECT_NEAR(before.mat[i / 4][i % 4], after.mat[i / 4][i % 4], tolerance) << i;
-    EXPECT_NEAR(session.host.outcome().layers[child]->transform.position.value[0], 30, tolerance);
+    const AEGP_LayerH layer = session.layer(child);
+    const auto expectInPlace = [&](const char* when) {
+        SCOPED_TRACE(when);
+        expectMatrix(got(session.layers().AEGP_GetLayerToWorldXform, layer, &start), childToWorld);
+    };
+    expectInPlace("as it was");
+    ASSERT_EQ(session.layers().AEGP_SetLayerParent(layer, nullptr), A_Err_NONE);
+    expectInPlace("without its parent");
+    ASSERT_EQ(session.layers().AEGP_SetLayerParent(layer, session.layer(holder)), A_Err_NONE);
+    expectInPlace("under it again");
+    EXPECT_NEAR(session.outcome(child).transform.position.value[0], 30, tolerance);
+    ASSERT_EQ(session.layers().AEGP_DeleteLayer(session.layer(holder)), A_Err_NONE);
+    expectInPlace("with the parent deleted");
+    EXPECT_EQ(session.outcome(child).parent, nullptr);
 }
 
 TEST(LayerSuite, LeavesKeyframedStreamsAloneWhenUnparenting) {
     auto document = smallDocument();
-    Layer& layer = *document->layers[child];
-    layer.transform.rotation = keyedStream(0, 90);
+    Stream& rotation = document->layers[child]->transform.rotation;
+    rotation = keyedStream(0, 90);
     Session session(std::move(document));
-    ASSERT_EQ(session.table<AEGP_LayerSuite13>().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
-    EXPECT_EQ(layer.transform.rotation.keys.values, (std::vector<double>{0, 90}));
-    EXPECT_FALSE(layer.transform.rotation.changed);
+    ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
+    EXPECT_EQ(rotation.keys.values, (std::vector<double>{0, 90}));
+    EXPECT_FALSE(rotation.changed);
 }
 
 struct StateCase {
@@ -115,49 +111,44 @@ TEST(LayerSuite, TellsKindsAndFlags) {
         layer.hidden = c.hidden;
         layer.matteSource = c.matteSource;
         Session session(std::move(document));
-        AEGP_ObjectType type = AEGP_ObjectType_NONE;
-        AEGP_LayerFlags flags = 0;
-        const auto& layers = session.table<AEGP_LayerSuite13>();
-        EXPECT_EQ(layers.AEGP_GetLayerObjectType(session.layer(child), &type), A_Err_NONE);
-        EXPECT_EQ(layers.AEGP_GetLayerFlags(session.layer(child), &flags), A_Err_NONE);
-        EXPECT_EQ(type, c.type);
-        EXPECT_EQ(flags, c.flags);
+        EXPECT_EQ(got(session.layers().AEGP_GetLayerObjectType, session.layer(child)), c.type);
+        EXPECT_EQ(got(session.layers().AEGP_GetLayerFlags, session.layer(child)), c.flags);
     }
 }
 
+struct FlagCase {
+    AEGP_LayerFlags flag;
+    bool Layer::*member;
+    bool whenOn; ///< the member's value
+};
+
+constexpr FlagCase flagCases[] = {
+    {AEGP_LayerFlag_VIDEO_ACTIVE, &Layer::hidden, false},
+    {AEGP_LayerFlag_MOTION_BLUR, &Layer::motionBlur, true},
+    {AEGP_LayerFlag_AUTO_ORIENT_ROTATION, &Layer::autoOrient, true},
+};
+
 TEST(LayerSuite, SetsTheFlagsThatAFileHolds) {
-    struct Case {
-        AEGP_LayerFlags flag;
-        bool Layer::*member;
-        bool whenOn; ///< the member's value
-    };
-    constexpr Case cases[] = {
-        {AEGP_LayerFlag_VIDEO_ACTIVE, &Layer::hidden, false},
-        {AEGP_LayerFlag_MOTION_BLUR, &Layer::motionBlur, true},
-        {AEGP_LayerFlag_AUTO_ORIENT_ROTATION, &Layer::autoOrient, true},
-    };
-    for (const Case& c : cases) {
+    for (const FlagCase& c : flagCases) {
         SCOPED_TRACE(c.flag);
         auto document = smallDocument();
         Layer& layer = *document->layers[child];
         layer.*c.member = c.whenOn;
         Session session(std::move(document));
-        const auto& layers = session.table<AEGP_LayerSuite13>();
-        EXPECT_EQ(layers.AEGP_SetLayerFlag(session.layer(child), c.flag, 1), A_Err_NONE);
+        const auto set = [&](A_Boolean value) {
+            EXPECT_EQ(session.layers().AEGP_SetLayerFlag(session.layer(child), c.flag, value), A_Err_NONE);
+        };
+        set(1);
         EXPECT_FALSE(layer.changed) << "it is on";
-        session.undoGroup("off");
-        EXPECT_EQ(layers.AEGP_SetLayerFlag(session.layer(child), c.flag, 0), A_Err_NONE);
-        session.endGroup();
+        session.inGroup([&] { set(0); });
         EXPECT_EQ(layer.*c.member, !c.whenOn);
         EXPECT_TRUE(layer.changed);
         EXPECT_EQ(session.undo(), A_Err_NONE);
         EXPECT_EQ(layer.*c.member, c.whenOn);
         EXPECT_FALSE(layer.changed);
+        EXPECT_NE(session.layers().AEGP_SetLayerFlag(session.layer(child), AEGP_LayerFlag_GUIDE_LAYER, 1), A_Err_NONE);
+        EXPECT_EQ(session.host.reports().size(), 1u) << "what a file does not hold is refused in words";
     }
-    Session session;
-    EXPECT_NE(session.table<AEGP_LayerSuite13>().AEGP_SetLayerFlag(session.layer(child), AEGP_LayerFlag_GUIDE_LAYER, 1),
-              A_Err_NONE);
-    EXPECT_EQ(session.host.reports().size(), 1u);
 }
 
 } // namespace

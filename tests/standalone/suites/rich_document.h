@@ -67,21 +67,20 @@ inline std::unique_ptr<Composition> richDocument() {
     return document;
 }
 
-inline void describe(const Stream* stream, std::string& text) {
-    if (stream == nullptr)
-        return;
-    for (const double number : stream->value)
+inline std::string described(const Stream& stream) {
+    std::string text;
+    for (const double number : stream.value)
         text += ' ' + std::to_string(number);
-    for (const double number : stream->keys.values)
+    for (const double number : stream.keys.values)
         text += " key " + std::to_string(number);
-    text += stream->changed ? " changed" : "";
-    text += stream->expressionEnabled ? " expression" : "";
+    return text + (stream.changed ? " changed" : "") + (stream.expressionEnabled ? " expression" : "");
 }
 
-inline void describe(const TreeNode& node, std::string& text) {
-    text += std::to_string(static_cast<int>(node.kind)) + ' ' + node.name + (node.listChanged ? " list changed" : "") +
-            (node.rotoBezier ? " roto" : "");
-    describe(node.stream, text);
+inline std::string described(const TreeNode& node) {
+    std::string text = std::to_string(static_cast<int>(node.kind)) + ' ' + node.name +
+                       (node.listChanged ? " list changed" : "") + (node.rotoBezier ? " roto" : "");
+    if (node.stream)
+        text += described(*node.stream);
     if (node.path) {
         for (const PathVertex& v : node.path->value.vertices)
             text += " (" + std::to_string(v.x) + ' ' + std::to_string(v.y) + ')';
@@ -90,8 +89,9 @@ inline void describe(const TreeNode& node, std::string& text) {
     text += '\n';
     for (const auto& below : node.children) {
         EXPECT_EQ(below->parent, &node);
-        describe(*below, text);
+        text += described(*below);
     }
+    return text;
 }
 
 /// All that suites can change of a composition, to be compared.
@@ -103,95 +103,9 @@ inline std::string described(const Composition& composition) {
                 (layer->hidden ? " hidden" : "") + (layer->changed ? " changed" : "") +
                 (layer->transform.separated ? " separated\n" : "\n");
         if (layer->tree)
-            describe(*layer->tree, text);
+            text += described(*layer->tree);
     }
     return text;
 }
-
-/// A session over the rich document, with the calls that take a plug-in to a stream.
-class RichSession : public Session {
-public:
-    explicit RichSession(std::unique_ptr<Composition> document = richDocument()) : Session(std::move(document)) {}
-
-    const AEGP_DynamicStreamSuite5& tree() { return table<AEGP_DynamicStreamSuite5>(); }
-    const AEGP_StreamSuite9& streams() { return table<AEGP_StreamSuite9>(); }
-    const AEGP_LayerSuite13& layers() { return table<AEGP_LayerSuite13>(); }
-    const AEGP_LayerMaskSuite6& masks() { return table<AEGP_LayerMaskSuite6>(); }
-
-    AEGP_StreamRefH root(AEGP_LayerH of) {
-        AEGP_StreamRefH handle = nullptr;
-        EXPECT_EQ(tree().AEGP_GetNewStreamRefForLayer(id(), of, &handle), A_Err_NONE);
-        return handle;
-    }
-
-    /// Disposes of the group. A step that starts with a digit is an index.
-    AEGP_StreamRefH below(AEGP_StreamRefH group, std::initializer_list<const char*> path) {
-        for (const char* step : path) {
-            AEGP_StreamRefH next = nullptr;
-            const bool isIndex = *step >= '0' && *step <= '9';
-            EXPECT_EQ(isIndex ? tree().AEGP_GetNewStreamRefByIndex(id(), group, *step - '0', &next)
-                              : tree().AEGP_GetNewStreamRefByMatchname(id(), group, step, &next),
-                      A_Err_NONE)
-                << step;
-            dispose(group);
-            group = next;
-        }
-        return group;
-    }
-
-    AEGP_MaskRefH mask(AEGP_LayerH of, A_long index) {
-        AEGP_MaskRefH handle = nullptr;
-        EXPECT_EQ(masks().AEGP_GetLayerMaskByIndex(of, index, &handle), A_Err_NONE);
-        return handle;
-    }
-
-    AEGP_StreamRefH maskStream(AEGP_MaskRefH of, AEGP_MaskStream which) {
-        AEGP_StreamRefH handle = nullptr;
-        EXPECT_EQ(streams().AEGP_GetNewMaskStream(id(), of, which, &handle), A_Err_NONE);
-        return handle;
-    }
-
-    /// Sets a stream to what another has at frame 0. Disposes of both.
-    void copyValue(AEGP_StreamRefH from, AEGP_StreamRefH to) {
-        AEGP_StreamValue2 value = open(from);
-        EXPECT_EQ(streams().AEGP_SetStreamValue(id(), to, &value), A_Err_NONE);
-        close(value);
-        dispose(from);
-        dispose(to);
-    }
-
-    std::u16string nameOf(AEGP_StreamRefH stream) {
-        AEGP_MemHandle name = nullptr;
-        EXPECT_EQ(streams().AEGP_GetStreamName(id(), stream, 0, &name), A_Err_NONE);
-        return takeText(name);
-    }
-
-    /// Selects a stream, which is disposed of.
-    void select(AEGP_StreamRefH stream) {
-        const auto& collections = table<AEGP_CollectionSuite2>();
-        AEGP_Collection2H selection = nullptr;
-        AEGP_CollectionItemV2 item{};
-        item.type = AEGP_CollectionItemType_STREAMREF;
-        item.stream_refH = stream;
-        EXPECT_EQ(collections.AEGP_NewCollection(id(), &selection), A_Err_NONE);
-        EXPECT_EQ(collections.AEGP_CollectionPushBack(selection, &item), A_Err_NONE);
-        EXPECT_EQ(table<AEGP_CompSuite15>().AEGP_SetSelection(comp(), selection), A_Err_NONE);
-        EXPECT_EQ(collections.AEGP_DisposeCollection(selection), A_Err_NONE);
-    }
-
-    A_Err command(AEGP_Command number) { return table<AEGP_CommandSuite1>().AEGP_DoCommand(number); }
-    [[nodiscard]] std::string document() { return described(host.outcome()); }
-
-    /// That everything came back and nothing was misused.
-    void expectClean() {
-        const HandOuts out = host.balance();
-        EXPECT_EQ(out.streams + out.values + out.masks + out.maskOutlines + out.textOutlines + out.memory +
-                      out.collections + out.keyBatches + out.undoGroups,
-                  0)
-            << out.text();
-        for (const Misuse misuse : host.misuses())
-            ADD_FAILURE() << textOf(misuse);
-    }
-};
 
 } // namespace jostle::standalone::test
