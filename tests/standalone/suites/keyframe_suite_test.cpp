@@ -103,6 +103,7 @@ TEST(Undo, TakesBackExactlyTheLastGroup) {
     session.inGroup([&] { copy = got(session.comps().AEGP_DuplicateComp, session.comp()); });
     const AEGP_LayerH layer = session.layer(child, copy);
     const AEGP_StreamRefH rotation = session.stream(layer, AEGP_LayerStream_ROTATION);
+    const std::string before = session.document();
     session.inGroup([&] {
         session.addKeys(rotation, {{0, 1}, {4, 2}});
         EXPECT_EQ(session.layers().AEGP_SetLayerParent(layer, nullptr), A_Err_NONE);
@@ -115,22 +116,16 @@ TEST(Undo, TakesBackExactlyTheLastGroup) {
         EXPECT_TRUE(original.layers[child]->transform.rotation.keys.empty()) << "a duplicate is apart";
         EXPECT_NE(session.undo(), A_Err_NONE) << "not while a group is open";
     });
-
     ASSERT_EQ(session.undo(), A_Err_NONE);
     ASSERT_TRUE(session.host.duplicated()) << "made by the group before";
     EXPECT_EQ(session.outcome().item->name, "Scene 2");
-    EXPECT_EQ(session.outcome().outFrame, 100);
-    EXPECT_EQ(session.outcome(child).parent, &session.outcome(holder));
+    EXPECT_EQ(session.document(), before);
     EXPECT_FALSE(session.outcome(child).motionBlur);
-    EXPECT_FALSE(session.outcome(child).changed);
     EXPECT_TRUE(session.outcome(child).transform.rotation.keys.empty());
-    EXPECT_EQ(session.outcome(child).transform.position.value[0], 30);
-
     ASSERT_EQ(session.undo(), A_Err_NONE);
     EXPECT_FALSE(session.host.duplicated());
-    A_long count = 0;
-    EXPECT_NE(session.layers().AEGP_GetCompNumLayers(copy, &count), A_Err_NONE) << "the duplicate is gone";
-    EXPECT_NE(session.keyframes().AEGP_GetStreamNumKFs(rotation, &count), A_Err_NONE);
+    EXPECT_NE(asked(session.layers().AEGP_GetCompNumLayers, copy).first, A_Err_NONE) << "the duplicate is gone";
+    EXPECT_NE(asked(session.keyframes().AEGP_GetStreamNumKFs, rotation).first, A_Err_NONE);
     session.dispose({rotation}); // still has to come back
     EXPECT_EQ(session.host.balance().streams, 0);
 }

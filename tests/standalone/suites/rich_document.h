@@ -26,42 +26,30 @@ inline PathValue square(double size) {
     return {{{0, 0}, {size, 0}, {size, size}, {0, size}}, true};
 }
 
-inline TreeNode& addMask(Layer& layer, const char* name, double size) {
-    if (!layer.tree)
-        layer.tree = bareTree(layer);
-    TreeNode* masks = childOf(*layer.tree, NodeKind::MaskParade);
-    TreeNode& mask = addNode(masks == nullptr ? addNode(*layer.tree, NodeKind::MaskParade) : *masks, NodeKind::Mask);
-    mask.name = name;
-    childOf(mask, NodeKind::MaskShape)->path->value = square(size);
-    childOf(mask, NodeKind::MaskOpacity)->stream->value[0] = size;
-    return mask;
-}
-
-/// A group of a rectangle with a fill.
-inline TreeNode& addGroup(TreeNode& list, const char* name) {
-    TreeNode& group = addNode(list, NodeKind::Group);
-    group.name = name;
-    TreeNode* contents = childOf(group, NodeKind::GroupContents);
-    if (contents == nullptr)
-        contents = &addNode(group, NodeKind::GroupContents);
-    TreeNode& rectangle = addNode(*contents, NodeKind::Rectangle);
-    childOf(rectangle, NodeKind::RectanglePosition)->stream->value = {3, 4, 0};
-    addNode(*contents, NodeKind::Fill);
-    return group;
-}
-
-/// The small document with two masks on the child, "one" of 10 and "two" of 20 pixels, and two groups and a path in the
-/// shape layer.
+/// The small document with two masks on the child, "one" of 10 and "two" of 20 pixels, and in the shape layer two
+/// groups of a rectangle with a fill, and a path.
 inline std::unique_ptr<Composition> richDocument() {
     auto document = smallDocument();
-    addMask(*document->layers[child], "one", 10);
-    addMask(*document->layers[child], "two", 20);
+    Layer& solid = *document->layers[child];
+    solid.tree = bareTree(solid);
+    TreeNode& masks = addNode(*solid.tree, NodeKind::MaskParade);
+    for (const auto& [name, size] : {std::pair("one", 10.0), std::pair("two", 20.0)}) {
+        TreeNode& mask = addNode(masks, NodeKind::Mask);
+        mask.name = name;
+        childOf(mask, NodeKind::MaskShape)->path->value = square(size);
+        childOf(mask, NodeKind::MaskOpacity)->stream->value[0] = size;
+    }
     Layer& shape = *document->layers[separated];
     shape.name = "shape";
     shape.tree = bareTree(shape);
     TreeNode& contents = addNode(*shape.tree, NodeKind::VectorsRoot);
-    addGroup(contents, "first");
-    addGroup(contents, "second");
+    for (const char* name : {"first", "second"}) {
+        TreeNode& group = addNode(contents, NodeKind::Group);
+        group.name = name;
+        TreeNode& elements = *childOf(group, NodeKind::GroupContents);
+        childOf(addNode(elements, NodeKind::Rectangle), NodeKind::RectanglePosition)->stream->value = {3, 4, 0};
+        addNode(elements, NodeKind::Fill);
+    }
     childOf(addNode(contents, NodeKind::Path), NodeKind::PathShape)->path->value = square(5);
     document->details = std::make_shared<FakeDetails>();
     return document;

@@ -99,9 +99,6 @@ public:
     }
 
     AEGP_MaskRefH mask(AEGP_LayerH of, A_long index) { return got(masks().AEGP_GetLayerMaskByIndex, of, index); }
-    AEGP_StreamRefH maskStream(AEGP_MaskRefH of, AEGP_MaskStream which) {
-        return got(streams().AEGP_GetNewMaskStream, id(), of, which);
-    }
 
     /// A value as the stream has it at a frame, to be disposed of.
     AEGP_StreamValue2 open(AEGP_StreamRefH stream, A_long frame = 0) {

@@ -200,8 +200,17 @@ TEST(TextLayerSuite, TakesTheTurnOutOfGlyphs) {
 
 /// Calls a function by the slot at which an older version publishes it.
 template<class Suite, class... Parameters>
-A_Err callAt(std::size_t slot, Session& session, Parameters... parameters) {
-    return reinterpret_cast<A_Err (*)(Parameters...)>(session.table<Suite>().slots[slot])(parameters...);
+void callAt(std::size_t slot, Session& session, Parameters... parameters) {
+    const auto call = reinterpret_cast<A_Err (*)(Parameters...)>(session.table<Suite>().slots[slot]);
+    EXPECT_EQ(call(parameters...), A_Err_NONE) << Suite::suiteName << ' ' << slot;
+}
+
+/// What such a call gives at its last parameter.
+template<class Suite, class Answer, class... Parameters>
+Answer gotAt(std::size_t slot, Session& session, Parameters... parameters) {
+    Answer answer{};
+    callAt<Suite>(slot, session, parameters..., &answer);
+    return answer;
 }
 
 TEST(OlderSuites, NameThingsInBuffersThatTheyDoNotOverrun) {
@@ -211,39 +220,39 @@ TEST(OlderSuites, NameThingsInBuffersThatTheyDoNotOverrun) {
     A_char name[33];
     A_char source[AEGP_MAX_LAYER_NAME_SIZE];
     name[32] = 'x';
-    EXPECT_EQ(callAt<AEGP_LayerSuite11>(7, session, session.layer(child), &name[0], &source[0]), A_Err_NONE);
+    callAt<AEGP_LayerSuite11>(7, session, session.layer(child), &name[0], &source[0]);
     EXPECT_EQ(std::string(name), std::string(30, 'n'));
     EXPECT_EQ(name[32], 'x');
     EXPECT_STREQ(source, "Solid");
-    EXPECT_EQ(callAt<AEGP_LayerSuite11>(40, session, session.layer(child), "short"), A_Err_NONE);
+    callAt<AEGP_LayerSuite11>(40, session, session.layer(child), "short");
     EXPECT_EQ(session.outcome(child).name, "short");
-    AEGP_ItemH item = nullptr;
-    AEGP_CompH comp = nullptr;
-    EXPECT_EQ(callAt<AEGP_ItemSuite11>(2, session, &item), A_Err_NONE);
-    EXPECT_EQ(callAt<AEGP_ItemSuite11>(7, session, item, &name[0]), A_Err_NONE);
+    const auto item = gotAt<AEGP_ItemSuite11, AEGP_ItemH>(2, session);
+    callAt<AEGP_ItemSuite11>(7, session, item, &name[0]);
     EXPECT_STREQ(name, "Scene");
-    EXPECT_EQ(callAt<AEGP_CompSuite11>(0, session, item, &comp), A_Err_NONE);
-    AEGP_LayerH made = nullptr;
-    const A_Time length{4, 25};
-    EXPECT_EQ(callAt<AEGP_CompSuite11>(23, session, "centre", comp, &length, &made), A_Err_NONE);
+    const A_Time none{0, 0};
+    const auto comp = gotAt<AEGP_CompSuite11, AEGP_CompH>(0, session, item);
+    const auto made = gotAt<AEGP_CompSuite11, AEGP_LayerH>(23, session, "centre", comp, &none);
     EXPECT_EQ(session.outcome(0).name, "centre");
-    A_Time frame{};
-    EXPECT_EQ(callAt<AEGP_CompSuite11>(28, session, comp, &frame), A_Err_NONE);
-    EXPECT_EQ(frame.scale, 25u * static_cast<A_u_long>(frame.value));
-    const char* const matchName = "ADBE Transform Group";
-    AEGP_StreamRefH root = nullptr, transform = nullptr;
-    EXPECT_EQ(callAt<AEGP_DynamicStreamSuite2>(0, session, session.id(), made, &root), A_Err_NONE);
-    EXPECT_EQ(callAt<AEGP_DynamicStreamSuite2>(7, session, session.id(), root, matchName, &transform), A_Err_NONE);
-    A_char matched[AEGP_MAX_STREAM_MATCH_NAME_SIZE];
-    EXPECT_EQ(callAt<AEGP_DynamicStreamSuite3>(14, session, transform, &matched[0]), A_Err_NONE);
-    EXPECT_STREQ(matched, matchName);
-    EXPECT_EQ(callAt<AEGP_StreamSuite7>(8, session, root, A_Boolean{0}, &name[0]), A_Err_NONE);
+    const auto root = gotAt<AEGP_DynamicStreamSuite2, AEGP_StreamRefH>(0, session, session.id(), made);
+    callAt<AEGP_StreamSuite7>(8, session, root, A_Boolean{0}, &name[0]);
     EXPECT_STREQ(name, "centre");
-    for (const AEGP_StreamRefH stream : {root, transform})
-        EXPECT_EQ(callAt<AEGP_StreamSuite8>(7, session, stream), A_Err_NONE);
-    EXPECT_EQ(callAt<AEGP_UtilitySuite7>(5, session, "older"), A_Err_NONE);
-    EXPECT_EQ(callAt<AEGP_UtilitySuite7>(6, session), A_Err_NONE);
+    callAt<AEGP_StreamSuite8>(7, session, root);
     session.expectClean();
+}
+
+TEST(OlderSuites, HaveTheirOwnSlotsWhereCallsWereAddedLater) {
+    Session session;
+    const A_Time frame = gotAt<AEGP_CompSuite11, A_Time>(28, session, session.comp());
+    EXPECT_EQ(frame.scale, 25u * static_cast<A_u_long>(frame.value));
+    const char* const group = "ADBE Transform Group";
+    const AEGP_StreamRefH root = session.root(session.layer(child));
+    const auto transform = gotAt<AEGP_DynamicStreamSuite2, AEGP_StreamRefH>(7, session, session.id(), root, group);
+    A_char matchName[AEGP_MAX_STREAM_MATCH_NAME_SIZE];
+    callAt<AEGP_DynamicStreamSuite3>(14, session, transform, &matchName[0]);
+    EXPECT_STREQ(matchName, group);
+    callAt<AEGP_UtilitySuite7>(5, session, "older");
+    callAt<AEGP_UtilitySuite7>(6, session);
+    session.expectClean({root, transform});
 }
 
 } // namespace
