@@ -19,6 +19,7 @@ TEST(DocumentHost, ShowsTheDocumentAsItsProject) {
     const auto& projects = session.table<AEGP_ProjSuite8>();
     const AEGP_ProjectH project = got(projects.AEGP_GetProjectByIndex, 0);
     EXPECT_EQ(session.takeText(got(projects.AEGP_GetProjectPath, project)), u"/films/scene.json");
+    EXPECT_EQ(got(session.layers().AEGP_GetLayerSourceItem, session.layer(separated)), nullptr) << "of a shape";
 }
 
 TEST(DocumentHost, CutsLongProjectNamesBetweenCharacters) {
@@ -35,17 +36,6 @@ TEST(DocumentHost, CutsLongProjectNamesBetweenCharacters) {
     }
 }
 
-TEST(DocumentHost, TellsASolidFromOtherSources) {
-    Session session;
-    const auto& footages = session.table<AEGP_FootageSuite11>();
-    const AEGP_ItemH item = got(session.layers().AEGP_GetLayerSourceItem, session.layer(child));
-    EXPECT_EQ(got(footages.AEGP_GetFootageSignature, got(footages.AEGP_GetMainFootageFromItem, item)),
-              static_cast<AEGP_FootageSignature>(AEGP_FootageSignature_SOLID));
-    EXPECT_EQ(got(footages.AEGP_GetSolidFootageColor, item, A_Boolean{0}).greenF, 0.5);
-    EXPECT_EQ(got(session.layers().AEGP_GetLayerSourceItem, session.layer(separated)), nullptr)
-        << "a shape has no source";
-}
-
 TEST(DocumentHost, CountsWhatIsStillOut) {
     Session session;
     const AEGP_StreamRefH position = session.stream(session.layer(child), AEGP_LayerStream_POSITION);
@@ -58,28 +48,25 @@ TEST(DocumentHost, CountsWhatIsStillOut) {
     session.expectClean();
 }
 
-A_Err hookThatHandles(AEGP_GlobalRefcon, AEGP_CommandRefcon refcon, AEGP_Command command, AEGP_HookPriority, A_Boolean,
-                      A_Boolean* handled) {
-    *handled = command == *reinterpret_cast<AEGP_Command*>(refcon);
-    return A_Err_NONE;
-}
-
-TEST(DocumentHost, RunsTheHooksOfAPlugIn) {
+TEST(DocumentHost, PicksNoMenuItemThatNoHookHasEnabled) {
     Session session;
-    static AEGP_Command ours = 0;
     static const AEGP_CommandSuite1* commands = nullptr;
+    static AEGP_Command ours = 0;
     commands = &session.table<AEGP_CommandSuite1>();
-    const auto& hooks = session.table<AEGP_RegisterSuite6>();
     ours = got(commands->AEGP_GetUniqueCommand);
-    ASSERT_EQ(commands->AEGP_InsertMenuCommand(ours, "Jostle", AEGP_Menu_WINDOW, AEGP_MENU_INSERT_SORTED), A_Err_NONE);
-    ASSERT_EQ(hooks.AEGP_RegisterCommandHook(1, AEGP_HP_BeforeAE, AEGP_Command_ALL, hookThatHandles,
-                                             reinterpret_cast<AEGP_CommandRefcon>(&ours)),
-              A_Err_NONE);
-    EXPECT_FALSE(session.host.chooseCommand(ours)) << "no hook has enabled the item yet";
-    const auto enable = [](AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) {
+    EXPECT_EQ(commands->AEGP_InsertMenuCommand(ours, "Jostle", AEGP_Menu_WINDOW, AEGP_MENU_INSERT_SORTED), A_Err_NONE);
+    const AEGP_CommandHook handle = [](AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command command, AEGP_HookPriority,
+                                       A_Boolean, A_Boolean* handled) {
+        *handled = command == ours;
+        return A_Err{A_Err_NONE};
+    };
+    const auto& hooks = session.table<AEGP_RegisterSuite6>();
+    EXPECT_EQ(hooks.AEGP_RegisterCommandHook(1, AEGP_HP_BeforeAE, AEGP_Command_ALL, handle, nullptr), A_Err_NONE);
+    EXPECT_FALSE(session.host.chooseCommand(ours));
+    const AEGP_UpdateMenuHook enable = [](AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) {
         return commands->AEGP_EnableCommand(ours);
     };
-    ASSERT_EQ(hooks.AEGP_RegisterUpdateMenuHook(1, enable, nullptr), A_Err_NONE);
+    EXPECT_EQ(hooks.AEGP_RegisterUpdateMenuHook(1, enable, nullptr), A_Err_NONE);
     EXPECT_TRUE(session.host.chooseCommand(ours));
     EXPECT_FALSE(session.host.chooseCommand(ours + 1)) << "in no menu";
 }
