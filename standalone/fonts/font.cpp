@@ -11,17 +11,11 @@
 #include <hb-ot.h>
 #include <hb.h>
 
+#include "standalone/fonts/destroy.h"
+
 namespace jostle::standalone {
 
 namespace {
-
-template<auto destroy>
-struct Destroy {
-    template<class T>
-    void operator()(T* thing) const {
-        destroy(thing);
-    }
-};
 
 /// FreeType itself, which all fonts share; it goes with the last of them.
 std::shared_ptr<FT_LibraryRec_> freeType() {

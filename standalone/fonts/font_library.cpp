@@ -8,19 +8,13 @@
 
 #include <fontconfig/fontconfig.h>
 
+#include "standalone/fonts/destroy.h"
 #include "standalone/fonts/font_style.h"
 
 namespace jostle::standalone {
 
 namespace {
 
-template<auto destroy>
-struct Destroy {
-    template<class T>
-    void operator()(T* thing) const {
-        destroy(thing);
-    }
-};
 using Pattern = std::unique_ptr<FcPattern, Destroy<FcPatternDestroy>>;
 
 const FcChar8* bytes(const std::string& text) {
