@@ -1,32 +1,40 @@
 #include "standalone/lottie/layer_details_reader.h"
 
-#include <functional>
-
-#include <gtest/gtest.h>
-
 #include "standalone/document/evaluate.h"
+#include "tests/standalone/lottie/documents.h"
 
 namespace jostle::standalone {
 namespace {
 
-ReadResult documentOf(const std::string& layer, const std::string& more = R"("v":"5.7.4",)") {
-    return readLottie("{" + more + R"("fr":25,"op":100,"w":640,"h":480,"layers":[)" + layer + "]}", "t.json");
+using enum NodeKind;
+
+ReadResult layersOf(const std::string& layers, const std::string& more = R"("v":"5.7.4",)") {
+    return readLottie(documentOf(layers, more), "t.json");
 }
 
 ReadResult shapesOf(const std::string& shapes, const std::string& more = R"("v":"5.7.4",)") {
-    return documentOf(R"({"ty":4,"shapes":)" + shapes + "}", more);
+    return layersOf(R"({"ty":4,"shapes":)" + shapes + "}", more);
 }
 
-TreeNode& treeOfFirst(const ReadResult& read) {
-    return treeOf(*read.composition, *read.composition->layers[0]);
+const TreeNode& firstTree(const ReadResult& read) {
+    return firstTree(*read.composition);
+}
+
+/// An element of the first layer's shapes.
+TreeNode& shapeAt(const ReadResult& read, std::size_t index = 0) {
+    return *firstTree(read).children[0]->children[index];
+}
+
+const Stream& streamAt(TreeNode& element, NodeKind kind) {
+    return *nodeAt(element, kind).stream;
 }
 
 /// Names and kinds of a tree in short, to compare at a glance: elements by their type, lists in brackets.
 std::string outlineOf(const TreeNode& node) {
     std::string out = *factsOf(node).member ? factsOf(node).member : "?";
-    if (node.kind == NodeKind::OtherElement)
+    if (node.kind == OtherElement)
         out = '<' + node.matchName + '>';
-    if (factsOf(node).grouping != Grouping::Indexed && node.kind != NodeKind::Group)
+    if (factsOf(node).grouping != Grouping::Indexed && node.kind != Group)
         return out;
     out += '[';
     for (const auto& child : node.children)
@@ -58,29 +66,24 @@ TEST(LayerDetails, ShapesInTheOrderOfTheFile) {
     };
     for (const Case& c : cases) {
         const ReadResult read = shapesOf(c.shapes);
-        EXPECT_EQ(outlineOf(*treeOfFirst(read).children[0]), c.outline) << c.name;
+        EXPECT_EQ(outlineOf(*firstTree(read).children[0]), c.outline) << c.name;
     }
 }
 
 TEST(LayerDetails, RootsOfALayer) {
-    struct Case {
-        const char* layer;
-        std::vector<NodeKind> kinds;
+    const std::pair<const char*, std::vector<NodeKind>> cases[] = {
+        {R"({"ty":4})", {VectorsRoot, TransformGroup}},
+        {R"({"ty":1,"shapes":[{"ty":"rc"}]})", {TransformGroup}},
+        {R"({"ty":1,"masksProperties":[]})", {TransformGroup}},
+        {R"({"ty":4,"masksProperties":[{},2]})", {VectorsRoot, MaskParade, TransformGroup}},
+        {"null", {TransformGroup}},
     };
-    const Case cases[] = {
-        {R"({"ty":4})", {NodeKind::VectorsRoot, NodeKind::TransformGroup}},
-        {R"({"ty":1,"shapes":[{"ty":"rc"}]})", {NodeKind::TransformGroup}},
-        {R"({"ty":1,"masksProperties":[]})", {NodeKind::TransformGroup}},
-        {R"({"ty":4,"masksProperties":[{},2]})",
-         {NodeKind::VectorsRoot, NodeKind::MaskParade, NodeKind::TransformGroup}},
-        {"null", {NodeKind::TransformGroup}},
-    };
-    for (const Case& c : cases) {
-        const ReadResult read = documentOf(c.layer);
+    for (const auto& [layer, expected] : cases) {
+        const ReadResult read = layersOf(layer);
         std::vector<NodeKind> kinds;
-        for (const auto& child : treeOfFirst(read).children)
+        for (const auto& child : firstTree(read).children)
             kinds.push_back(child->kind);
-        EXPECT_EQ(kinds, c.kinds) << c.layer;
+        EXPECT_EQ(kinds, expected) << layer;
     }
 }
 
@@ -91,29 +94,26 @@ TEST(LayerDetails, ValuesOfLeaves) {
             {"ty":"sr","sy":2,"pt":{"k":5},"or":{"k":[50]}},
             {"ty":"fl","c":{"k":[1,0.5,0,1]}},
             {"ty":"tr","p":{"k":[5,6,7]},"r":{"k":45,"x":"wiggle"}}]}])");
-    const TreeNode& group = *treeOfFirst(read).children[0]->children[0];
-    EXPECT_EQ(group.name, "G");
-    const TreeNode& contents = *childOf(group, NodeKind::GroupContents);
-    const TreeNode& rectangle = *contents.children[0];
-    EXPECT_EQ(childOf(rectangle, NodeKind::RectangleSize)->stream->value, (Components{30, 40, 0}));
-    EXPECT_TRUE(childOf(rectangle, NodeKind::RectangleRoundness)->source.empty()) << "not in the file";
-    const TreeNode& position = *childOf(rectangle, NodeKind::RectanglePosition);
+    EXPECT_EQ(shapeAt(read).name, "G");
+    const auto& contents = nodeAt(shapeAt(read), GroupContents).children;
+    TreeNode &rectangle = *contents[0], &star = *contents[1], &transform = nodeAt(shapeAt(read), GroupTransform);
+    EXPECT_EQ(streamAt(rectangle, RectangleSize).value, (Components{30, 40, 0}));
+    EXPECT_TRUE(nodeAt(rectangle, RectangleRoundness).source.empty()) << "not in the file";
+    const TreeNode& position = nodeAt(rectangle, RectanglePosition);
     EXPECT_TRUE(position.hasSeparatedSource);
     EXPECT_EQ(valueAt(*position.stream, 4), (Components{7, 5, 0}));
-    const TreeNode& star = *contents.children[1];
-    EXPECT_EQ(childOf(star, NodeKind::StarType)->stream->value[0], 2);
-    EXPECT_EQ(childOf(star, NodeKind::StarPoints)->stream->value[0], 5);
-    EXPECT_EQ(childOf(star, NodeKind::StarOuterRadius)->stream->value[0], 50);
-    EXPECT_EQ(childOf(*contents.children[2], NodeKind::FillColor)->stream->value, (Components{1, 0.5, 0}));
-    const TreeNode& transform = *childOf(group, NodeKind::GroupTransform);
-    EXPECT_EQ(childOf(transform, NodeKind::GroupPosition)->stream->components, 3);
-    EXPECT_EQ(childOf(transform, NodeKind::GroupScale)->stream->value, (Components{100, 100, 0}));
-    EXPECT_EQ(childOf(transform, NodeKind::GroupOpacity)->stream->value[0], 100);
-    const TreeNode& rotation = *childOf(transform, NodeKind::GroupRotation);
-    EXPECT_TRUE(rotation.stream->hasExpression);
-    EXPECT_EQ(read.composition->details->expressionAt(rotation.source), "wiggle");
-    EXPECT_EQ(read.composition->details->expressionAt(position.source), "") << "a dimension is no expression";
-    EXPECT_EQ(read.composition->details->expressionAt({}), "");
+    EXPECT_EQ(streamAt(star, StarType).value[0], 2);
+    EXPECT_EQ(streamAt(star, StarPoints).value[0], 5);
+    EXPECT_EQ(streamAt(star, StarOuterRadius).value[0], 50);
+    EXPECT_EQ(streamAt(*contents[2], FillColor).value, (Components{1, 0.5, 0}));
+    EXPECT_EQ(streamAt(transform, GroupScale).value, (Components{100, 100, 0})) << "the default";
+    EXPECT_EQ(streamAt(transform, GroupOpacity).value[0], 100);
+    EXPECT_EQ(streamAt(transform, GroupPosition).components, 3);
+    EXPECT_TRUE(streamAt(transform, GroupRotation).hasExpression);
+    const LayerDetails& details = *read.composition->details;
+    EXPECT_EQ(details.expressionAt(nodeAt(transform, GroupRotation).source), "wiggle");
+    EXPECT_EQ(details.expressionAt(position.source), "") << "a dimension is no expression";
+    EXPECT_EQ(details.expressionAt({}), "");
 }
 
 // Where both dimensions have keys at the same frames each keeps its easing; else whole frames are what they were.
@@ -124,12 +124,10 @@ TEST(LayerDetails, SeparatedPositionsBecomeOne) {
         const std::string y = R"({"k":[{"t":0,"s":[8],"h":0},{"t":)" + std::string(last) + R"(,"s":[28]}]})";
         const ReadResult whole = shapesOf(R"([{"ty":"el","p":{"s":true,"x":)" + x + ",\"y\":" + y + "}}]");
         const ReadResult parts = shapesOf(R"([{"ty":"st","o":)" + x + ",\"w\":" + y + "}]");
-        const Stream& merged =
-            *childOf(*treeOfFirst(whole).children[0]->children[0], NodeKind::EllipsePosition)->stream;
-        const TreeNode& stroke = *treeOfFirst(parts).children[0]->children[0];
+        const Stream& merged = streamAt(shapeAt(whole), EllipsePosition);
+        const Stream &first = streamAt(shapeAt(parts), StrokeOpacity), &second = streamAt(shapeAt(parts), StrokeWidth);
         for (const double frame : {-1.0, 0.0, 3.0, 10.0, 15.0, 17.0, 20.0, 30.0}) {
-            const Components expected{valueAt(*childOf(stroke, NodeKind::StrokeOpacity)->stream, frame)[0],
-                                      valueAt(*childOf(stroke, NodeKind::StrokeWidth)->stream, frame)[0], 0};
+            const Components expected{valueAt(first, frame)[0], valueAt(second, frame)[0], 0};
             EXPECT_EQ(valueAt(merged, frame), expected) << last << " at " << frame;
         }
     }
@@ -140,7 +138,8 @@ TEST(LayerDetails, Outlines) {
         const char* name;
         const char* members; ///< of the element
         const char* more;    ///< of the document
-        PathValue at5;
+        PathValue outline;
+        double frame = 5;
     };
     const std::string keys = R"("ks":{"k":[{"t":0,"s":[{"v":[[0,0],[10,0]],"c":true}]},)"
                              R"({"t":10,"s":[{"v":[[4,0],[10,8]]}]},{"t":20}]})";
@@ -165,59 +164,55 @@ TEST(LayerDetails, Outlines) {
         {"half way between keys, closed as the first", keys.c_str(), "", {{{2, 0}, {10, 4}}, true}},
         {"held", hold.c_str(), "", {{{1, 1}}}},
         {"different counts hold the first", counts.c_str(), "", {{{1, 1}}}},
-        {"two keys at one frame", leap.c_str(), "", {{{1, 0}}}},
+        {"before two keys at one frame", leap.c_str(), "", {{{1, 0}}}},
+        {"at the frame of two keys the later counts", leap.c_str(), "", {{{9, 9}}}, 10},
+        {"before the first key", leap.c_str(), "", {{{0, 0}}}, -1},
         {"from a slot", R"("ks":{"sid":"s"})", R"("slots":{"s":{"p":{"k":{"v":[[6,7]]}}}},)", {{{6, 7}}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const ReadResult read = shapesOf(std::string(R"([{"ty":"sh",)") + c.members + "}]", c.more);
         ASSERT_TRUE(read) << read.error;
-        const PathStream& path = *treeOfFirst(read).children[0]->children[0]->children[0]->path;
-        EXPECT_EQ(valueAt(path, 5), c.at5);
+        EXPECT_EQ(valueAt(*shapeAt(read).children[0]->path, c.frame), c.outline);
     }
-    const ReadResult read = shapesOf("[{\"ty\":\"sh\"," + leap + "}]");
-    const PathStream& path = *treeOfFirst(read).children[0]->children[0]->children[0]->path;
-    EXPECT_EQ(valueAt(path, 10).vertices[0].x, 9) << "at its frame the later key counts";
-    EXPECT_EQ(valueAt(path, -1).vertices[0].x, 0);
 }
 
 TEST(LayerDetails, Masks) {
-    const ReadResult read = documentOf(
+    const ReadResult read = layersOf(
         R"({"ty":1,"masksProperties":[{"nm":"M","mode":"n","cl":false,"pt":{"k":{"v":[[1,2]],"c":true}},
             "o":{"k":50},"x":{"k":3}},{"cl":true,"f":{"k":[4,5]}}]})",
         R"("v":"4.0.0",)");
-    const TreeNode& parade = *treeOfFirst(read).children[0];
-    ASSERT_EQ(parade.children.size(), 2u);
-    const TreeNode &first = *parade.children[0], &second = *parade.children[1];
-    EXPECT_EQ(first.name, "M");
-    EXPECT_FALSE(childOf(first, NodeKind::MaskShape)->path->value.closed) << "beside the path in this version";
-    EXPECT_EQ(childOf(first, NodeKind::MaskOpacity)->stream->value[0], 50);
-    EXPECT_EQ(childOf(first, NodeKind::MaskOffset)->stream->value[0], 3);
-    EXPECT_EQ(childOf(first, NodeKind::MaskFeather)->stream->value, Components{});
-    EXPECT_EQ(childOf(second, NodeKind::MaskOpacity)->stream->value[0], 100);
-    EXPECT_EQ(childOf(second, NodeKind::MaskFeather)->stream->value, (Components{4, 5, 0}));
+    const auto& masks = firstTree(read).children[0]->children;
+    ASSERT_EQ(masks.size(), 2u);
+    EXPECT_EQ(masks[0]->name, "M");
+    EXPECT_FALSE(nodeAt(*masks[0], MaskShape).path->value.closed) << "beside the path in this version";
+    EXPECT_EQ(streamAt(*masks[0], MaskOpacity).value[0], 50);
+    EXPECT_EQ(streamAt(*masks[0], MaskOffset).value[0], 3);
+    EXPECT_EQ(streamAt(*masks[0], MaskFeather).value, Components{});
+    EXPECT_EQ(streamAt(*masks[1], MaskOpacity).value[0], 100);
+    EXPECT_EQ(streamAt(*masks[1], MaskFeather).value, (Components{4, 5, 0}));
 }
 
 TEST(LayerDetails, ColoursOfOldVersions) {
     const std::string shapes =
         R"([{"ty":"fl","c":{"k":[{"t":0,"s":[255,51,0,255],"e":[0,0,0,255]},{"t":10}]}},{"ty":"st","c":{"k":[51,0,0,255]}}])";
     for (const auto& [version, factor] : {std::pair{"4.1.8", 1 / 255.0}, {"4.1.9", 1.0}, {"old", 1.0}}) {
+        SCOPED_TRACE(version);
         const ReadResult read = shapesOf(shapes, "\"v\":\"" + std::string(version) + "\",");
-        const TreeNode& list = *treeOfFirst(read).children[0];
-        const Stream& fill = *childOf(*list.children[0], NodeKind::FillColor)->stream;
-        EXPECT_EQ(valueAt(fill, 0), (Components{255 * factor, 51 * factor, 0})) << version;
-        EXPECT_NEAR(valueAt(fill, 5)[0], 127.5 * factor, 1e-9) << version;
-        EXPECT_EQ(childOf(*list.children[1], NodeKind::StrokeColor)->stream->value[0], 51 * factor) << version;
+        const Stream& fill = streamAt(shapeAt(read), FillColor);
+        EXPECT_EQ(valueAt(fill, 0), (Components{255 * factor, 51 * factor, 0}));
+        EXPECT_NEAR(valueAt(fill, 5)[0], 127.5 * factor, 1e-9);
+        EXPECT_EQ(streamAt(shapeAt(read, 1), StrokeColor).value[0], 51 * factor);
     }
 }
 
 TEST(LayerDetails, OpacityOfALayer) {
-    const ReadResult read = documentOf(R"({"ty":3,"ks":{"o":{"k":[{"t":0,"s":[0]},{"t":10,"s":[50]}]}}},{"ty":3})");
+    const ReadResult read = layersOf(R"({"ty":3,"ks":{"o":{"k":[{"t":0,"s":[0]},{"t":10,"s":[50]}]}}},{"ty":3})");
     EXPECT_EQ(valueAt(read.composition->layers[0]->transform.opacity, 5)[0], 25);
     EXPECT_EQ(read.composition->layers[1]->transform.opacity.value[0], 100);
-    TreeNode& transform = *treeOfFirst(read).children.back();
-    EXPECT_EQ(childOf(transform, NodeKind::Opacity)->stream, &read.composition->layers[0]->transform.opacity);
-    EXPECT_FALSE(childOf(transform, NodeKind::Opacity)->source.empty());
+    const TreeNode& opacity = nodeAt(*firstTree(read).children.back(), Opacity);
+    EXPECT_EQ(opacity.stream, &read.composition->layers[0]->transform.opacity);
+    EXPECT_FALSE(opacity.source.empty());
 }
 
 } // namespace

@@ -1,28 +1,17 @@
 #include "standalone/lottie/reader.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
-#include <gtest/gtest.h>
-
 #include "standalone/document/evaluate.h"
 #include "standalone/document/printable.h"
 #include "standalone/lottie/assets.h"
 #include "standalone/lottie/fields.h"
+#include "tests/standalone/lottie/documents.h"
 
 namespace jostle::standalone {
 namespace {
 
-/// A document of the given layers.
-std::string document(const std::string& layers, const std::string& more = "") {
-    return R"({"v":"5.7.4","fr":25,"ip":0,"op":100,"w":640,"h":480,"nm":"Scene")" + more + ",\"layers\":[" + layers +
-           "]}";
-}
-
 /// The transform of a document's only layer.
 Transform transformOf(const std::string& ks, const std::string& more = "") {
-    const ReadResult result = readLottie(document("{\"ty\":4,\"ks\":" + ks + "}", more), "t.json");
+    const ReadResult result = readLottie(documentOf("{\"ty\":4,\"ks\":" + ks + "}", more), "t.json");
     return result ? result.composition->layers[0]->transform : Transform{};
 }
 
@@ -44,15 +33,16 @@ TEST(Reader, Settings) {
 }
 
 TEST(Reader, LayersAndWhatTheyShow) {
-    const ReadResult read = readLottie(document(R"(
+    const char* assets = R"("assets":[{"id":"pic","w":32,"h":16,"p":"a.png"},
+        {"id":"pre","nm":"Inner","layers":[{"ty":2,"refId":"pic"}]},{"id":"loop","layers":[{"ty":0,"refId":"loop"}]}],)";
+    const ReadResult read = readLottie(documentOf(R"(
         {"ty":1,"nm":"floor","ind":7,"sw":300,"sh":20,"sc":"#FF0000","ip":2,"op":50.5,"st":-3,"sr":0,"hd":true,"mb":true},
         {"ty":2,"ind":7,"refId":"pic","parent":7,"hd":1,"td":1,"ao":1},
         {"ty":0,"refId":"pre","w":50,"h":60,"tt":1,"masksProperties":[{},{"pt":{}},3]},
         {"ty":0,"refId":"loop","w":50,"h":60,"tt":1,"tp":7},
         {"ty":3.0,"ind":3.0,"jostle":{"label":9,"guide":true}},
         {"ty":5},{"ty":99,"op":"x","ip":-1e12},null,{"parent":8},{"parent":5})",
-                                                R"(,"assets":[{"id":"pic","w":32,"h":16,"p":"a.png"},
-        {"id":"pre","nm":"Inner","layers":[{"ty":2,"refId":"pic"}]},{"id":"loop","layers":[{"ty":0,"refId":"loop"}]}])"),
+                                                  assets),
                                        "a.json");
     ASSERT_TRUE(read) << read.error;
     const auto& layers = read.composition->layers;
@@ -118,16 +108,20 @@ TEST(Reader, StaticProperties) {
         {"an array", "[1,2]", 3, {0, 0, 0}},
         {"a path", R"({"k":{"v":[]}})", 3, {0, 0, 0}},
         {"a says animated, k is not", R"({"a":1,"k":[1,2]})", 2, {1, 2, 0}},
+        {"from a slot", R"({"k":[1,2],"sid":"where"})", 2, {8, 9, 0}},
+        {"from a slot that is missing", R"({"k":[1,2],"sid":"nowhere"})", 2, {1, 2, 0}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const Stream position = transformOf(std::string("{\"p\":") + c.position + "}").position;
-        EXPECT_EQ(position.components, c.components);
-        EXPECT_EQ(position.value, c.value);
-        EXPECT_TRUE(position.keys.empty());
+        const Transform transform =
+            transformOf(std::string(R"({"s":{"k":[50,60]},"r":{"k":[45,1]},"p":)") + c.position + "}",
+                        R"("slots":{"where":{"p":{"k":[8,9]}}},)");
+        EXPECT_EQ(transform.position.components, c.components);
+        EXPECT_EQ(transform.position.value, c.value);
+        EXPECT_TRUE(transform.position.keys.empty());
+        EXPECT_EQ(transform.scale.value, (Components{50, 60, 0}));
+        EXPECT_EQ(transform.rotation.value, (Components{45, 0, 0}));
     }
-    EXPECT_EQ(transformOf(R"({"s":{"k":[50,60]}})").scale.value, (Components{50, 60, 0}));
-    EXPECT_EQ(transformOf(R"({"r":{"k":[45,1]}})").rotation.value, (Components{45, 0, 0}));
 }
 
 TEST(Reader, Keyframes) {
@@ -178,16 +172,10 @@ TEST(Reader, EasingHoldsAndTangents) {
     EXPECT_TRUE(t.rotation.keys.segments.empty()) << "linear keys need none";
 }
 
-TEST(Reader, SlotsExpressionsAndSeparatedDimensions) {
-    const Transform slotted = transformOf(R"({"p":{"k":[1,2],"sid":"where"},"r":{"k":3,"sid":"nowhere"}})",
-                                          R"(,"slots":{"where":{"p":{"k":[8,9]}}})");
-    EXPECT_EQ(slotted.position.value, (Components{8, 9, 0}));
-    EXPECT_EQ(slotted.rotation.value[0], 3);
-
-    const ReadResult read = readLottie(
-        document(
-            R"({"ty":4,"nm":"arm\n1","ddd":1,"ks":{"p":{"s":true,"x":{"k":1,"x":"var $bm_rt;"},"y":{"k":2}},"rz":{"k":30}}},{"ty":4})"),
-        "a.json");
+TEST(Reader, ExpressionsAndSeparatedDimensions) {
+    const char* arm = R"({"ty":4,"nm":"arm\n1","ddd":1,
+        "ks":{"p":{"s":true,"x":{"k":1,"x":"var $bm_rt;"},"y":{"k":2}},"rz":{"k":30}}},{"ty":4})";
+    const ReadResult read = readLottie(documentOf(arm), "a.json");
     ASSERT_TRUE(read) << read.error;
     const Transform& t = read.composition->layers[0]->transform;
     EXPECT_TRUE(t.separated);
@@ -205,13 +193,8 @@ TEST(Reader, SamplesHaveNoUnknownMembersInTransforms) {
         forEachChild(
             object, [&](const JsonValue& member) { EXPECT_NE(findField(table, member), nullptr) << member.pointer(); });
     };
-    for (const auto& entry : std::filesystem::directory_iterator(JOSTLE_TEST_DATA "/lottie")) {
-        if (entry.path().extension() != ".json")
-            continue;
-        SCOPED_TRACE(entry.path().filename());
-        std::ifstream file(entry.path(), std::ios::binary);
-        const ReadResult read =
-            readLottie({std::istreambuf_iterator<char>(file), {}}, entry.path().filename().string());
+    forEachSample([&](const std::string& text) {
+        const ReadResult read = readLottie(text, "sample.json");
         ASSERT_TRUE(read) << read.error;
         for (const auto& layer : read.composition->layers) {
             const JsonValue transform = read.source->tree.valueAt(layer->transform.source);
@@ -221,7 +204,7 @@ TEST(Reader, SamplesHaveNoUnknownMembersInTransforms) {
                 forEachChild(property["k"], [&](const JsonValue& key) { expectKnown(keyframeFields, key); });
             });
         }
-    }
+    });
 }
 
 TEST(Reader, RefusesWithAMessage) {
@@ -237,7 +220,7 @@ TEST(Reader, RefusesWithAMessage) {
         return list;
     };
     const auto second = [](const std::string& ks) {
-        return document("{\"ty\":4},{\"ty\":4,\"nm\":\"ball\",\"ks\":" + ks + "}");
+        return documentOf("{\"ty\":4},{\"ty\":4,\"nm\":\"ball\",\"ks\":" + ks + "}");
     };
     const Case cases[] = {
         {"not JSON", "{\n\"fr\":NaN}", {"f.json", "line 2, column 6", "not valid JSON"}},
@@ -259,13 +242,15 @@ TEST(Reader, RefusesWithAMessage) {
          "{\"fr\":25,\"w\":\"" + std::string(38, 'a') + "\xC3\xA9\",\"h\":1,\"layers\":[]}",
          {"is \"" + std::string(38, 'a') + "...;"}},
         {"control characters in a name",
-         document(R"({"ty":4,"nm":"a\u001b[2J\nb\u009bc","ks":{"r":{"k":1e99}}})"),
+         documentOf(R"({"ty":4,"nm":"a\u001b[2J\nb\u009bc","ks":{"r":{"k":1e99}}})"),
          {"layer 1 \"a [2J b c\""}},
-        {"layers that would fill the memory", document(times("{}", 100001)), {"\"layers\"", "more than 100000 layers"}},
+        {"layers that would fill the memory",
+         documentOf(times("{}", 100001)),
+         {"\"layers\"", "more than 100000 layers"}},
         {"masks that would fill it",
-         document("{\"ty\":4},{\"nm\":\"ball\",\"masksProperties\":[" + times("{}", 100001) + "]}"),
+         documentOf("{\"ty\":4},{\"nm\":\"ball\",\"masksProperties\":[" + times("{}", 100001) + "]}"),
          {"layer 2 \"ball\", /layers/1/masksProperties", "100000 masks"}},
-        {"too deep", document("{\"shapes\":" + std::string(500, '[') + std::string(500, ']') + "}"), {"200 levels"}},
+        {"too deep", documentOf("{\"shapes\":" + std::string(500, '[') + std::string(500, ']') + "}"), {"200 levels"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -286,7 +271,7 @@ TEST(Reader, SlotsThatStandForTooMuch) {
     for (int layer = 0; layer < 200; ++layer)
         layers += (layer > 0 ? "," : "") + std::string(R"({"ty":3,"ks":{"r":{"sid":"s","k":0}}})");
     // The slot has 1988897 bytes, of which 64 MiB hold 33.
-    const ReadResult read = readLottie(document(layers, R"(,"slots":{"s":{"p":{"k":[)" + keys + "]}}}"), "t.json");
+    const ReadResult read = readLottie(documentOf(layers, R"("slots":{"s":{"p":{"k":[)" + keys + "]}}},"), "t.json");
     EXPECT_FALSE(read);
     EXPECT_NE(read.error.find("layer 34, /layers/33/ks/r (line 1"), std::string::npos) << read.error;
     EXPECT_NE(read.error.find("slots stand for more than 64 MiB"), std::string::npos) << read.error;
