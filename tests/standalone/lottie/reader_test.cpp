@@ -3,7 +3,6 @@
 #include "standalone/document/evaluate.h"
 #include "standalone/document/printable.h"
 #include "standalone/lottie/assets.h"
-#include "standalone/lottie/fields.h"
 #include "tests/standalone/lottie/documents.h"
 
 namespace jostle::standalone {
@@ -185,26 +184,6 @@ TEST(Reader, ExpressionsAndSeparatedDimensions) {
     EXPECT_EQ(t.rotation.value[0], 30);
     ASSERT_EQ(read.notes.size(), 1u);
     EXPECT_NE(read.notes[0].find("layer 1 \"arm 1\""), std::string::npos) << read.notes[0];
-}
-
-// What we rewrite holds nothing that we would leave beside it without knowing what players make of it.
-TEST(Reader, SamplesHaveNoUnknownMembersInTransforms) {
-    const auto expectKnown = [](const auto& table, const JsonValue& object) {
-        forEachChild(
-            object, [&](const JsonValue& member) { EXPECT_NE(findField(table, member), nullptr) << member.pointer(); });
-    };
-    forEachSample([&](const std::string& text) {
-        const ReadResult read = readLottie(text, "sample.json");
-        ASSERT_TRUE(read) << read.error;
-        for (const auto& layer : read.composition->layers) {
-            const JsonValue transform = read.source->tree.valueAt(layer->transform.source);
-            expectKnown(transformFields, transform);
-            forEachChild(transform, [&](const JsonValue& property) {
-                expectKnown(propertyFields, property);
-                forEachChild(property["k"], [&](const JsonValue& key) { expectKnown(keyframeFields, key); });
-            });
-        }
-    });
 }
 
 TEST(Reader, RefusesWithAMessage) {

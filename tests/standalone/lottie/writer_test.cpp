@@ -46,7 +46,6 @@ TEST(Writer, EverySampleComesBackByteForByte) {
     });
 }
 
-// A value of every layer changed: it is there when the file is read again.
 TEST(Writer, ChangesOfSamplesAreReadBack) {
     forEachSample([](const std::string& text) {
         const std::string changed = rewritten(text, [](Composition& c) {
@@ -58,15 +57,14 @@ TEST(Writer, ChangesOfSamplesAreReadBack) {
                 layer->parent = nullptr;
             }
         });
-        const ReadResult read = readLottie(changed, "again");
-        ASSERT_TRUE(read) << read.error;
-        for (const auto& layer : read.composition->layers) {
-            EXPECT_EQ(layer->transform.rotation.keys.values, (std::vector<double>{1, 2.5, -3}));
-            EXPECT_EQ(layer->transform.scale.value, (Components{50, 60, 100}));
-            EXPECT_TRUE(layer->motionBlur);
-            EXPECT_EQ(layer->parent, nullptr);
-        }
-        EXPECT_EQ(rewritten(changed, [](Composition&) {}), changed);
+        const auto expectChanges = [](const Composition& c) {
+            for (const auto& layer : c.layers) {
+                EXPECT_EQ(layer->transform.rotation.keys.values, (std::vector<double>{1, 2.5, -3}));
+                EXPECT_EQ(layer->transform.scale.value, (Components{50, 60, 100}));
+                EXPECT_TRUE(layer->motionBlur && layer->parent == nullptr);
+            }
+        };
+        EXPECT_EQ(rewritten(changed, expectChanges), changed);
     });
 }
 
