@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -9,7 +11,7 @@
 namespace jostle::standalone {
 namespace {
 
-Stream fixed(double x, double y = 0) {
+Stream fixed(double x, double y) {
     Stream stream;
     stream.components = 2;
     stream.value = {x, y, 0};
@@ -18,50 +20,38 @@ Stream fixed(double x, double y = 0) {
 
 Stream single(std::vector<double> frames, std::vector<double> values) {
     Stream stream;
-    stream.keys.frames = std::move(frames);
-    stream.keys.values = std::move(values);
+    stream.keys = {std::move(frames), std::move(values), {}};
     return stream;
 }
 
 KeySegment eased(double outX, double outY, double inX, double inY) {
-    KeySegment segment;
-    segment.linear = false;
-    segment.outX.fill(outX);
-    segment.outY.fill(outY);
-    segment.inX.fill(inX);
-    segment.inY.fill(inY);
-    return segment;
+    return {.linear = false,
+            .outX = {outX, outX, outX},
+            .outY = {outY, outY, outY},
+            .inX = {inX, inX, inX},
+            .inY = {inY, inY, inY}};
 }
 
 Stream curved(Components from, Components to, Components out, Components in) {
-    Stream stream;
+    Stream stream = single({0, 30}, {from[0], from[1], from[2], to[0], to[1], to[2]});
     stream.components = 3;
-    stream.keys.frames = {0, 30};
-    stream.keys.values = {from[0], from[1], from[2], to[0], to[1], to[2]};
-    KeySegment segment;
-    segment.spatial = true;
-    segment.outTangent = out;
-    segment.inTangent = in;
-    stream.keys.segments = {segment, KeySegment{}};
+    stream.keys.segments = {{.spatial = true, .outTangent = out, .inTangent = in}, {}};
     return stream;
 }
 
+/// A quarter of a circle of radius 100 around the origin.
+const Stream quarter = curved({100, 0, 0}, {0, 100, 0}, {0, 55.2284749831, 0}, {55.2284749831, 0, 0});
+
 TEST(ValueAt, BetweenAndBeyondKeys) {
     Stream stream = single({0, 30, 40}, {40, 160, 100});
-    EXPECT_DOUBLE_EQ(valueAt(stream, 7)[0], 68);   // 40 + 120 * 7 / 30
-    EXPECT_DOUBLE_EQ(valueAt(stream, 22)[0], 128); // 40 + 120 * 22 / 30
-    EXPECT_EQ(valueAt(stream, -5)[0], 40);
-    EXPECT_EQ(valueAt(stream, 30)[0], 160);
-    EXPECT_EQ(valueAt(stream, 99)[0], 100);
-
-    stream.keys.segments.resize(3);
-    stream.keys.segments[0].hold = true;
-    stream.keys.segments[1].hasEnd = true;
-    stream.keys.segments[1].end = {200, 0, 0};
+    const std::pair<double, double> cases[] = {
+        {7, 68}, {22, 128}, {-5, 40}, {30, 160}, {99, 100}}; // 40 + 120 * 7 / 30 and 40 + 120 * 22 / 30
+    for (const auto& [frame, value] : cases)
+        EXPECT_DOUBLE_EQ(valueAt(stream, frame)[0], value);
+    stream.keys.segments = {{.hold = true}, {.hasEnd = true, .end = {200, 0, 0}}, {}};
     EXPECT_EQ(valueAt(stream, 29.9)[0], 40) << "held until the next key";
     EXPECT_DOUBLE_EQ(valueAt(stream, 35)[0], 180) << "an end of its own: half way from 160 to 200";
     EXPECT_EQ(valueAt(stream, 40)[0], 100);
-
     EXPECT_EQ(valueAt(single({5}, {3}), 0)[0], 3) << "a lone key is a constant";
     EXPECT_EQ(valueAt(fixed(4, 5), 9), (Components{4, 5, 0}));
 }
@@ -94,10 +84,9 @@ TEST(ValueAt, EasesByTheCubic) {
 TEST(ValueAt, ComponentsEaseByTheirOwnHandles) {
     Stream stream = single({0, 10}, {0, 0, 100, 100});
     stream.components = 2;
-    KeySegment segment = eased(1 / 3.0, 1, 2 / 3.0, 0);
-    segment.outY[1] = 1 / 3.0;
-    segment.inY[1] = 2 / 3.0;
-    stream.keys.segments = {segment, KeySegment{}};
+    stream.keys.segments = {eased(1 / 3.0, 1, 2 / 3.0, 0), {}};
+    stream.keys.segments[0].outY[1] = 1 / 3.0;
+    stream.keys.segments[0].inY[1] = 2 / 3.0;
     EXPECT_NEAR(valueAt(stream, 2.5)[0], 43.75, 1e-6);
     EXPECT_NEAR(valueAt(stream, 2.5)[1], 25, 1e-9);
 }
@@ -106,36 +95,32 @@ TEST(ValueAt, CurvesByLength) {
     // Tangents on the line itself: as if there were none, even beyond the end.
     Stream straight = curved({0, 0, 0}, {90, 120, 0}, {30, 40, 0}, {-3, -4, 0});
     EXPECT_NEAR(valueAt(straight, 10)[0], 30, 1e-9);
-    straight.keys.segments[0].linear = false;
-    straight.keys.segments[0].outX.fill(1 / 3.0);
-    straight.keys.segments[0].inX.fill(2 / 3.0);
-    straight.keys.segments[0].inY.fill(2);
+    KeySegment& way = straight.keys.segments[0];
+    const KeySegment easing = eased(1 / 3.0, 0, 2 / 3.0, 2);
+    std::tie(way.linear, way.outX, way.inX, way.inY) = std::tie(easing.linear, easing.outX, easing.inX, easing.inY);
     EXPECT_NEAR(valueAt(straight, 22.5)[1], 120 * 1.265625, 1e-4);
 
-    // A quarter of a circle of radius 100: a third of the length is a third of the angle. (The point of the
-    // parameter 1/3 would be half a pixel off.)
-    const double k = 55.2284749831;
-    const Stream quarter = curved({100, 0, 0}, {0, 100, 0}, {0, k, 0}, {k, 0, 0});
+    // A third of the length is a third of the angle. (The point of the parameter 1/3 would be half a pixel off.)
     EXPECT_NEAR(valueAt(quarter, 15)[0], 100 * std::sqrt(0.5), 1e-3);
     EXPECT_NEAR(valueAt(quarter, 10)[0], 100 * std::cos(30 * 3.14159265358979 / 180), 0.04);
     EXPECT_NEAR(valueAt(quarter, 10)[1], 50, 0.04);
 }
 
 /// Point at a share of a cubic's length, by a polyline of very many points. That of players has 150.
-Components pointByPolyline(const Components& p0, const Components& p1, const Components& p2, const Components& p3,
+Components pointByPolyline(const Components& from, const Components& out, const Components& in, const Components& to,
                            double share) {
     constexpr int count = 200000;
-    std::vector<Components> points;
+    std::vector<Components> points{from};
     std::vector<double> reached{0};
-    for (int i = 0; i <= count; ++i) {
+    for (int i = 1; i <= count; ++i) {
         const double t = static_cast<double>(i) / count, r = 1 - t;
-        Components point{};
+        Components next{};
         for (std::size_t c = 0; c < 3; ++c)
-            point[c] = r * r * r * p0[c] + 3 * r * r * t * p1[c] + 3 * r * t * t * p2[c] + t * t * t * p3[c];
-        if (i > 0)
-            reached.push_back(reached.back() + std::hypot(point[0] - points.back()[0], point[1] - points.back()[1],
-                                                          point[2] - points.back()[2]));
-        points.push_back(point);
+            next[c] = r * r * r * from[c] + 3 * r * r * t * (from[c] + out[c]) + 3 * r * t * t * (to[c] + in[c]) +
+                      t * t * t * to[c];
+        const Components& last = points.back();
+        reached.push_back(reached.back() + std::hypot(next[0] - last[0], next[1] - last[1], next[2] - last[2]));
+        points.push_back(next);
     }
     const auto at = std::lower_bound(reached.begin(), reached.end(), share * reached.back()) - reached.begin();
     return points[static_cast<std::size_t>(at)];
@@ -157,23 +142,13 @@ TEST(ValueAt, CurvesAreWithinHundredthsOfAPixel) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const Stream stream = curved(c.from, c.to, c.out, c.in);
-        Components p1{}, p2{};
-        for (std::size_t i = 0; i < 3; ++i) {
-            p1[i] = c.from[i] + c.out[i];
-            p2[i] = c.to[i] + c.in[i];
-        }
         for (const double share : {0.1, 0.37, 0.5, 0.9}) {
-            const Components expected = pointByPolyline(c.from, p1, p2, c.to, share);
+            const Components expected = pointByPolyline(c.from, c.out, c.in, c.to, share);
             const Components value = valueAt(stream, 30 * share);
             for (std::size_t i = 0; i < 3; ++i)
                 EXPECT_NEAR(value[i], expected[i], 0.05) << share;
         }
     }
-}
-
-std::array<double, 2> mapped(const Matrix4d& matrix, double x, double y) {
-    return {x * matrix.m[0][0] + y * matrix.m[1][0] + matrix.m[3][0],
-            x * matrix.m[0][1] + y * matrix.m[1][1] + matrix.m[3][1]};
 }
 
 Layer placed(double x, double y) {
@@ -184,19 +159,20 @@ Layer placed(double x, double y) {
     return layer;
 }
 
+void expectAt(const Matrix4d& matrix, double x, double y, double expectedX, double expectedY) {
+    EXPECT_NEAR(x * matrix.m[0][0] + y * matrix.m[1][0] + matrix.m[3][0], expectedX, 1e-12);
+    EXPECT_NEAR(x * matrix.m[0][1] + y * matrix.m[1][1] + matrix.m[3][1], expectedY, 1e-12);
+}
+
 TEST(Matrices, ParentTurnsAndStretchesItsChild) {
     Layer parent = placed(100, 100);
     parent.transform.rotation.value[0] = 90;
     parent.transform.scale = fixed(200, 100);
     Layer child = placed(30, 0);
     child.parent = &parent;
-    // (30, 0) stretched to (60, 0), turned clockwise to (0, 60), moved to (100, 160).
-    const auto origin = mapped(worldMatrix(child, 0), 0, 0);
-    EXPECT_NEAR(origin[0], 100, 1e-9);
-    EXPECT_NEAR(origin[1], 160, 1e-9);
-    // The child's own x axis is the parent's: 10 along it are 20 down.
-    const auto along = mapped(worldMatrix(child, 0), 10, 0);
-    EXPECT_NEAR(along[1], 180, 1e-9);
+    // (30, 0) stretched to (60, 0), turned clockwise to (0, 60), moved to (100, 160); 10 more are 20 down.
+    expectAt(worldMatrix(child, 0), 0, 0, 100, 160);
+    expectAt(worldMatrix(child, 0), 10, 0, 100, 180);
 }
 
 TEST(Matrices, AnchorLandsOnThePosition) {
@@ -205,49 +181,36 @@ TEST(Matrices, AnchorLandsOnThePosition) {
     layer.transform.rotation.value[0] = 33;
     layer.transform.scale = fixed(-70, 30);
     layer.transform.skew.value[0] = 12;
-    const auto anchor = mapped(localMatrix(layer, 0), 50, 20);
-    EXPECT_NEAR(anchor[0], 7, 1e-12);
-    EXPECT_NEAR(anchor[1], 8, 1e-12);
+    expectAt(localMatrix(layer, 0), 50, 20, 7, 8);
 }
 
 TEST(Matrices, SkewLeansTheTopToTheRight) {
     Layer layer = placed(0, 0);
     layer.transform.skew.value[0] = 45;
-    EXPECT_NEAR(mapped(localMatrix(layer, 0), 0, -10)[0], 10, 1e-9);
+    expectAt(localMatrix(layer, 0), 0, -10, 10, -10);
     // At axis 90: (10, 0) turned to (0, 10), sheared to (-10, 10), turned back to (10, 10).
     layer.transform.skewAxis.value[0] = 90;
-    const auto right = mapped(localMatrix(layer, 0), 10, 0);
-    EXPECT_NEAR(right[0], 10, 1e-9);
-    EXPECT_NEAR(right[1], 10, 1e-9);
+    expectAt(localMatrix(layer, 0), 10, 0, 10, 10);
 }
 
 TEST(Matrices, AutoOrientFollowsTheWay) {
     Layer layer = placed(0, 0);
     layer.autoOrient = true;
     EXPECT_EQ(travelDirection(layer.transform, 3), 0) << "at rest";
-    Stream& position = layer.transform.position;
-    position.keys.frames = {0, 10, 20};
-    position.keys.values = {0, 0, 0, 100, -100, 100}; // down, then to the left
+    layer.transform.position.keys = {{0, 10, 20}, {0, 0, 0, 100, -100, 100}, {}}; // down, then to the left
     EXPECT_NEAR(travelDirection(layer.transform, -3), 90, 1e-6) << "before the first key";
     EXPECT_NEAR(travelDirection(layer.transform, 5), 90, 1e-6);
     EXPECT_NEAR(travelDirection(layer.transform, 10), 90, 1e-6) << "at a key the way that led there counts";
     EXPECT_NEAR(travelDirection(layer.transform, 50), 180, 1e-6) << "after the last key";
     layer.transform.rotation.value[0] = 90;
-    // 90 of its own and 90 of the way: half a turn.
-    EXPECT_NEAR(localMatrix(layer, 5).m[0][0], -1, 1e-9);
-
-    const double k = 55.2284749831;
-    layer.transform.position = curved({100, 0, 0}, {0, 100, 0}, {0, k, 0}, {k, 0, 0});
+    EXPECT_NEAR(localMatrix(layer, 5).m[0][0], -1, 1e-9) << "90 of its own and 90 of the way: half a turn";
+    layer.transform.position = quarter;
     EXPECT_NEAR(travelDirection(layer.transform, 15), 135, 0.01) << "the tangent of a quarter circle at half";
-}
-
-TEST(Matrices, SeparatedDimensions) {
-    Layer layer = placed(5, 5);
     layer.transform.separated = true;
     layer.transform.positionX = single({0, 10}, {0, 10});
     layer.transform.positionY = single({10, 20}, {0, 20});
     EXPECT_EQ(positionAt(layer.transform, 15), (Components{10, 10, 0}));
-    EXPECT_NEAR(travelDirection(layer.transform, 2), 0, 1e-6);
+    EXPECT_NEAR(travelDirection(layer.transform, 2), 0, 1e-6) << "of dimensions of their own";
     EXPECT_NEAR(travelDirection(layer.transform, 15), 90, 1e-6);
     EXPECT_NEAR(travelDirection(layer.transform, 25), 90, 1e-6);
 }

@@ -7,6 +7,15 @@
 namespace jostle::standalone {
 namespace {
 
+void expectTime(const HostTime& time, std::int32_t value, std::uint32_t scale) {
+    EXPECT_EQ(time.value, value);
+    EXPECT_EQ(time.scale, scale);
+}
+
+double seconds(const HostTime& time) {
+    return static_cast<double>(time.value) / time.scale;
+}
+
 TEST(FrameClock, DurationIsTheOneTheRateWasMadeFrom) {
     struct Case {
         const char* name;
@@ -25,9 +34,7 @@ TEST(FrameClock, DurationIsTheOneTheRateWasMadeFrom) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const HostTime duration = FrameClock(c.rate).frameDuration();
-        EXPECT_EQ(duration.value, c.value);
-        EXPECT_EQ(duration.scale, c.scale);
+        expectTime(FrameClock(c.rate).frameDuration(), c.value, c.scale);
     }
 }
 
@@ -43,37 +50,24 @@ TEST(FrameClock, SnapsWhatWasMeantWhole) {
 TEST(FrameClock, NoFrameIsLostOnTheWayToATimeAndBack) {
     for (const double rate : {24.0, 25.0, 29.9700012207031, 23.9759979248047, 60.0333709716797, 24.002}) {
         const FrameClock clock(rate);
-        const HostTime duration = clock.frameDuration();
         for (int frame = -50; frame < 30000; ++frame) {
             const HostTime time = clock.timeOf(frame);
             ASSERT_EQ(clock.frameAt(time), frame) << rate;
             // Callers divide by the duration and cut.
-            const double quotient =
-                (static_cast<double>(time.value) / time.scale) / (static_cast<double>(duration.value) / duration.scale);
+            const double quotient = seconds(time) / seconds(clock.frameDuration());
             ASSERT_EQ(std::floor(quotient + 1e-9), frame) << rate;
         }
     }
 }
 
 TEST(FrameClock, TimesBeyondTheScale) {
-    const HostTime half = FrameClock(25).timeOf(12.5);
-    EXPECT_EQ(half.value, 125);
-    EXPECT_EQ(half.scale, 250u);
-
+    expectTime(FrameClock(25).timeOf(12.5), 125, 250);
     // 3 000 000 frames times 1000 / 23976 do not fit; both divided by 24 do.
-    const HostTime late = FrameClock(23.9759979248047).timeOf(3e6);
-    EXPECT_EQ(late.value, 125000000);
-    EXPECT_EQ(late.scale, 999u);
-
-    // A third of a frame has no exact time.
-    const HostTime third = FrameClock(24).timeOf(1.0 / 3);
-    EXPECT_NEAR(static_cast<double>(third.value) / third.scale, 1.0 / 72, 1e-9);
-
-    const HostTime never = FrameClock(25).timeOf(1e300);
-    EXPECT_EQ(never.value, 2147483647);
-    EXPECT_EQ(never.scale, 1u);
+    expectTime(FrameClock(23.9759979248047).timeOf(3e6), 125000000, 999);
+    expectTime(FrameClock(25).timeOf(1e300), 2147483647, 1);
+    EXPECT_NEAR(seconds(FrameClock(24).timeOf(1.0 / 3)), 1.0 / 72, 1e-9) << "a third of a frame has no exact time";
+    EXPECT_NEAR(seconds(FrameClock(25).timeOf(1e10)), 4e8, 1);
     EXPECT_EQ(FrameClock(25).frameAt({100, 0}), 0);
-    EXPECT_NEAR(FrameClock(25).timeOf(1e10).value / 1.0 / FrameClock(25).timeOf(1e10).scale, 4e8, 1);
 }
 
 } // namespace
