@@ -60,6 +60,10 @@ TEST_F(PreferencesTest, KeepsEveryKindOfValue) {
     EXPECT_EQ(second.get("numbers", "third", 0.0), 0.333333) << "six decimals";
     EXPECT_FALSE(second.has("numbers", "none"));
     EXPECT_NE(contents(file).find("\n[QF Jostle 2]\nAuto Load/Save Settings = whole 1\n"), std::string::npos);
+    // A wrong type gives the default, and the value stays.
+    EXPECT_EQ(second.get(odd, odd, 4), 4);
+    EXPECT_EQ(second.get(odd, odd, 0.5), 0.5);
+    EXPECT_EQ(second.get<std::string>(odd, odd, "?"), odd);
     EXPECT_TRUE(reports.empty());
 }
 
@@ -126,23 +130,20 @@ TEST_F(PreferencesTest, SetsABrokenFileAside) {
 
 TEST_F(PreferencesTest, HoldsInMemoryWhereNothingCanBeWritten) {
     std::ofstream(folder / "deep") << "a file where the folder should be";
-    Preferences preferences = program();
-    for (int round = 1; round < 4; ++round) {
-        EXPECT_TRUE(preferences.set("s", "key", round));
-        preferences.flush();
-        EXPECT_EQ(preferences.get("s", "key", 0), round);
+    for (const bool isFolder : {false, true}) {
+        SCOPED_TRACE(isFolder);
+        Preferences preferences = program();
+        for (int round = 1; round < 4; ++round) {
+            EXPECT_TRUE(preferences.set("s", "key", round));
+            preferences.flush();
+            EXPECT_EQ(preferences.get("s", "key", 0), round);
+        }
+        EXPECT_EQ(fs::is_directory(file), isFolder) << "what is no file is left alone";
+        EXPECT_EQ(reports.size(), 1u) << "told once";
+        reports.clear();
+        fs::remove_all(folder / "deep");
+        fs::create_directories(file);
     }
-    EXPECT_EQ(reports.size(), 1u) << "told once";
-}
-
-TEST_F(PreferencesTest, WhatIsNoFileIsLeftAlone) {
-    fs::create_directories(file);
-    Preferences preferences = program();
-    EXPECT_TRUE(preferences.set("s", "key", 1));
-    preferences.flush();
-    EXPECT_EQ(preferences.get("s", "key", 0), 1);
-    EXPECT_TRUE(fs::is_directory(file));
-    EXPECT_EQ(reports.size(), 1u) << "told once";
 }
 
 TEST_F(PreferencesTest, ALinkLeadsToTheFile) {
@@ -157,37 +158,21 @@ TEST_F(PreferencesTest, ALinkLeadsToTheFile) {
     EXPECT_NE(contents(target).find("key = whole 2"), std::string::npos);
 }
 
-TEST_F(PreferencesTest, WrongTypesGiveTheDefaultAndStay) {
-    Preferences preferences = program();
-    EXPECT_TRUE(preferences.set("s", "key", "text"));
-    EXPECT_EQ(preferences.get("s", "key", 4), 4);
-    EXPECT_EQ(preferences.get("s", "key", 0.5), 0.5);
-    EXPECT_EQ(preferences.get<std::string>("s", "key", ""), "text");
-}
-
 TEST_F(PreferencesTest, TheEnvironmentNamesTheFile) {
-    const struct {
-        const char *own, *config, *home, *expected;
-    } cases[] = {
-        {"/p/own.txt", "/c", "/h", "/p/own.txt"},
-        {"", "/c", "/h", "/c/jostle/preferences.txt"},
-        {"", "relative", "/h", "/h/.config/jostle/preferences.txt"},
-        {"", "", "", ""},
-    };
     const char* const names[] = {"JOSTLE_PREFERENCES", "XDG_CONFIG_HOME", "HOME"};
-    std::vector<std::string> before;
+    std::vector<std::string> before; // empty is as good as not there
     for (const char* name : names)
         before.emplace_back(std::getenv(name) == nullptr ? "" : std::getenv(name));
-    for (const auto& c : cases) {
-        const char* const values[] = {c.own, c.config, c.home};
-        for (int i = 0; i < 3; ++i)
-            ::setenv(names[i], values[i], 1);
-        EXPECT_EQ(defaultPreferencesFile(), c.expected);
-    }
-    for (int i = 0; i < 3; ++i)
-        before[static_cast<std::size_t>(i)].empty()
-            ? ::unsetenv(names[i])
-            : ::setenv(names[i], before[static_cast<std::size_t>(i)].c_str(), 1);
+    const auto set = [&](const std::vector<std::string>& values) {
+        for (std::size_t i = 0; i < values.size(); ++i)
+            ::setenv(names[i], values[i].c_str(), 1);
+        return defaultPreferencesFile();
+    };
+    EXPECT_EQ(set({"/p/own.txt", "/c", "/h"}), "/p/own.txt");
+    EXPECT_EQ(set({"", "/c", "/h"}), "/c/jostle/preferences.txt");
+    EXPECT_EQ(set({"", "relative", "/h"}), "/h/.config/jostle/preferences.txt");
+    EXPECT_EQ(set({"", "", ""}), "");
+    set(before);
 }
 
 TEST_F(PreferencesTest, ServeThePersistentDataSuite) {
