@@ -33,14 +33,14 @@ TEST(JsonTree, ValuesKnowTheirPlace) {
     EXPECT_EQ(p.root()["a"].numbers(numbers, 2), 2u);
     EXPECT_FALSE(p.root()["a"].firstChild()) << "plain numbers are one entry";
 
-    JsonValue element = p.root()["d"].firstChild();
-    EXPECT_EQ(element.text(), "[1]");
-    element = element.nextSibling(p.root()["d"]).nextSibling(p.root()["d"]);
-    EXPECT_EQ(element.text(), "true");
-    element = element.nextSibling(p.root()["d"]);
+    const JsonValue list = p.root()["d"];
+    const JsonValue first = list.firstChild(), third = first.nextSibling(list).nextSibling(list);
+    const JsonValue element = third.nextSibling(list);
+    EXPECT_EQ(first.text(), "[1]");
+    EXPECT_EQ(third.text(), "true");
     EXPECT_EQ(element.integer(0), 7);
     EXPECT_EQ(element.pointer(), "/d/3");
-    EXPECT_FALSE(element.nextSibling(p.root()["d"]));
+    EXPECT_FALSE(element.nextSibling(list));
     EXPECT_EQ(p.tree.valueAt(element.span()).text(), "7");
 }
 

@@ -14,6 +14,14 @@ Transform transformOf(const std::string& ks, const std::string& more = "") {
     return result ? result.composition->layers[0]->transform : Transform{};
 }
 
+/// As many entries of a list.
+std::string times(const std::string& entry, std::size_t count) {
+    std::string list = entry;
+    for (std::size_t i = 1; i < count; ++i)
+        list += "," + entry;
+    return list;
+}
+
 TEST(Reader, Settings) {
     const ReadResult read = readLottie(
         R"({"fr":29.9700012207031,"ip":48.0000019550801,"op":120.00000488770,"w":640,"h":480.0,"nm":"Caf\u00e9","layers":[],
@@ -192,12 +200,6 @@ TEST(Reader, RefusesWithAMessage) {
         std::string text;
         std::vector<std::string> says;
     };
-    const auto times = [](const char* entry, std::size_t count) {
-        std::string list = entry;
-        for (std::size_t i = 1; i < count; ++i)
-            (list += ',') += entry;
-        return list;
-    };
     const auto second = [](const std::string& ks) {
         return documentOf("{\"ty\":4},{\"ty\":4,\"nm\":\"ball\",\"ks\":" + ks + "}");
     };
@@ -244,15 +246,12 @@ TEST(Reader, RefusesWithAMessage) {
 
 // A small file that stands for a large one: read as often as it is referred to, it would fill the memory.
 TEST(Reader, SlotsThatStandForTooMuch) {
-    std::string keys, layers;
-    for (int key = 0; key < 100000; ++key)
-        keys += (key > 0 ? "," : "") + std::string(R"({"t":)") + std::to_string(key) + R"(,"s":[1]})";
-    for (int layer = 0; layer < 200; ++layer)
-        layers += (layer > 0 ? "," : "") + std::string(R"({"ty":3,"ks":{"r":{"sid":"s","k":0}}})");
-    // The slot has 1988897 bytes, of which 64 MiB hold 33.
-    const ReadResult read = readLottie(documentOf(layers, R"("slots":{"s":{"p":{"k":[)" + keys + "]}}},"), "t.json");
+    // Of a slot of 100000 keys with 15 bytes each, 99999 commas and 8 bytes around them 64 MiB hold 41.
+    const std::string slot = R"({"k":[)" + times(R"({"t":1,"s":[1]})", 100000) + "]}";
+    const std::string layers = times(R"({"ty":3,"ks":{"r":{"sid":"s","k":0}}})", 200);
+    const ReadResult read = readLottie(documentOf(layers, R"("slots":{"s":{"p":)" + slot + "}},"), "t.json");
     EXPECT_FALSE(read);
-    EXPECT_NE(read.error.find("layer 34, /layers/33/ks/r (line 1"), std::string::npos) << read.error;
+    EXPECT_NE(read.error.find("layer 42, /layers/41/ks/r (line 1"), std::string::npos) << read.error;
     EXPECT_NE(read.error.find("slots stand for more than 64 MiB"), std::string::npos) << read.error;
 }
 
