@@ -1,8 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <span>
 #include <string>
 #include <utility>
@@ -20,21 +17,6 @@ namespace jostle::standalone {
 /// @param more    other members, each followed by a comma
 inline std::string documentOf(const std::string& layers, const std::string& more = R"("v":"5.7.4",)") {
     return "{" + more + R"("fr":25,"ip":0,"op":100,"w":640,"h":480,"nm":"Scene","layers":[)" + layers + "]}";
-}
-
-/// Calls a function with the text of every sample.
-template<class Function>
-void forEachSample(const Function& function) {
-    int count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(JOSTLE_TEST_DATA "/lottie")) {
-        if (entry.path().extension() != ".json")
-            continue;
-        SCOPED_TRACE(entry.path().filename());
-        std::ifstream file(entry.path(), std::ios::binary);
-        function(std::string{std::istreambuf_iterator<char>(file), {}});
-        ++count;
-    }
-    EXPECT_GT(count, 0);
 }
 
 /// Reads a document, has it changed and writes it. Says why where that cannot be read, or read again.

@@ -1,4 +1,7 @@
 // Values, flags and settings that were changed, as they come out in the text.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 
 #include "standalone/lottie/number_text.h"
@@ -12,19 +15,19 @@ Transform& motionOf(const Composition& c) {
 }
 
 /// Marks what the text has of a tree as changed, but for what is written in another form than it is read from.
-void markAll(TreeNode& node) {
+void markTree(TreeNode& node) {
     const bool colour = node.kind == NodeKind::FillColor || node.kind == NodeKind::StrokeColor;
     if (node.own && !colour)
         node.own->changed = !node.source.empty() && !node.hasSeparatedSource;
     if (node.path)
         node.path->changed = !node.source.empty();
     for (const auto& child : node.children)
-        markAll(*child);
+        markTree(*child);
 }
 
 void markAll(Composition& c) {
     for (const auto& layer : c.layers) {
-        markAll(treeOf(c, *layer));
+        markTree(treeOf(c, *layer));
         Transform& t = layer->transform;
         for (Stream* s : {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.scale, &t.rotation, &t.opacity})
             s->changed = !s->source.empty();
@@ -34,38 +37,40 @@ void markAll(Composition& c) {
     c.changed = true;
 }
 
-TEST(Writer, EverySampleComesBackByteForByte) {
-    forEachSample([](const std::string& text) {
-        EXPECT_EQ(rewritten(text, [](Composition&) {}), text);
-        const auto readTrees = [](const Composition& c) {
-            for (const auto& layer : c.layers)
-                (void)treeOf(c, *layer);
-        };
-        EXPECT_EQ(rewritten(text, readTrees), text);
-        EXPECT_EQ(rewritten(text, [](Composition& c) { markAll(c); }), text) << "all marked but nothing different";
-    });
+void changeAll(Composition& c) {
+    for (const auto& layer : c.layers) {
+        bake(layer->transform.rotation, {0, 1, 5}, {1, 2.5, -3});
+        setStatic(layer->transform.scale, 50, 60, 100);
+        layer->transform.scale.components = 3;
+        layer->changed = layer->motionBlur = true;
+        layer->parent = nullptr;
+    }
 }
 
-TEST(Writer, ChangesOfSamplesAreReadBack) {
-    forEachSample([](const std::string& text) {
-        const std::string changed = rewritten(text, [](Composition& c) {
-            for (const auto& layer : c.layers) {
-                bake(layer->transform.rotation, {0, 1, 5}, {1, 2.5, -3});
-                setStatic(layer->transform.scale, 50, 60, 100);
-                layer->transform.scale.components = 3;
-                layer->changed = layer->motionBlur = true;
-                layer->parent = nullptr;
-            }
-        });
-        const auto expectChanges = [](const Composition& c) {
-            for (const auto& layer : c.layers) {
-                EXPECT_EQ(layer->transform.rotation.keys.values, (std::vector<double>{1, 2.5, -3}));
-                EXPECT_EQ(layer->transform.scale.value, (Components{50, 60, 100}));
-                EXPECT_TRUE(layer->motionBlur && layer->parent == nullptr);
-            }
-        };
-        EXPECT_EQ(rewritten(changed, expectChanges), changed);
-    });
+void expectAllChanged(const Composition& c) {
+    for (const auto& layer : c.layers) {
+        EXPECT_EQ(layer->transform.rotation.keys.values, (std::vector<double>{1, 2.5, -3}));
+        EXPECT_EQ(layer->transform.scale.value, (Components{50, 60, 100}));
+        EXPECT_TRUE(layer->motionBlur);
+        EXPECT_EQ(layer->parent, nullptr);
+    }
+}
+
+TEST(Writer, EverySampleComesBackByteForByteOrAsChanged) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(JOSTLE_TEST_DATA "/lottie")) {
+        if (entry.path().extension() != ".json")
+            continue;
+        SCOPED_TRACE(entry.path().filename());
+        std::ifstream file(entry.path(), std::ios::binary);
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        EXPECT_EQ(rewritten(text, [](Composition&) {}), text);
+        EXPECT_EQ(rewritten(text, markAll), text) << "all read and marked but nothing different";
+        const std::string changed = rewritten(text, changeAll);
+        EXPECT_EQ(rewritten(changed, expectAllChanged), changed);
+        ++count;
+    }
+    EXPECT_GT(count, 0);
 }
 
 TEST(Writer, EditsOfAPosition) {
