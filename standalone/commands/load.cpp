@@ -1,7 +1,6 @@
 #include "standalone/commands/load.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <utility>
 
 #include "standalone/commands/target_file.h"
@@ -9,19 +8,6 @@
 #include "standalone/lottie/archive.h"
 
 namespace jostle::standalone {
-
-namespace {
-
-/// The extension of a file name in small letters, with its dot.
-std::string extensionOf(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    for (char& c : extension) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return extension;
-}
-
-} // namespace
 
 std::optional<LoadedDocument> loadDocument(const std::string& path, const std::string& animation) {
     FileText file = readFile(path, maximumJsonBytes);
@@ -58,16 +44,6 @@ std::optional<LoadedDocument> loadDocument(const std::string& path, const std::s
     document.composition = std::move(read.composition);
     document.notes.insert(document.notes.end(), read.notes.begin(), read.notes.end());
     return document;
-}
-
-std::optional<std::string> fileContents(const LoadedDocument& document, const std::string& path, std::string text) {
-    const std::string extension = extensionOf(path);
-    const bool asRead = extension == extensionOf(document.path);
-    if (asRead ? !document.archive : extension != ".lottie") {
-        return text;
-    }
-    return document.archive ? withEntryReplaced(document.archive->bytes, document.archive->entry, text)
-                            : newArchive(text);
 }
 
 void complain(const std::string& about, const std::string& message) {

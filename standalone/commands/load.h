@@ -30,15 +30,6 @@ struct LoadedDocument {
 /// @param animation  which animation of an archive, by its identifier; empty for the first
 [[nodiscard]] std::optional<LoadedDocument> loadDocument(const std::string& path, const std::string& animation = {});
 
-/// What a file of that name holds for a new text of a loaded document.
-///
-/// A name with the extension of the file that was read makes the same kind of file. Otherwise .lottie makes an
-/// archive, and any other the text alone. An archive from an archive has all its other entries as they were; one from
-/// plain text has nothing but the animation.
-/// @return nothing if the archive cannot take the text
-[[nodiscard]] std::optional<std::string> fileContents(const LoadedDocument& document, const std::string& path,
-                                                      std::string text);
-
 /// Prints one line on standard error: the program, what it is about, and what is wrong.
 void complain(const std::string& about, const std::string& message);
 

@@ -7,9 +7,9 @@
 #include "standalone/commands/load.h"
 #include "standalone/commands/message_printer.h"
 #include "standalone/commands/plugin_session.h"
+#include "standalone/commands/result.h"
 #include "standalone/commands/solve_plan.h"
 #include "standalone/commands/target_file.h"
-#include "standalone/lottie/writer.h"
 
 namespace jostle::standalone {
 
@@ -63,16 +63,11 @@ int runSeparate(const SeparateOptions& options) {
         return fail(options.input, "the layers cannot be separated (host error " + std::to_string(report.error) +
                                        "); nothing was saved");
     }
-    if (!host.balance().allReturned()) {
-        return fail(options.input,
-                    "internal fault, nothing was saved: not given back to the host: " + host.balance().text());
+    std::string contents;
+    if (const std::optional<Refusal> refusal = makeResult(*document, host, output, contents)) {
+        return fail(refusal->about, refusal->message);
     }
-    const std::optional<std::string> contents =
-        fileContents(*document, output, writeLottie(*document->source, host.outcome()));
-    if (!contents) {
-        return fail(output, "the archive has a directory that cannot be rewritten; give -o a name ending in .json");
-    }
-    if (const std::optional<std::string> error = target.commit(*contents)) {
+    if (const std::optional<std::string> error = target.commit(contents)) {
         return fail(output, *error);
     }
     if (!options.quiet) {

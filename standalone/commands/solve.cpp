@@ -17,12 +17,12 @@
 #include "standalone/commands/message_printer.h"
 #include "standalone/commands/plugin_session.h"
 #include "standalone/commands/progress.h"
+#include "standalone/commands/result.h"
 #include "standalone/commands/samples_file.h"
 #include "standalone/commands/separate.h"
 #include "standalone/commands/solve_plan.h"
 #include "standalone/commands/solve_summary.h"
 #include "standalone/commands/target_file.h"
-#include "standalone/lottie/writer.h"
 
 namespace jostle::standalone {
 
@@ -192,19 +192,15 @@ void SolveRun::solveInHost(const HostContext& context) {
 }
 
 bool SolveRun::save(const LoadedDocument& document, DocumentHost& host) {
+    std::string contents;
+    if (const std::optional<Refusal> refusal = makeResult(document, host, output_, contents)) {
+        return fail(refusal->about, refusal->message);
+    }
     // The samples go first: whoever sees the new result finds the samples that belong to it.
     const bool samplesSaved =
         options_.samples.empty() ||
         succeeded(options_.samples, samplesTarget_.commit(samplesText(scene_, *exportRun_, host.outcome(), stances_)));
-    if (!samplesSaved) {
-        return false;
-    }
-    const std::optional<std::string> contents =
-        fileContents(document, output_, writeLottie(*document.source, host.outcome()));
-    if (!contents) {
-        return fail(output_, "the archive has a directory that cannot be rewritten; give -o a name ending in .json");
-    }
-    return succeeded(output_, target_.commit(*contents));
+    return samplesSaved && succeeded(output_, target_.commit(contents));
 }
 
 int SolveRun::run() {
@@ -230,10 +226,6 @@ int SolveRun::run() {
     DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
     if (!runPlugin(host, [this](const HostContext& context) { solveInHost(context); })) {
         (void)fail(options_.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
-    }
-    if (status_ == exitDone && !host.balance().allReturned()) {
-        (void)fail(options_.input,
-                   "internal fault, nothing was saved: not given back to the host: " + host.balance().text());
     }
     if (status_ != exitDone) {
         return status_;
