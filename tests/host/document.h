@@ -44,6 +44,13 @@ inline void addKey(standalone::Stream& stream, double frame, standalone::Compone
     stream.keys.values.insert(stream.keys.values.end(), value.begin(), value.begin() + stream.components);
 }
 
+/// Moves from one value at frame 0 to another at `frame`.
+inline void animate(standalone::Stream& stream, standalone::Components first, double frame,
+                    standalone::Components last) {
+    addKey(stream, 0, first);
+    addKey(stream, frame, last);
+}
+
 /// A layer below those that are there: 40 by 20 pixels, anchor point (10, 5), at (150, 60), as long as the
 /// composition. Named by its kind's number, identified by its place from 1.
 inline DocumentLayer& addLayer(Document& document, LayerKind kind = LayerKind::Solid) {
@@ -65,6 +72,12 @@ inline DocumentLayer& addLayer(Document& document, LayerKind kind = LayerKind::S
     layer->transform.rotation = constantStream(1, {0, 0, 0});
     document.layers.push_back(std::move(layer));
     return *document.layers.back();
+}
+
+/// Makes the dimensions of its position separate streams.
+inline void separate(DocumentLayer& layer) {
+    layer.transform.separated = true;
+    layer.transform.positionX = layer.transform.positionY = constantStream(1, {60, 0, 0});
 }
 
 inline void setParent(DocumentLayer& child, DocumentLayer& parent) {

@@ -2,7 +2,11 @@
 
 #include <cstring>
 
-#include "host/suites.h"
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/document.h"
 
 /// A host whose n-th call is refused, over another one. Calls that give something back always go through, so that a
 /// balance that is not zero is the plug-in's fault. One at a time.
@@ -122,5 +126,24 @@ private:
     static inline int remaining_ = 0;
     SPBasicSuite basic_;
 };
+
+/// Uses a host again and again, each time over a new document and with the next call refused, until there is no call
+/// left to refuse. Expects that whatever is refused, all that the host handed out comes back.
+/// @param document  makes a document
+/// @param use       does with a HostContext what is to be tried
+/// @return how many calls were refused
+template<class MakeDocument, class Use>
+int refuseEachCall(const MakeDocument& document, const Use& use) {
+    for (int call = 1;; ++call) {
+        SCOPED_TRACE("call " + std::to_string(call));
+        HostedDocument hosted(document());
+        const FailingSuites failing(hosted.host.basic(), call);
+        use(HostContext{failing.basic(), hosted.host.pluginId()});
+        EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
+        EXPECT_TRUE(hosted.host.misuses().empty());
+        if (!FailingSuites::reached() || call == 5000)
+            return call - 1;
+    }
+}
 
 } // namespace jostle

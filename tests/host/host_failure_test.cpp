@@ -1,9 +1,10 @@
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "host/host_layer_motion.h"
 #include "host/keyframe_writer.h"
 #include "host/layer_import.h"
-#include "tests/host/document.h"
 #include "tests/host/failing_suites.h"
 #include "tests/host/lottie_document.h"
 
@@ -14,14 +15,11 @@ namespace {
 std::unique_ptr<Document> mixedDocument() {
     auto document = emptyDocument();
     DocumentLayer& moving = addLayer(*document);
-    addKey(moving.transform.position, 0, {150, 60, 0});
-    addKey(moving.transform.position, 50, {50, 60, 0});
-    addKey(moving.transform.scale, 0, {100, 100, 100});
-    addKey(moving.transform.scale, 50, {200, 200, 100});
+    animate(moving.transform.position, {150, 60, 0}, 50, {50, 60, 0});
+    animate(moving.transform.scale, {100, 100, 100}, 50, {200, 200, 100});
     moving.transform.rotation.hasExpression = moving.transform.rotation.expressionEnabled = true;
     DocumentLayer& separated = addLayer(*document);
-    separated.transform.separated = true;
-    separated.transform.positionX = separated.transform.positionY = constantStream(1, {60, 0, 0});
+    separate(separated);
     setParent(separated, addNull(*document));
     addMasks(addLayer(*document), 1);
     return document;
@@ -51,22 +49,13 @@ bool importAndExport(const HostContext& context) {
     return writeKeyframes(chain, duplicateActiveComposition(chain), job, {}).outcome == WriteOutcome::Done && allWell;
 }
 
-// Whatever call the host refuses, all that it handed out comes back and no undo group stays open.
 TEST(HostFailure, NothingLeaksWhicheverCallIsRefused) {
-    constexpr int tooMany = 5000;
-    int call = 1;
-    bool reached = true;
-    for (; reached && call < tooMany; ++call) {
-        HostedDocument hosted(mixedDocument());
-        const FailingSuites failing(hosted.host.basic(), call);
-        const bool allWell = importAndExport({failing.basic(), hosted.host.pluginId()});
-        reached = FailingSuites::reached();
-        EXPECT_TRUE(hosted.host.balance().allReturned()) << "call " << call << ": " << hosted.host.balance().text();
-        EXPECT_TRUE(hosted.host.misuses().empty()) << "call " << call;
-        EXPECT_TRUE(reached || allWell);
-    }
-    EXPECT_GT(call, 100);
-    EXPECT_LT(call, tooMany);
+    const int refused = refuseEachCall(mixedDocument, [](const HostContext& context) {
+        const bool allWell = importAndExport(context);
+        EXPECT_TRUE(allWell || FailingSuites::reached());
+    });
+    EXPECT_GT(refused, 100);
+    EXPECT_LT(refused, 4999);
 }
 
 // The readers of masks, shapes and glyphs, at the first import and once more for each body.
@@ -74,43 +63,36 @@ TEST(HostFailure, ReadersGiveBackWhateverCallIsRefused) {
     const std::string layers =
         joined({solidLayer(mask(hostCircle)), shapeLayer(group(joined({path(hostCircle), fill("[1,0,0,1]")}))),
                 layerText(R"("ty":5,"t":{"d":{"k":[{"t":0,"s":{"t":"o","f":"F","s":9,"j":0}}]}})", {})});
-    int call = 1;
-    for (bool reached = true; reached; ++call) {
-        HostedDocument hosted(lottieDocument(layers));
-        const FailingSuites failing(hosted.host.basic(), call);
-        const HostContext context{failing.basic(), hosted.host.pluginId()};
-        Scene scene;
-        (void)initFromComposition(context, scene);
-        for (int body = 0; body < scene.bodyCount(); ++body)
-            (void)refreshBody(context, scene, body);
-        reached = FailingSuites::reached();
-        EXPECT_TRUE(hosted.host.balance().allReturned()) << "call " << call << ": " << hosted.host.balance().text();
-    }
-    EXPECT_GT(call, 200);
+    const int refused = refuseEachCall([&] { return lottieDocument(layers); },
+                                       [](const HostContext& context) {
+                                           Scene scene;
+                                           (void)initFromComposition(context, scene);
+                                           for (int body = 0; body < scene.bodyCount(); ++body)
+                                               (void)refreshBody(context, scene, body);
+                                       });
+    EXPECT_GT(refused, 200);
 }
 
+// Unless the composition itself cannot be read, two of three layers come in.
 TEST(HostFailure, OneUnreadableLayerDoesNotKeepTheOthersOut) {
-    // Refuse one call after the other: unless the composition itself cannot be read, two of three layers come in.
-    int readable = 0;
-    for (int call = 1;; ++call) {
-        auto document = emptyDocument();
+    const auto document = [] {
+        auto three = emptyDocument();
         for (int i = 0; i < 3; ++i)
-            addLayer(*document);
-        HostedDocument hosted(std::move(document));
-        const FailingSuites failing(hosted.host.basic(), call);
+            addLayer(*three);
+        return three;
+    };
+    int readable = 0;
+    refuseEachCall(document, [&readable](const HostContext& context) {
         Scene scene;
-        const ImportReport report = initFromComposition({failing.basic(), hosted.host.pluginId()}, scene);
-        if (!FailingSuites::reached())
-            break;
+        const ImportReport report = initFromComposition(context, scene);
         if (report.error != A_Err_NONE)
-            continue;
+            return;
         ++readable;
-        EXPECT_GE(scene.bodyCount(), 2) << call;
-        int refused = 0;
-        for (const LayerReport& layer : report.layers)
-            refused += layer.error != A_Err_NONE ? 1 : 0;
-        EXPECT_LE(refused, 1) << call;
-    }
+        EXPECT_GE(scene.bodyCount(), 2);
+        EXPECT_LE(std::count_if(report.layers.begin(), report.layers.end(),
+                                [](const LayerReport& layer) { return layer.error != A_Err_NONE; }),
+                  1);
+    });
     EXPECT_GT(readable, 50);
 }
 

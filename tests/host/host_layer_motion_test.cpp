@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "simulation/scene.h"
-#include "tests/host/document.h"
+#include "tests/host/imported.h"
 
 namespace jostle {
 
@@ -19,10 +19,7 @@ TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
         std::function<void(DocumentLayer& layer, DocumentLayer& parent)> change;
         int frame;
     };
-    const auto keyed = [](standalone::Stream& stream, double last) {
-        addKey(stream, 0, {});
-        addKey(stream, last, {50, 50, 50});
-    };
+    const auto keyed = [](standalone::Stream& stream, double last) { animate(stream, {}, last, {50, 50, 50}); };
     const Case cases[] = {
         {"nothing moves", [](auto&, auto&) {}, -1},
         {"its own position", [&](auto& l, auto&) { keyed(l.transform.position, 30); }, 30},
@@ -35,8 +32,7 @@ TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
         {"between frames is rounded up", [&](auto& l, auto&) { keyed(l.transform.anchor, 30.25); }, 31},
         {"each dimension by itself",
          [&](auto& l, auto&) {
-             l.transform.separated = true;
-             l.transform.positionX = l.transform.positionY = constantStream(1, {5, 0, 0});
+             separate(l);
              keyed(l.transform.positionY, 20);
          },
          20},
@@ -61,10 +57,8 @@ TEST(HostLayerMotion, ReadsMotionAtTheTimesAsked) {
     auto document = emptyDocument();
     document->pixelAspect = 2;
     DocumentLayer& layer = addLayer(*document);
-    addKey(layer.transform.position, 0, {150, 60, 0});
-    addKey(layer.transform.position, 50, {250, 60, 0});
-    addKey(layer.transform.scale, 0, {100, 100, 100});
-    addKey(layer.transform.scale, 50, {200, 100, 100});
+    animate(layer.transform.position, {150, 60, 0}, 50, {250, 60, 0});
+    animate(layer.transform.scale, {100, 100, 100}, 50, {200, 100, 100});
     DocumentLayer& parent = addNull(*document);
     parent.transform.position.value = {0, 0, 0};
     parent.transform.scale.value = {100, 50, 100};
@@ -74,11 +68,12 @@ TEST(HostLayerMotion, ReadsMotionAtTheTimesAsked) {
         HostLayerMotion motion(hosted.context());
         for (const int frame : {0, 10, 25}) {
             const double time = frame * frameSeconds;
+            SCOPED_TRACE(frame);
             // Twice as fast, since a pixel is twice as wide.
-            EXPECT_NEAR(motion.velocity(0, time, frameSeconds).x, 1.0f, 1e-4f) << frame;
-            EXPECT_NEAR(motion.velocity(0, time, frameSeconds).y, 0.0f, 1e-4f) << frame;
-            EXPECT_NEAR(motion.scale(0, time).x, 1.0f + static_cast<float>(frame) / 50, 1e-5f) << frame;
-            EXPECT_NEAR(motion.scale(0, time).y, 0.5f, 1e-5f) << frame;
+            const b2Vec2 velocity = motion.velocity(0, time, frameSeconds);
+            EXPECT_NEAR(velocity.x, 1.0f, 1e-4f);
+            EXPECT_NEAR(velocity.y, 0.0f, 1e-4f);
+            expectPoint(motion.scale(0, time), 1.0f + static_cast<float>(frame) / 50, 0.5f);
         }
         EXPECT_NEAR(motion.velocity(0, 60 * frameSeconds, frameSeconds).x, 0.0f, 1e-6f);
         EXPECT_NEAR(motion.pointToComposition(0, {10, 5}, 25 * frameSeconds).x, 200.0f, 1e-4f);
@@ -92,9 +87,7 @@ TEST(HostLayerMotion, ReadsMotionAtTheTimesAsked) {
 
 TEST(HostLayerMotion, TurnsTheShorterWay) {
     auto document = emptyDocument();
-    DocumentLayer& layer = addLayer(*document);
-    addKey(layer.transform.rotation, 0, {170, 0, 0});
-    addKey(layer.transform.rotation, 50, {190, 0, 0});
+    animate(addLayer(*document).transform.rotation, {170, 0, 0}, 50, {190, 0, 0});
     HostedDocument hosted(std::move(document));
     HostLayerMotion motion(hosted.context());
     // 20 degrees in 2 seconds. Between the frames 24 and 26 the angle of the matrix jumps from 180 to -180.

@@ -30,6 +30,8 @@ struct Imported {
     explicit Imported(const std::string& layers) : Imported(lottieDocument(layers)) {}
 
     [[nodiscard]] BodyRecord& body(std::size_t index = 0) { return scene.bodies.at(index); }
+    /// Reads a body's layer once more. @return whether that went well
+    bool refresh(int index = 0) { return refreshBody(hosted.context(), scene, index).has_value(); }
 
     HostedDocument hosted;
     MessageLog messages;
@@ -38,14 +40,26 @@ struct Imported {
 };
 
 inline void expectPoint(b2Vec2 actual, float x, float y) {
-    EXPECT_NEAR(actual.x, x, 2e-5f);
-    EXPECT_NEAR(actual.y, y, 2e-5f);
+    EXPECT_NEAR(actual.x, x, 1e-5f);
+    EXPECT_NEAR(actual.y, y, 1e-5f);
+}
+inline void expectPoint(b2Vec2 actual, b2Vec2 expected) {
+    expectPoint(actual, expected.x, expected.y);
 }
 
+/// What a body is made of, as in "1 circles 2 boxes"; empty for nothing.
 inline std::string piecesText(const BodyRecord& body) {
     const BodyPieces pieces = piecesOf(body);
-    return std::to_string(pieces.circles) + " circles, " + std::to_string(pieces.boxes) + " boxes, " +
-           std::to_string(pieces.openLines) + " lines, " + std::to_string(pieces.triangles) + " triangles";
+    std::string text;
+    const auto add = [&text](int count, const char* what) {
+        if (count > 0)
+            text += (text.empty() ? "" : " ") + std::to_string(count) + what;
+    };
+    add(pieces.circles, " circles");
+    add(pieces.boxes, " boxes");
+    add(pieces.openLines, " lines");
+    add(pieces.triangles, " triangles");
+    return text;
 }
 
 /// Square metres of a body's boxes and triangles, overlaps counted twice.
@@ -62,8 +76,20 @@ inline double areaOf(const BodyRecord& body) {
     return sum;
 }
 
-/// The corners of the box around all of a body's vertices, in metres.
-inline std::pair<b2Vec2, b2Vec2> extentOf(const BodyRecord& body) {
+/// A point in metres, of pixels.
+inline b2Vec2 at(float x, float y) {
+    return {x / pixelsPerMetre, y / pixelsPerMetre};
+}
+
+/// The box around all of a body's vertices, in pixels about the body's position.
+struct Extent {
+    float left, top, right, bottom;
+};
+inline Extent from(float left, float top, float right, float bottom) {
+    return {left, top, right, bottom};
+}
+
+inline void expectExtent(const BodyRecord& body, const Extent& extent) {
     b2Vec2 least(1e9f, 1e9f);
     b2Vec2 most(-1e9f, -1e9f);
     for (const auto& shapes : body.outlines)
@@ -72,7 +98,8 @@ inline std::pair<b2Vec2, b2Vec2> extentOf(const BodyRecord& body) {
                 least = b2Min(least, v);
                 most = b2Max(most, v);
             }
-    return {least, most};
+    expectPoint(least, at(extent.left, extent.top));
+    expectPoint(most, at(extent.right, extent.bottom));
 }
 
 } // namespace jostle

@@ -5,8 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/layer_import.h"
-#include "tests/host/document.h"
+#include "tests/host/imported.h"
 
 namespace jostle {
 
@@ -25,25 +24,28 @@ ExportResult samplesOf(std::vector<b2Vec2> positions, std::vector<float> rotatio
 }
 
 /// Imports a document, and writes to it.
-struct Export {
-    explicit Export(std::unique_ptr<Document> document) : hosted(std::move(document)) {
-        EXPECT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);
-    }
+struct Export : Imported {
+    using Imported::Imported;
 
     WriteReport write(const std::vector<ExportResult>& results, int startFrame, const WriteProgress& progress = {}) {
         const auto frames = static_cast<int>(results.at(0).positions.size());
         const KeyframeJob job{scene, results, startFrame, startFrame + frames - 1, motionBlur};
-        WriteReport report;
+        WriteReport written;
         {
             HostChain chain(hosted.context());
-            report = writeKeyframes(chain, activeComposition(chain), job, progress);
+            written = writeKeyframes(chain, activeComposition(chain), job, progress);
         }
         EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
-        return report;
+        return written;
     }
 
-    HostedDocument hosted;
-    Scene scene;
+    /// Writes bodies that stand still.
+    void writeStill(int startFrame, std::size_t frames) {
+        const ExportResult still =
+            samplesOf(std::vector<b2Vec2>(frames, b2Vec2(30, 40)), std::vector<float>(frames, 0.0f));
+        EXPECT_EQ(write(std::vector<ExportResult>(scene.bodies.size(), still), startFrame).outcome, WriteOutcome::Done);
+    }
+
     bool motionBlur = false;
 };
 
@@ -63,20 +65,15 @@ void expectValue(const Stream& stream, const Components& value) {
 /// A document with one animated solid.
 std::unique_ptr<Document> animatedDocument() {
     auto document = emptyDocument();
-    DocumentLayer& layer = addLayer(*document);
-    addKey(layer.transform.position, 0, {150, 60, 7});
-    addKey(layer.transform.position, 90, {50, 60, 7});
-    addKey(layer.transform.rotation, 0, {0, 0, 0});
-    addKey(layer.transform.rotation, 90, {360, 0, 0});
+    standalone::Transform& transform = addLayer(*document).transform;
+    animate(transform.position, {150, 60, 7}, 90, {50, 60, 7});
+    animate(transform.rotation, {}, 90, {360, 0, 0});
     return document;
 }
 
 TEST(KeyframeWriter, WritesKeysWhereTheSamplesChange) {
-    Export job([] {
-        auto document = animatedDocument();
-        document->layers[0]->autoOrient = true;
-        return document;
-    }());
+    Export job(animatedDocument());
+    job.hosted.layer(0).autoOrient = true;
     job.motionBlur = true;
     // At rest for three frames, then two pixels a frame. The second sample's neighbours are alike.
     const WriteReport report =
@@ -98,13 +95,10 @@ TEST(KeyframeWriter, WritesKeysWhereTheSamplesChange) {
 }
 
 TEST(KeyframeWriter, TreatsStaticAndDeadBodiesAsTheirTypesSay) {
-    Export job([] {
-        auto document = animatedDocument();
-        addKey(addLayer(*document).transform.position, 0, {1, 2, 3});
-        addKey(document->layers[1]->transform.position, 50, {4, 5, 6});
-        setParent(*document->layers[1], addNull(*document));
-        return document;
-    }());
+    auto document = animatedDocument();
+    animate(addLayer(*document).transform.position, {1, 2, 3}, 50, {4, 5, 6});
+    setParent(*document->layers[1], addNull(*document));
+    Export job(std::move(document));
     job.motionBlur = true;
     job.scene.bodies[0].type = BodyType::Static;
     job.scene.bodies[1].type = BodyType::Dead;
@@ -142,7 +136,7 @@ TEST(KeyframeWriter, CutsTheParentAndKeepsTheScale) {
         parent.transform.scale.value = c.parent;
         setParent(layer, parent);
         Export job(std::move(document));
-        EXPECT_EQ(job.write({samplesOf({{30, 40}}, {0})}, 0).outcome, WriteOutcome::Done);
+        job.writeStill(0, 1);
         EXPECT_EQ(job.hosted.layer(0).parent, nullptr);
         expectValue(job.hosted.layer(0).transform.scale, c.written);
     }
@@ -155,12 +149,10 @@ TEST(KeyframeWriter, TurnsTheScaleOverAsItWasOnImport) {
         SCOPED_TRACE(flipped);
         auto document = emptyDocument();
         DocumentLayer& layer = addLayer(*document);
-        addKey(layer.transform.scale, 0, {flipped, 100, 100});
-        addKey(layer.transform.scale, 10, {-flipped, 100, 100});
+        animate(layer.transform.scale, {flipped, 100, 100}, 10, {-flipped, 100, 100});
         addKey(layer.transform.scale, 30, {-2 * flipped, 100, 100});
         Export job(std::move(document));
-        const auto still = samplesOf({{30, 40}, {30, 40}, {30, 40}}, {0, 0, 0});
-        EXPECT_EQ(job.write({still}, 20).outcome, WriteOutcome::Done);
+        job.writeStill(20, 3);
         const double y = flipped < 0 ? -100 : 100;
         expectKeys(job.hosted.layer(0).transform.scale, {20, 21, 22}, {-150, y, 100, -155, y, 100, -160, y, 100});
     }
@@ -171,15 +163,12 @@ TEST(KeyframeWriter, TurnsTheScaleOverAsItWasOnImport) {
 TEST(KeyframeWriter, ReadsScalesBeforeWritingAny) {
     auto document = emptyDocument();
     DocumentLayer& child = addLayer(*document);
-    addKey(child.transform.scale, 0, {100, 100, 100});
-    addKey(child.transform.scale, 10, {100, 50, 100});
+    animate(child.transform.scale, {100, 100, 100}, 10, {100, 50, 100});
     DocumentLayer& parent = addLayer(*document);
-    addKey(parent.transform.scale, 0, {100, 100, 100});
-    addKey(parent.transform.scale, 10, {200, 100, 100});
+    animate(parent.transform.scale, {100, 100, 100}, 10, {200, 100, 100});
     setParent(child, parent);
     Export job(std::move(document));
-    const auto still = samplesOf({{30, 40}, {30, 40}, {30, 40}}, {0, 0, 0});
-    EXPECT_EQ(job.write({still, still}, 5).outcome, WriteOutcome::Done);
+    job.writeStill(5, 3);
     expectKeys(job.hosted.layer(1).transform.scale, {5, 6, 7}, {150, 100, 100, 160, 100, 100, 170, 100, 100});
     expectKeys(job.hosted.layer(0).transform.scale, {5, 6, 7}, {150, 75, 100, 160, 70, 100, 170, 65, 100});
 }
@@ -188,12 +177,9 @@ TEST(KeyframeWriter, WritesSeparatedDimensionsOneByOne) {
     auto document = emptyDocument();
     document->pixelAspect = 2;
     DocumentLayer& layer = addLayer(*document);
-    layer.transform.separated = true;
-    layer.transform.positionX = constantStream(1, {150, 0, 0});
-    layer.transform.positionY = constantStream(1, {60, 0, 0});
+    separate(layer);
     layer.transform.positionX.hasExpression = layer.transform.positionX.expressionEnabled = true;
-    addKey(layer.transform.positionX, 0, {150, 0, 0});
-    addKey(layer.transform.positionX, 50, {0, 0, 0});
+    animate(layer.transform.positionX, {150, 0, 0}, 50, {});
     Export job(std::move(document));
     EXPECT_EQ(job.write({samplesOf({{10, 20}, {12, 20}, {14, 20}}, {0, 0, 0})}, 0).outcome, WriteOutcome::Done);
     const auto& transform = job.hosted.layer(0).transform;
@@ -246,7 +232,7 @@ TEST(KeyframeWriter, WritesToADuplicate) {
     }
     EXPECT_TRUE(job.hosted.host.duplicated());
     EXPECT_EQ(job.hosted.layer(0).transform.position.keys.frames, (std::vector<double>{0, 1}));
-    EXPECT_TRUE(job.hosted.host.balance().allReturned());
+    EXPECT_TRUE(job.hosted.host.balance().allReturned()) << job.hosted.host.balance().text();
 }
 
 TEST(KeyframeWriter, RefusesSamplesThatAreNotTheRecords) {

@@ -1,34 +1,13 @@
-#include "host/layer_import.h"
-
 #include <cmath>
 #include <functional>
 
 #include <gtest/gtest.h>
 
-#include "tests/host/document.h"
+#include "tests/host/imported.h"
 
 namespace jostle {
 
 namespace {
-
-struct Imported {
-    Scene scene;
-    ImportReport report;
-};
-
-Imported import(std::unique_ptr<Document> document) {
-    Imported result;
-    HostedDocument hosted(std::move(document));
-    result.report = initFromComposition(hosted.context(), result.scene);
-    EXPECT_EQ(result.report.error, A_Err_NONE);
-    EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
-    return result;
-}
-
-void expectPoint(b2Vec2 actual, float x, float y) {
-    EXPECT_NEAR(actual.x, x, 1e-5f);
-    EXPECT_NEAR(actual.y, y, 1e-5f);
-}
 
 TEST(LayerImport, TellsWhyALayerIsNoBody) {
     struct Case {
@@ -63,7 +42,7 @@ TEST(LayerImport, TellsWhyALayerIsNoBody) {
         auto document = emptyDocument();
         c.change(addLayer(*document, c.kind));
         addLayer(*document).name = "below";
-        const Imported imported = import(std::move(document));
+        const Imported imported(std::move(document));
         ASSERT_EQ(imported.report.layers.size(), 2u);
         const bool isBody = c.outcome == LayerOutcome::Body;
         EXPECT_EQ(imported.report.layers[0].outcome, c.outcome);
@@ -79,94 +58,60 @@ TEST(LayerImport, TellsWhyALayerIsNoBody) {
 // Expected numbers by hand. The composition's centre is (100, 50). Corners are scale * (corner - (10, 5)) / 100 for
 // the corners (0, 0) and (40, 20), whatever the rotation.
 TEST(LayerImport, PlacesTheOutlineOfTheBounds) {
+    using Change = std::function<void(Document&, DocumentLayer&)>;
     struct Case {
         const char* name;
-        std::function<void(Document&, DocumentLayer&)> change;
-        b2Vec2 position; // metres
-        float degrees;
-        b2Vec2 first, third; // corners, metres
-        b2Vec2 scale;
+        Change change;
+        b2Vec2 position;
+        Extent corners;
+        float degrees = 0;
+        b2Vec2 scale = {1, 1};
     };
+    const auto scaledTo = [](double x, double y, double degrees = 0) -> Change {
+        return [=](Document&, DocumentLayer& layer) {
+            layer.transform.scale.value = {x, y, 100};
+            layer.transform.rotation.value = {degrees, 0, 0};
+        };
+    };
+    const Change child = [&](Document& document, DocumentLayer& layer) {
+        DocumentLayer& parent = addNull(document);
+        scaledTo(200, 100, 90)(document, parent);
+        layer.transform.position.value = {30, 0, 0};
+        setParent(layer, parent);
+    };
+    const Extent plain = from(-10, -5, 30, 15);
     const Case cases[] = {
-        {"as it is", [](auto&, auto&) {}, {0.5f, 0.1f}, 0, {-0.1f, -0.05f}, {0.3f, 0.15f}, {1, 1}},
-        {"scaled and turned",
-         [](auto&, auto& l) {
-             l.transform.scale.value = {200, 50, 100};
-             l.transform.rotation.value = {90, 0, 0};
-         },
-         {0.5f, 0.1f},
-         90,
-         {-0.2f, -0.025f},
-         {0.6f, 0.075f},
-         {2, 0.5f}},
+        {"as it is", scaledTo(100, 100), at(50, 10), plain},
+        {"scaled and turned", scaledTo(200, 50, 90), at(50, 10), from(-20, -2.5f, 60, 7.5f), 90, b2Vec2(2, 0.5f)},
         {"under a turned and stretched parent: (30, 0) doubles to (60, 0), turns to (0, 60), lands at (100, 110)",
-         [](auto& d, auto& l) {
-             DocumentLayer& parent = addNull(d);
-             parent.transform.scale.value = {200, 100, 100};
-             parent.transform.rotation.value = {90, 0, 0};
-             l.transform.position.value = {30, 0, 0};
-             setParent(l, parent);
-         },
-         {0.0f, 0.6f},
-         90,
-         {-0.2f, -0.05f},
-         {0.6f, 0.15f},
-         {2, 1}},
-        {"a flip keeps the size",
-         [](auto&, auto& l) {
-             l.transform.scale.value = {100, -100, 100};
-         },
-         {0.5f, 0.1f},
-         0,
-         {-0.1f, -0.05f},
-         {0.3f, 0.15f},
-         {1, 1}},
-        {"nothing is left of a layer at scale 0 but a thousandth",
-         [](auto&, auto& l) {
-             l.transform.scale.value = {0, 0, 100};
-         },
-         {0.5f, 0.1f},
-         0,
-         {-0.0001f, -0.00005f},
-         {0.0003f, 0.00015f},
-         {0.001f, 0.001f}},
+         child, at(0, 60), from(-20, -5, 60, 15), 90, b2Vec2(2, 1)},
+        {"a flip keeps the size", scaledTo(100, -100), at(50, 10), plain},
+        {"nothing is left of a layer at scale 0 but a thousandth", scaledTo(0, 0), at(50, 10),
+         from(-0.01f, -0.005f, 0.03f, 0.015f), 0, b2Vec2(0.001f, 0.001f)},
         {"wide pixels: x doubles, and so does the width of the composition",
-         [](auto& d, auto&) { d.pixelAspect = 2; },
-         {1.0f, 0.1f},
-         0,
-         {-0.1f, -0.05f},
-         {0.3f, 0.15f},
-         {1, 1}},
-        {"no number",
-         [](auto&, auto& l) {
-             l.transform.scale.value = {std::nan(""), 100, 100};
-         },
-         {-0.9f, -0.45f},
-         0,
-         {-0.1f, -0.05f},
-         {0.3f, 0.15f},
-         {1, 1}}, // as if nothing were transformed
+         [](auto& document, auto&) { document.pixelAspect = 2; }, at(100, 10), plain},
+        {"no number: as if nothing were transformed", scaledTo(std::nan(""), 100), at(-90, -45), plain},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         auto document = emptyDocument();
         c.change(*document, addLayer(*document));
-        const Imported imported = import(std::move(document));
+        Imported imported(std::move(document));
         ASSERT_EQ(imported.scene.bodyCount(), 1);
-        const BodyRecord& body = imported.scene.bodies[0];
-        expectPoint(body.position, c.position.x, c.position.y);
-        expectPoint(body.importPosition, c.position.x, c.position.y);
+        const BodyRecord& body = imported.body();
+        expectPoint(body.position, c.position);
+        expectPoint(body.importPosition, c.position);
         EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
-        expectPoint(body.layerScale, c.scale.x, c.scale.y);
+        expectPoint(body.layerScale, c.scale);
         expectPoint(body.layerAnchor, 10, 5);
-        ASSERT_EQ(body.outlines.at(0).at(0).verts.size(), 4u);
-        const auto& corners = body.outlines[0][0].verts;
-        expectPoint(corners[0], c.first.x, c.first.y);
-        expectPoint(corners[1], c.third.x, c.first.y);
-        expectPoint(corners[2], c.third.x, c.third.y);
-        expectPoint(corners[3], c.first.x, c.third.y);
+        const auto& corners = body.outlines.at(0).at(0).verts;
+        ASSERT_EQ(corners.size(), 4u);
+        expectPoint(corners[0], at(c.corners.left, c.corners.top));
+        expectPoint(corners[1], at(c.corners.right, c.corners.top));
+        expectPoint(corners[2], at(c.corners.right, c.corners.bottom));
+        expectPoint(corners[3], at(c.corners.left, c.corners.bottom));
         EXPECT_TRUE(body.isBox);
-        EXPECT_EQ(imported.report.layers[0].numbersReplaced, std::string(c.name) == "no number");
+        EXPECT_EQ(imported.report.layers[0].numbersReplaced, &c == std::end(cases) - 1);
     }
 }
 
@@ -194,7 +139,8 @@ TEST(LayerImport, CutsSpansToWholeFrames) {
         DocumentLayer& layer = addLayer(*document);
         layer.inFrame = c.inFrame;
         layer.outFrame = c.outFrame;
-        const Scene scene = import(std::move(document)).scene;
+        const Imported imported(std::move(document));
+        const Scene& scene = imported.scene;
         EXPECT_EQ(scene.compFrames, 100);
         EXPECT_EQ(scene.bodies.at(0).inPoint, c.inPoint);
         EXPECT_EQ(scene.bodies.at(0).outPoint, c.outPoint);
@@ -209,7 +155,8 @@ TEST(LayerImport, ReadsTheCompositionAndColours) {
     solid.label = 9;
     solid.id = 77;
     addLayer(*document, LayerKind::Image);
-    const Scene scene = import(std::move(document)).scene;
+    const Imported imported(std::move(document));
+    const Scene& scene = imported.scene;
     EXPECT_EQ(scene.compWidth, 300);
     EXPECT_EQ(scene.compHeight, 100);
     EXPECT_DOUBLE_EQ(scene.fps, 30);
@@ -234,9 +181,8 @@ TEST(LayerImport, AsksTheParentButNotTheGrandparentForRotation) {
         setParent(layer, parent);
         setParent(parent, addNull(*document));
         standalone::Stream& rotation = document->layers[static_cast<std::size_t>(turning)]->transform.rotation;
-        addKey(rotation, 0, {0, 0, 0});
-        addKey(rotation, 50, {90, 0, 0});
-        EXPECT_EQ(import(std::move(document)).scene.bodies.at(0).rotationAnimated, turning < 2);
+        animate(rotation, {}, 50, {90, 0, 0});
+        EXPECT_EQ(Imported(std::move(document)).scene.bodies.at(0).rotationAnimated, turning < 2);
     }
 }
 

@@ -37,6 +37,12 @@ struct Stance {
     std::string rotation = "0";
     std::string more = ""; ///< other members of the layer, each after a comma
 };
+inline Stance scaled(const std::string& scale) {
+    return {.scale = scale};
+}
+inline Stance turned(const std::string& rotation) {
+    return {.rotation = rotation};
+}
 
 inline std::string layerText(const std::string& members, const Stance& stance) {
     return R"({"ip":0,"op":100,"st":0,"ks":{"a":{"k":)" + stance.anchor + R"(},"p":{"k":)" + stance.position +

@@ -8,105 +8,56 @@ namespace {
 
 const std::string rightRectangle = "[90,10],[10,10],[10,60],[90,60]"; // as the host draws it; 80 by 50
 
-struct MaskCase {
-    const char* name;
-    std::string masks;
-    Stance stance;
-    const char* pieces;
-    double area; // square metres of boxes and triangles; by hand
-};
-
-std::string at(const std::string& outline) {
+std::string maskOf(const std::string& outline) {
     return mask(outlineText(outline));
 }
 
 // A circle with two points on each curve is a polygon of 12: 4 corners at 50, and the points of a quarter at a third
 // and two thirds, so that its area is not that of a circle. Where it is meshed the area is left out, as 0.
 TEST(MaskImport, MakesPrimitivesOfASingleMaskOnly) {
+    struct Case {
+        const char* name;
+        std::string masks;
+        const char* pieces;
+        double area; // square metres of boxes and triangles; by hand
+        Stance stance = {};
+    };
+    const std::string circle = mask(hostCircle);
     const std::string otherStart =
         R"({"v":[[0,50],[50,100],[100,50],[50,0]],"i":[[0,-27.614],[-27.614,0],[0,27.614],[27.614,0]],)"
         R"("o":[[0,27.614],[27.614,0],[0,-27.614],[-27.614,0]],"c":true})";
     const std::string reversed =
         R"({"v":[[50,0],[100,50],[50,100],[0,50]],"i":[[-27.614,0],[0,-27.614],[27.614,0],[0,27.614]],)"
         R"("o":[[27.614,0],[0,27.614],[-27.614,0],[0,-27.614]],"c":true})";
-    const MaskCase cases[] = {
-        {"the host's circle", mask(hostCircle), {}, "1 circles, 0 boxes, 0 lines, 0 triangles", 0},
-        {"the same from another vertex on", mask(otherStart), {}, "0 circles, 0 boxes, 0 lines, 10 triangles", 0},
-        {"the same the other way round", mask(reversed), {}, "0 circles, 0 boxes, 0 lines, 10 triangles", 0},
-        {"a circle beside a second mask",
-         joined({mask(hostCircle), at("[200,0],[300,0],[300,100]")}),
-         {},
-         "0 circles, 0 boxes, 0 lines, 11 triangles",
-         0},
-        {"a circle on an evenly scaled layer",
-         mask(hostCircle),
-         {.scale = "[50,50]"},
-         "1 circles, 0 boxes, 0 lines, 0 triangles",
-         0},
-        {"a circle on an unevenly scaled layer",
-         mask(hostCircle),
-         {.scale = "[50,100]"},
-         "0 circles, 0 boxes, 0 lines, 10 triangles",
-         0},
-        {"a rectangle", at(rightRectangle), {}, "0 circles, 1 boxes, 0 lines, 0 triangles", 0.4},
-        {"a rectangle on an unevenly scaled layer: still a box",
-         at(rightRectangle),
-         {.scale = "[200,100]"},
-         "0 circles, 1 boxes, 0 lines, 0 triangles",
-         0.8},
-        {"a rectangle whose first edge runs down",
-         at("[10,10],[10,60],[90,60],[90,10]"),
-         {},
-         "0 circles, 1 boxes, 0 lines, 0 triangles",
-         0.4},
-        {"a rectangle whose second edge runs up",
-         at("[10,60],[90,60],[90,10],[10,10]"),
-         {},
-         "0 circles, 0 boxes, 0 lines, 2 triangles",
-         0.4},
-        {"a rectangle of 5 by 5 pixels",
-         at("[5,0],[0,0],[0,5],[5,5]"),
-         {},
-         "0 circles, 0 boxes, 0 lines, 2 triangles",
-         0.0025},
-        {"a rectangle with a repeated vertex",
-         at("[90,10],[10,10],[10,10],[10,60],[90,60]"),
-         {},
-         "0 circles, 1 boxes, 0 lines, 0 triangles",
-         0.4},
-        {"two rectangles side by side",
-         joined({at(rightRectangle), at("[190,10],[110,10],[110,60],[190,60]")}),
-         {},
-         "0 circles, 0 boxes, 0 lines, 4 triangles",
-         0.8},
+    const std::string off =
+        R"({"mode":"n","inv":true,"pt":{"k":)" + outlineText(rightRectangle) + R"(},"o":{"k":0},"x":{"k":30}})";
+    const Case cases[] = {
+        {"the host's circle", circle, "1 circles", 0},
+        {"the same from another vertex on", mask(otherStart), "10 triangles", 0},
+        {"the same the other way round", mask(reversed), "10 triangles", 0},
+        {"a circle beside a second mask", joined({circle, maskOf("[200,0],[300,0],[300,100]")}), "11 triangles", 0},
+        {"a circle on an evenly scaled layer", circle, "1 circles", 0, scaled("[50,50]")},
+        {"a circle on an unevenly scaled layer", circle, "10 triangles", 0, scaled("[50,100]")},
+        {"a rectangle", maskOf(rightRectangle), "1 boxes", 0.4},
+        {"whatever the mode, inversion, opacity and expansion", off, "1 boxes", 0.4},
+        {"on an unevenly scaled layer: still a box", maskOf(rightRectangle), "1 boxes", 0.8, scaled("[200,100]")},
+        {"a rectangle whose first edge runs down", maskOf("[10,10],[10,60],[90,60],[90,10]"), "1 boxes", 0.4},
+        {"a rectangle whose second edge runs up", maskOf("[10,60],[90,60],[90,10],[10,10]"), "2 triangles", 0.4},
+        {"a rectangle of 5 by 5 pixels", maskOf("[5,0],[0,0],[0,5],[5,5]"), "2 triangles", 0.0025},
+        {"a rectangle with a repeated vertex", maskOf("[90,10],[10,10],[10,10],[10,60],[90,60]"), "1 boxes", 0.4},
+        {"two rectangles side by side", joined({maskOf(rightRectangle), maskOf("[190,10],[110,10],[110,60],[190,60]")}),
+         "4 triangles", 0.8},
         {"a rectangle within another is a hole of it",
-         joined({at("[0,0],[100,0],[100,100],[0,100]"), at("[20,20],[80,20],[80,80],[20,80]")}),
-         {},
-         "0 circles, 0 boxes, 0 lines, 8 triangles",
+         joined({maskOf("[0,0],[100,0],[100,100],[0,100]"), maskOf("[20,20],[80,20],[80,80],[20,80]")}), "8 triangles",
          0.64},
-        {"an open mask",
-         mask(outlineText("[0,0],[50,0],[50,50]", false)),
-         {},
-         "0 circles, 0 boxes, 1 lines, 0 triangles",
-         0},
-        {"a mask without vertices beside a rectangle: two masks",
-         joined({mask(outlineText("")), at(rightRectangle)}),
-         {},
-         "0 circles, 0 boxes, 0 lines, 2 triangles",
-         0.4},
-        {"a mask without vertices", mask(outlineText("")), {}, "0 circles, 0 boxes, 0 lines, 0 triangles", 0},
-        {"a flipped layer keeps its size",
-         at(rightRectangle),
-         {.scale = "[-50,100]"},
-         "0 circles, 1 boxes, 0 lines, 0 triangles",
-         0.2},
-        {"a layer at scale 0 keeps a thousandth",
-         at(rightRectangle),
-         {.scale = "[0,0]"},
-         "0 circles, 1 boxes, 0 lines, 0 triangles",
-         0.4e-6},
+        {"an open mask", mask(outlineText("[0,0],[50,0],[50,50]", false)), "1 lines", 0},
+        {"a mask without vertices beside a rectangle: two masks", joined({maskOf(""), maskOf(rightRectangle)}),
+         "2 triangles", 0.4},
+        {"a mask without vertices", maskOf(""), "", 0},
+        {"a flipped layer keeps its size", maskOf(rightRectangle), "1 boxes", 0.2, scaled("[-50,100]")},
+        {"a layer at scale 0 keeps a thousandth", maskOf(rightRectangle), "1 boxes", 0.4e-6, scaled("[0,0]")},
     };
-    for (const MaskCase& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         Imported imported(solidLayer(c.masks, c.stance));
         ASSERT_EQ(imported.scene.bodyCount(), 1);
@@ -119,22 +70,13 @@ TEST(MaskImport, MakesPrimitivesOfASingleMaskOnly) {
     }
 }
 
-TEST(MaskImport, ReadsAllMasksWhateverTheirModes) {
-    const std::string off =
-        R"({"mode":"n","inv":true,"pt":{"k":)" + outlineText(rightRectangle) + R"(},"o":{"k":0},"x":{"k":30}})";
-    Imported imported(solidLayer(off));
-    EXPECT_EQ(piecesText(imported.body()), "0 circles, 1 boxes, 0 lines, 0 triangles");
-    EXPECT_NEAR(areaOf(imported.body()), 0.4, 1e-4);
-}
-
 // Corners of the rectangle from (10, 10) to (90, 60), less the anchor (30, 20), times the scale.
 TEST(MaskImport, MeasuresFromTheAnchorAndScalesTheOutline) {
-    Imported imported(solidLayer(
-        at(rightRectangle), {.anchor = "[30,20]", .position = "[120,80]", .scale = "[200,-100]", .rotation = "30"}));
+    Imported imported(
+        solidLayer(maskOf(rightRectangle),
+                   {.anchor = "[30,20]", .position = "[120,80]", .scale = "[200,-100]", .rotation = "30"}));
     const BodyRecord& body = imported.body();
-    const auto [least, most] = extentOf(body);
-    expectPoint(least, -0.4f, -0.1f);
-    expectPoint(most, 1.2f, 0.4f);
+    expectExtent(body, {-40, -10, 120, 40});
     expectPoint(body.position, 0.2f, 0.3f);
     expectPoint(body.layerAnchor, 30, 20);
     expectPoint(body.layerScale, 2, 1);
@@ -158,17 +100,16 @@ TEST(MaskImport, TakesTheCircleOfAScaledChildWhereItStands) {
 }
 
 TEST(MaskImport, AMaskOverridesWhatTheLayerShows) {
-    Stance masked;
-    masked.more = R"(,"masksProperties":[)" + at(rightRectangle) + "]";
-    Imported imported(shapeLayer(group(ellipse("[80,80]", "[0,0]")), masked));
+    Imported imported(shapeLayer(group(ellipse("[80,80]", "[0,0]")),
+                                 {.more = R"(,"masksProperties":[)" + maskOf(rightRectangle) + "]"}));
     EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Masks);
-    EXPECT_EQ(piecesText(imported.body()), "0 circles, 1 boxes, 0 lines, 0 triangles");
+    EXPECT_EQ(piecesText(imported.body()), "1 boxes");
     EXPECT_FALSE(imported.body().isShapeLayer);
 }
 
 TEST(MaskImport, RefreshTakesTheBodysPrecisionAndHull) {
     const std::string hook = "[0,0],[100,0],[100,100],[80,100],[80,20],[0,20]"; // 100 x 20 and 20 x 80
-    Imported imported(joined({solidLayer(mask(hostCircle), {.scale = "[100,50]"}), solidLayer(at(hook))}));
+    Imported imported(joined({solidLayer(mask(hostCircle), scaled("[100,50]")), solidLayer(maskOf(hook))}));
     EXPECT_NEAR(areaOf(imported.body(1)), 0.36, 1e-5);
     imported.body(0).meshPrecision = 4;
     imported.body(1).useConvexHull = true;
@@ -176,7 +117,7 @@ TEST(MaskImport, RefreshTakesTheBodysPrecisionAndHull) {
     imported.body(1).angle = 1;
     imported.body(1).density = 3;
     for (const int index : {0, 1})
-        ASSERT_TRUE(refreshBody(imported.hosted.context(), imported.scene, index).has_value());
+        ASSERT_TRUE(imported.refresh(index));
     // Four curves of five points each.
     EXPECT_EQ(piecesOf(imported.body(0)).triangles, 18);
     // The hull cuts off the triangle between (0, 20) and (80, 100).
@@ -184,20 +125,19 @@ TEST(MaskImport, RefreshTakesTheBodysPrecisionAndHull) {
     expectPoint(imported.body(1).position, 7, 8);
     EXPECT_EQ(imported.body(1).angle, 1);
     EXPECT_EQ(imported.body(1).density, 3);
-    EXPECT_FALSE(refreshBody(imported.hosted.context(), imported.scene, 2).has_value());
+    EXPECT_FALSE(imported.refresh(2));
     imported.scene.layerIndices[0] = 9;
-    EXPECT_FALSE(refreshBody(imported.hosted.context(), imported.scene, 0).has_value()) << "a layer that is gone";
+    EXPECT_FALSE(imported.refresh(0)) << "a layer that is gone";
 }
 
 TEST(MaskImport, TellsWhichBodiesCrossThemselves) {
-    const std::string bow = at("[0,0],[100,100],[100,0],[0,100]");
-    Imported imported(joined({solidLayer(bow), solidLayer(at(rightRectangle)), solidLayer(bow)}));
+    const std::string bow = maskOf("[0,0],[100,100],[100,0],[0,100]");
+    Imported imported(joined({solidLayer(bow), solidLayer(maskOf(rightRectangle)), solidLayer(bow)}));
     EXPECT_TRUE(imported.body(0).triangulationFailed);
     EXPECT_FALSE(imported.body(1).triangulationFailed);
-    ASSERT_EQ(imported.messages.texts.size(), 1u);
-    EXPECT_EQ(imported.messages.texts[0], "Self-intersecting shapes are not supported.\n\n"
-                                          "Triangulation failed for the following bodies:\n"
-                                          "Body #1 (solid)  Body #3 (solid)  ");
+    EXPECT_EQ(imported.messages.texts, std::vector<std::string>{"Self-intersecting shapes are not supported.\n\n"
+                                                                "Triangulation failed for the following bodies:\n"
+                                                                "Body #1 (solid)  Body #3 (solid)  "});
 }
 
 } // namespace

@@ -11,8 +11,10 @@ namespace {
 
 const std::string leftMask = mask(outlineText("[40,0],[0,0],[0,40],[40,40]"), "left");
 const std::string rightMask = mask(outlineText("[90,0],[60,0],[60,40],[90,40]"), "right");
-const std::string twoGroups = joined({group(rect("[40,20]", "[-50,0]"), "", "one"), path(outlineText("[0,0],[9,9]")),
-                                      group(ellipse("[20,20]", "[50,0]"), "", "two")});
+const std::string loose = path(outlineText("[0,0],[9,9]"));
+const std::string twoMasks = joined({leftMask, rightMask});
+const std::string twoGroups =
+    joined({group(rect("[40,20]", "[-50,0]"), "", "one"), loose, group(ellipse("[20,20]", "[50,0]"), "", "two")});
 
 std::vector<std::string> namesOf(HostedDocument& hosted) {
     std::vector<std::string> names;
@@ -27,18 +29,17 @@ TEST(Separation, OffersLayersWithPartsThatBecomeBodies) {
         std::string layer;
         std::vector<int> offered;
     };
-    Stance masked;
-    masked.more = R"(,"masksProperties":[)" + joined({leftMask, rightMask}) + "]";
+    const std::string masks = R"("masksProperties":[)" + twoMasks + "]";
     const Case cases[] = {
-        {"two masks", solidLayer(joined({leftMask, rightMask})), {1}},
+        {"two masks", solidLayer(twoMasks), {1}},
         {"one mask", solidLayer(leftMask), {}},
         {"two groups", shapeLayer(joined({group(path(hostCircle)), group(path(hostCircle))})), {1}},
         {"a group and a path", shapeLayer(joined({group(path(hostCircle)), path(hostCircle)})), {1}},
         {"a group and a rectangle", shapeLayer(joined({group(path(hostCircle)), rect("[9,9]", "[0,0]")})), {}},
-        {"both, twice", shapeLayer(twoGroups, masked), {1, 1}},
-        {"hidden", solidLayer(joined({leftMask, rightMask}), {.more = R"(,"hd":true)"}), {}},
-        {"3D", solidLayer(joined({leftMask, rightMask}), {.more = R"(,"ddd":1)"}), {}},
-        {"a guide", layerText(R"("ty":11,"masksProperties":[)" + joined({leftMask, rightMask}) + "]", {}), {}},
+        {"both, twice", shapeLayer(twoGroups, {.more = "," + masks}), {1, 1}},
+        {"hidden", solidLayer(twoMasks, {.more = R"(,"hd":true)"}), {}},
+        {"3D", solidLayer(twoMasks, {.more = R"(,"ddd":1)"}), {}},
+        {"a guide", layerText(R"("ty":11,)" + masks, {}), {}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -51,7 +52,7 @@ TEST(Separation, OffersLayersWithPartsThatBecomeBodies) {
 TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
     HostedDocument hosted(lottieDocument(joined({
         solidLayer(leftMask, {.more = R"(,"ef":[])"}),
-        solidLayer(joined({leftMask, rightMask}), {.anchor = "[10,10]", .scale = "[200,200]"}),
+        solidLayer(twoMasks, {.anchor = "[10,10]", .scale = "[200,200]"}),
         shapeLayer(twoGroups, {.position = "[120,30]", .scale = "[50,50]", .rotation = "30"}),
     })));
     hosted.layer(2).transform.opacity.value[0] = 50;
@@ -75,10 +76,10 @@ TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
     ASSERT_EQ(scene.bodyCount(), 5);
     // A single mask is a primitive again, and so is a single element.
     for (const std::size_t body : {1u, 2u, 3u})
-        EXPECT_EQ(piecesText(scene.bodies[body]), "0 circles, 1 boxes, 0 lines, 0 triangles") << body;
-    EXPECT_EQ(piecesText(scene.bodies[4]), "1 circles, 0 boxes, 0 lines, 0 triangles");
+        EXPECT_EQ(piecesText(scene.bodies[body]), "1 boxes") << body;
+    EXPECT_EQ(piecesText(scene.bodies[4]), "1 circles");
     expectPoint(scene.bodies[1].layerScale, 2, 2);
-    expectPoint(extentOf(scene.bodies[1]).second, 0.6f, 0.6f); // from 0 to 40, less 10, twice
+    expectExtent(scene.bodies[1], {-20, -20, 60, 60}); // from 0 to 40, less 10, twice
     EXPECT_NEAR(radiansToDegrees(scene.bodies[3].angle), 30, 1e-4f);
     // (-50, 0) and (50, 0), halved and turned by 30 degrees, about (120, 30).
     const float x = 0.25f * std::cos(b2_pi / 6);
@@ -107,20 +108,17 @@ TEST(Separation, PartsOfAChildStandWhereTheSourceDoes) {
 // A group has the place of its source and as many further down as there are shapes above it, but covers what its source
 // covered. One that fades is not held where it begins.
 TEST(Separation, ShapesBetweenGroupsDoNotPutAPartBelowOtherLayers) {
-    const std::string loose = path(outlineText("[0,0],[9,9]"));
     HostedDocument hosted(lottieDocument(joined(
         {shapeLayer(joined({loose, loose, loose, group(loose, "", "one"), loose, loose, group(loose, "", "two")})),
          solidLayer("")})));
-    hosted.layer(0).transform.opacity = constantStream(1, {0, 0, 0});
-    addKey(hosted.layer(0).transform.opacity, 0, {0, 0, 0});
-    addKey(hosted.layer(0).transform.opacity, 20, {100, 0, 0});
+    hosted.layer(0).transform.opacity = constantStream(1, {});
+    animate(hosted.layer(0).transform.opacity, {}, 20, {100, 0, 0});
     EXPECT_EQ(separateLayers(hosted.context(), std::vector<int>{0}, nullptr, {}).layersMade, 2);
     EXPECT_EQ(namesOf(hosted), (std::vector<std::string>{"shape (hidden)", "one", "two", "solid"}));
     EXPECT_EQ(hosted.layer(1).transform.opacity.value[0], 100);
 }
 
 TEST(Separation, PathsWithoutAGroupStayInSight) {
-    const std::string loose = path(outlineText("[0,0],[9,9]"));
     HostedDocument hosted(lottieDocument(shapeLayer(joined({loose, loose}))));
     EXPECT_EQ(separateLayers(hosted.context(), std::vector<int>{0}, nullptr, {}).layersMade, 0);
     EXPECT_EQ(namesOf(hosted), std::vector<std::string>{"shape"});
@@ -128,28 +126,21 @@ TEST(Separation, PathsWithoutAGroupStayInSight) {
 
 // Whatever call the host refuses, the failure is told in the words of what failed and the undo group closes.
 TEST(Separation, ARefusalIsToldAndTheOthersGoOn) {
-    const auto document = [] {
-        return lottieDocument(joined({solidLayer(joined({leftMask, rightMask})), shapeLayer(twoGroups)}));
-    };
+    const std::string layers = joined({solidLayer(twoMasks), shapeLayer(twoGroups)});
     int failures = 0;
-    for (int call = 1;; ++call) {
-        HostedDocument hosted(document());
-        const FailingSuites failing(hosted.host.basic(), call);
-        MessageLog messages;
-        const SeparationReport report =
-            separateLayers({failing.basic(), hosted.host.pluginId()}, std::vector<int>{0, 1}, &messages, {});
-        EXPECT_TRUE(hosted.host.balance().allReturned()) << call << ": " << hosted.host.balance().text();
-        if (!FailingSuites::reached())
-            break;
-        if (report.layersFailed == 0)
-            continue;
-        ++failures;
-        EXPECT_EQ(report.layersSeparated, 1) << call;
-        ASSERT_EQ(messages.texts.size(), 1u) << call;
-        EXPECT_TRUE(messages.texts[0] == "Error occurred when separating shapes." ||
-                    messages.texts[0] == "Error occurred when separating masks.")
-            << messages.texts[0];
-    }
+    refuseEachCall([&] { return lottieDocument(layers); },
+                   [&failures](const HostContext& context) {
+                       MessageLog messages;
+                       const SeparationReport report = separateLayers(context, std::vector<int>{0, 1}, &messages, {});
+                       if (report.layersFailed == 0)
+                           return;
+                       ++failures;
+                       EXPECT_EQ(report.layersSeparated, 1);
+                       ASSERT_EQ(messages.texts.size(), 1u);
+                       EXPECT_TRUE(messages.texts[0] == "Error occurred when separating shapes." ||
+                                   messages.texts[0] == "Error occurred when separating masks.")
+                           << messages.texts[0];
+                   });
     EXPECT_GT(failures, 50);
 }
 

@@ -7,16 +7,16 @@ namespace jostle {
 namespace {
 
 const std::string plainRect = rect("[40,20]", "[0,0]");
-const std::string corner = "[0,0],[30,0],[0,30]"; // its centroid is (10, 10)
+const std::string corner = path(outlineText("[0,0],[30,0],[0,30]")); // its centroid is (10, 10)
 
 struct ShapeCase {
     const char* name;
     std::string elements;
-    Stance stance;
     const char* pieces;
-    b2Vec2 position;    // metres from the centre, where the layer's origin is
-    b2Vec2 least, most; // corners of the body's box around that, metres; not asked for if both are 0
-    float degrees;
+    b2Vec2 position; // metres from the centre, where the layer's origin is
+    Extent extent;
+    Stance stance = {};
+    float degrees = 0;
 };
 
 void expectCase(const ShapeCase& c) {
@@ -29,146 +29,56 @@ void expectCase(const ShapeCase& c) {
     EXPECT_TRUE(body.isShapeLayer);
     EXPECT_FALSE(body.isBox);
     EXPECT_EQ(piecesText(body), c.pieces);
-    expectPoint(body.position, c.position.x, c.position.y);
-    expectPoint(body.importPosition, c.position.x, c.position.y);
+    expectPoint(body.position, c.position);
+    expectPoint(body.importPosition, c.position);
     EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
-    if (c.most.LengthSquared() > 0) {
-        const auto [least, most] = extentOf(body);
-        expectPoint(least, c.least.x, c.least.y);
-        expectPoint(most, c.most.x, c.most.y);
-    }
+    expectExtent(body, c.extent);
 }
 
 TEST(ShapeImport, PlacesElementsByTheSumOfTheirGroups) {
-    const char* const box = "0 circles, 1 boxes, 0 lines, 0 triangles";
-    const char* const circle = "1 circles, 0 boxes, 0 lines, 0 triangles";
     const std::string place = R"(,"a":{"k":[5,5]},"p":{"k":[20,5]})";
+    const std::string star = R"({"ty":"sr","sy":1,"p":{"k":[0,0]},"pt":{"k":5},"r":{"k":0},"or":{"k":40},)"
+                             R"("os":{"k":0},"ir":{"k":20},"is":{"k":0}})";
+    const std::string polygon =
+        R"({"ty":"sr","sy":2,"p":{"k":[0,0]},"pt":{"k":6.9},"r":{"k":0},"or":{"k":40},"os":{"k":0}})";
+    const std::string hidden = R"({"ty":"gr","hd":true,"it":[)" + plainRect + R"(,{"ty":"tr"}]})";
+    const Extent plain = from(-20, -10, 20, 10);
+    const Extent upright = from(-10, -20, 10, 20);
     const ShapeCase cases[] = {
-        {"a rectangle", group(plainRect), {}, box, {0, 0}, {-0.2f, -0.1f}, {0.2f, 0.1f}, 0},
-        {"at the top, outside of groups", plainRect, {}, box, {0, 0}, {-0.2f, -0.1f}, {0.2f, 0.1f}, 0},
-        {"position less anchor: (20, 5) + (10, 0) - (5, 5)",
-         group(rect("[40,20]", "[10,0]"), place),
-         {},
-         box,
-         {0.25f, 0},
-         {-0.2f, -0.1f},
-         {0.2f, 0.1f},
-         0},
-        {"a group's scale stretches size and offset",
-         group(rect("[40,20]", "[10,0]"), R"(,"s":{"k":[200,50]})"),
-         {},
-         box,
-         {0.2f, 0},
-         {-0.4f, -0.05f},
-         {0.4f, 0.05f},
-         0},
+        {"a rectangle", group(plainRect), "1 boxes", at(0, 0), plain},
+        {"at the top, outside of groups", plainRect, "1 boxes", at(0, 0), plain},
+        {"position less anchor: (20, 5) + (10, 0) - (5, 5)", group(rect("[40,20]", "[10,0]"), place), "1 boxes",
+         at(25, 0), plain},
+        {"a group's scale stretches size and offset", group(rect("[40,20]", "[10,0]"), R"(,"s":{"k":[200,50]})"),
+         "1 boxes", at(20, 0), from(-40, -5, 40, 5)},
         {"rotations add, and an outer one does not swing the inner offset",
-         group(group(plainRect, R"(,"p":{"k":[0,20]})"), R"(,"p":{"k":[10,0]},"r":{"k":90})"),
-         {},
-         box,
-         {0.1f, 0.2f},
-         {-0.1f, -0.2f},
-         {0.1f, 0.2f},
-         0},
+         group(group(plainRect, R"(,"p":{"k":[0,20]})"), R"(,"p":{"k":[10,0]},"r":{"k":90})"), "1 boxes", at(10, 20),
+         upright},
         {"a group's rotation turns an element about the group's position: (30, 0) turns to (0, 30)",
-         group(rect("[40,20]", "[30,0]"), R"(,"r":{"k":90})"),
-         {},
-         box,
-         {0, 0.3f},
-         {-0.1f, -0.2f},
-         {0.1f, 0.2f},
-         0},
-        {"an unevenly scaled layer",
-         group(plainRect),
-         {.scale = "[200,50]"},
-         box,
-         {0, 0},
-         {-0.4f, -0.05f},
-         {0.4f, 0.05f},
-         0},
-        {"a turned layer turns its body, not the outline",
-         group(rect("[40,20]", "[30,0]")),
-         {.rotation = "90"},
-         box,
-         {0, 0.3f},
-         {-0.2f, -0.1f},
-         {0.2f, 0.1f},
-         90},
-        {"an ellipse of equal diameters", group(ellipse("[40,40]", "[10,0]")), {}, circle, {0.1f, 0}, {}, {}, 0},
-        {"on an unevenly scaled layer: 12 corners",
-         group(ellipse("[40,40]", "[0,0]")),
-         {.scale = "[100,200]"},
-         "0 circles, 0 boxes, 0 lines, 10 triangles",
-         {0, 0},
-         {-0.2f, -0.4f},
-         {0.2f, 0.4f},
-         0},
-        {"rounded corners: 4 of 3 points, 4 of 1",
-         group(rect("[40,20]", "[0,0]", "5")),
-         {},
-         "0 circles, 0 boxes, 0 lines, 14 triangles",
-         {0, 0},
-         {-0.2f, -0.1f},
-         {0.2f, 0.1f},
-         0},
-        {"a star: 5 outer and 5 inner points",
-         group(R"({"ty":"sr","sy":1,"p":{"k":[0,0]},"pt":{"k":5},"r":{"k":0},"or":{"k":40},"os":{"k":0},)"
-               R"("ir":{"k":20},"is":{"k":0}})"),
-         {},
-         "0 circles, 0 boxes, 0 lines, 8 triangles",
-         {0, 0},
-         {},
-         {},
-         0},
-        {"a polygon of 6.9 points has 6, and no inner ones",
-         group(R"({"ty":"sr","sy":2,"p":{"k":[0,0]},"pt":{"k":6.9},"r":{"k":0},"or":{"k":40},"os":{"k":0}})"),
-         {},
-         "0 circles, 0 boxes, 0 lines, 4 triangles",
-         {0, 0},
-         {},
-         {},
-         0},
-        {"a path has its origin in its centroid",
-         group(path(outlineText(corner))),
-         {},
-         "0 circles, 0 boxes, 0 lines, 1 triangles",
-         {0.1f, 0.1f},
-         {-0.1f, -0.1f},
-         {0.2f, 0.2f},
-         0},
-        {"a path has the layer's rotation in its vertices: (0, 0), (0, 30), (-30, 0)",
-         group(path(outlineText(corner))),
-         {.rotation = "90"},
-         "0 circles, 0 boxes, 0 lines, 1 triangles",
-         {-0.1f, 0.1f},
-         {-0.2f, -0.1f},
-         {0.1f, 0.2f},
-         0},
-        {"and its scale",
-         group(path(outlineText(corner))),
-         {.scale = "[200,100]"},
-         "0 circles, 0 boxes, 0 lines, 1 triangles",
-         {0.2f, 0.1f},
-         {-0.2f, -0.1f},
-         {0.4f, 0.2f},
-         0},
+         group(rect("[40,20]", "[30,0]"), R"(,"r":{"k":90})"), "1 boxes", at(0, 30), upright},
+        {"an unevenly scaled layer", group(plainRect), "1 boxes", at(0, 0), from(-40, -5, 40, 5), scaled("[200,50]")},
+        {"a turned layer turns its body, not the outline", group(rect("[40,20]", "[30,0]")), "1 boxes", at(0, 30),
+         plain, turned("90"), 90},
+        {"an ellipse of equal diameters", group(ellipse("[40,40]", "[10,0]")), "1 circles", at(10, 0),
+         from(-20, -20, 20, 20)},
+        {"on an unevenly scaled layer: 12 corners", group(ellipse("[40,40]", "[0,0]")), "10 triangles", at(0, 0),
+         from(-20, -40, 20, 40), scaled("[100,200]")},
+        {"rounded corners: 4 of 3 points, 4 of 1", group(rect("[40,20]", "[0,0]", "5")), "14 triangles", at(0, 0),
+         plain},
+        // Its points are at 40 pixels, 72 degrees apart from the top on, as in 40 sin 72 and 40 cos 36.
+        {"a star: 5 outer and 5 inner points", group(star), "8 triangles", at(0, 0),
+         from(-38.0423f, -40, 38.0423f, 32.3607f)},
+        {"a polygon of 6.9 points has 6, and no inner ones", group(polygon), "4 triangles", at(0, 0),
+         from(-34.641f, -40, 34.641f, 40)},
+        {"a path has its origin in its centroid", group(corner), "1 triangles", at(10, 10), from(-10, -10, 20, 20)},
+        {"a path has the layer's rotation in its vertices: (0, 0), (0, 30), (-30, 0)", group(corner), "1 triangles",
+         at(-10, 10), from(-20, -10, 10, 20), turned("90")},
+        {"and its scale", group(corner), "1 triangles", at(20, 10), from(-20, -10, 40, 20), scaled("[200,100]")},
         {"an open path has its origin in the mean of its points",
-         group(path(outlineText(corner, false))),
-         {},
-         "0 circles, 0 boxes, 1 lines, 0 triangles",
-         {0.1f, 0.1f},
-         {-0.1f, -0.1f},
-         {0.2f, 0.2f},
-         0},
-        {"hidden elements count",
-         R"({"ty":"gr","hd":true,"it":[)" + plainRect + R"(,{"ty":"tr"}]})",
-         {},
-         box,
-         {0, 0},
-         {-0.2f, -0.1f},
-         {0.2f, 0.1f},
-         0},
-        {"a layer at scale 0", group(plainRect), {.scale = "[0,0]"}, box, {0, 0}, {}, {}, 0},
+         group(path(outlineText("[0,0],[30,0],[0,30]", false))), "1 lines", at(10, 10), from(-10, -10, 20, 20)},
+        {"hidden elements count", hidden, "1 boxes", at(0, 0), plain},
+        {"a layer at scale 0", group(plainRect), "1 boxes", at(0, 0), from(-0.02f, -0.01f, 0.02f, 0.01f),
+         scaled("[0,0]")},
     };
     for (const ShapeCase& c : cases)
         expectCase(c);
@@ -177,46 +87,26 @@ TEST(ShapeImport, PlacesElementsByTheSumOfTheirGroups) {
 TEST(ShapeImport, TheLastElementReadGivesOriginAndScaling) {
     const std::string left = rect("[40,20]", "[-50,0]");
     const std::string right = ellipse("[20,20]", "[50,0]");
-    const char* const both = "1 circles, 1 boxes, 0 lines, 0 triangles";
     const ShapeCase cases[] = {
-        {"the circle last: the rectangle from -70 to -30, less 50",
-         group(joined({left, right})),
-         {},
-         both,
-         {0.5f, 0},
-         {-1.2f, -0.1f},
-         {0.1f, 0.1f},
-         0},
-        {"the rectangle last, in a group of its own",
-         joined({group(right), group(left)}),
-         {},
-         both,
-         {-0.5f, 0},
-         {-0.2f, -0.1f},
-         {1.1f, 0.1f},
-         0},
+        {"the circle last: the rectangle from -70 to -30, less 50", group(joined({left, right})), "1 circles 1 boxes",
+         at(50, 0), from(-120, -10, 10, 10)},
+        {"the rectangle last, in a group of its own", joined({group(right), group(left)}), "1 circles 1 boxes",
+         at(-50, 0), from(-20, -10, 110, 10)},
         // The rectangle of 40 by 20 pixels at (0, 0), less the centroid at (20, 20), without the layer's scale.
-        {"a path last: nothing is scaled once more",
-         joined({group(plainRect), group(path(outlineText(corner)))}),
-         {.scale = "[200,200]"},
-         "0 circles, 1 boxes, 0 lines, 1 triangles",
-         {0.2f, 0.2f},
-         {-0.4f, -0.3f},
-         {0.4f, 0.4f},
-         0},
+        {"a path last: nothing is scaled once more", joined({group(plainRect), group(corner)}), "1 boxes 1 triangles",
+         at(20, 20), from(-40, -30, 40, 40), scaled("[200,200]")},
     };
     for (const ShapeCase& c : cases)
         expectCase(c);
-    { // one host at a time
-        Imported pathLast(shapeLayer(joined({group(plainRect), group(path(outlineText(corner)))}), {.rotation = "30"}));
-        EXPECT_TRUE(pathLast.body().isPath);
-        EXPECT_EQ(pathLast.body().angle, 0);
-        expectPoint(pathLast.body().layerAnchor, 10, 10);
+    for (const bool pathLast : {true, false}) {
+        const std::string elements =
+            pathLast ? joined({group(plainRect), group(corner)}) : joined({group(corner), group(plainRect)});
+        Imported imported(shapeLayer(elements, turned("30")));
+        EXPECT_EQ(imported.body().isPath, pathLast);
+        EXPECT_FLOAT_EQ(imported.body().angle, degreesToRadians(pathLast ? 0.0f : 30.0f));
+        const float anchor = pathLast ? 10 : 0;
+        expectPoint(imported.body().layerAnchor, anchor, anchor);
     }
-    Imported rectLast(shapeLayer(joined({group(path(outlineText(corner))), group(plainRect)}), {.rotation = "30"}));
-    EXPECT_FALSE(rectLast.body().isPath);
-    EXPECT_NEAR(radiansToDegrees(rectLast.body().angle), 30, 1e-4f);
-    expectPoint(rectLast.body().layerAnchor, 0, 0);
 }
 
 TEST(ShapeImport, TheLastFillOrStrokeInOrderGivesTheColour) {
@@ -235,8 +125,6 @@ TEST(ShapeImport, TheLastFillOrStrokeInOrderGivesTheColour) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        Stance labelled;
-        labelled.more = R"(,"cl":"x")";
         Imported imported(shapeLayer(c.elements));
         EXPECT_EQ(imported.body().userData->color, c.color);
         EXPECT_DOUBLE_EQ(imported.body().importColor.red, 0.5);
@@ -255,24 +143,12 @@ TEST(ShapeImport, ALayerWithoutOutlinesBecomesASquareAndSaysSo) {
     EXPECT_EQ(imported.report.layers[1].origin, BodyOrigin::Fallback);
     EXPECT_TRUE(body.isBox);
     EXPECT_FALSE(body.isShapeLayer);
-    const auto [least, most] = extentOf(body);
-    expectPoint(least, 0, 0);
-    expectPoint(most, 1, 1);
+    expectExtent(body, {0, 0, 100, 100});
     expectPoint(body.position, 0, 0);
     EXPECT_EQ(body.angle, 0);
     expectPoint(body.layerAnchor, 3, 4);
     expectPoint(body.layerScale, 1, 1);
     EXPECT_EQ(body.userData->color, (Rgb{1, 1, 1}));
-}
-
-TEST(ShapeImport, TheHullWrapsTheOutlinesAndLeavesPrimitives) {
-    // A corner and a rectangle whose hull, from (0, 0) over (30, 0) to (0, 30), the rectangle does not leave.
-    const std::string elements = joined({group(path(outlineText(corner))), group(rect("[4,4]", "[5,5]"))});
-    Imported imported(shapeLayer(elements));
-    imported.body().useConvexHull = true;
-    ASSERT_TRUE(refreshBody(imported.hosted.context(), imported.scene, 0).has_value());
-    EXPECT_EQ(piecesText(imported.body()), "0 circles, 1 boxes, 0 lines, 1 triangles");
-    EXPECT_NEAR(areaOf(imported.body()), 0.045 + 0.0016, 1e-6);
 }
 
 /// A document of one text layer. Its one glyph, "o", is a square of 50 pixels above the line with a hole of 30 in it,
@@ -293,33 +169,19 @@ TEST(TextImport, EachGlyphJoinsTheMeshAndKeepsItsHoles) {
     struct Case {
         const char* name;
         const char* text;
-        Stance stance;
         const char* pieces;
-        double area;        // square metres
-        b2Vec2 least, most; // metres
-        float degrees;
+        double area; // square metres
+        Extent extent;
+        Stance stance = {};
+        float degrees = 0;
     };
-    const char* const one = "0 circles, 0 boxes, 0 lines, 8 triangles";
+    const Stance aboutTen{.anchor = "[10,0]", .scale = "[200,100]"};
     const Case cases[] = {
-        {"a letter", "o", {}, one, 0.16, {0, -0.5f}, {0.5f, 0}, 0},
-        {"two letters, 60 apart",
-         "oo",
-         {},
-         "0 circles, 0 boxes, 0 lines, 16 triangles",
-         0.32,
-         {0, -0.5f},
-         {1.1f, 0},
-         0},
-        {"scaled, about the anchor",
-         "o",
-         {.anchor = "[10,0]", .scale = "[200,100]"},
-         one,
-         0.32,
-         {-0.2f, -0.5f},
-         {0.8f, 0},
-         0},
-        {"turned: the body is, not the outline", "o", {.rotation = "90"}, one, 0.16, {0, -0.5f}, {0.5f, 0}, 90},
-        {"nothing", "", {}, "0 circles, 0 boxes, 0 lines, 0 triangles", 0, {1e9f, 1e9f}, {-1e9f, -1e9f}, 0},
+        {"a letter", "o", "8 triangles", 0.16, from(0, -50, 50, 0)},
+        {"two letters, 60 apart", "oo", "16 triangles", 0.32, from(0, -50, 110, 0)},
+        {"scaled, about the anchor", "o", "8 triangles", 0.32, from(-20, -50, 80, 0), aboutTen},
+        {"turned: the body is, not the outline", "o", "8 triangles", 0.16, from(0, -50, 50, 0), turned("90"), 90},
+        {"nothing", "", "", 0, from(1e11f, 1e11f, -1e11f, -1e11f)},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -329,9 +191,7 @@ TEST(TextImport, EachGlyphJoinsTheMeshAndKeepsItsHoles) {
         EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Text);
         EXPECT_EQ(piecesText(body), c.pieces);
         EXPECT_NEAR(areaOf(body), c.area, 1e-5);
-        const auto [least, most] = extentOf(body);
-        expectPoint(least, c.least.x, c.least.y);
-        expectPoint(most, c.most.x, c.most.y);
+        expectExtent(body, c.extent);
         expectPoint(body.position, 0, 0);
         EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
         EXPECT_EQ(body.userData->color, (Rgb{1, 1, 1}));
@@ -339,10 +199,19 @@ TEST(TextImport, EachGlyphJoinsTheMeshAndKeepsItsHoles) {
     }
 }
 
+// The hull of a corner, from (0, 0) over (30, 0) to (0, 30), and a rectangle that does not leave it.
+TEST(ShapeImport, TheHullWrapsTheOutlinesAndLeavesPrimitives) {
+    Imported imported(shapeLayer(joined({group(corner), group(rect("[4,4]", "[5,5]"))})));
+    imported.body().useConvexHull = true;
+    ASSERT_TRUE(imported.refresh());
+    EXPECT_EQ(piecesText(imported.body()), "1 boxes 1 triangles");
+    EXPECT_NEAR(areaOf(imported.body()), 0.045 + 0.0016, 1e-6);
+}
+
 TEST(TextImport, TheHullIsOneAroundAllLetters) {
     Imported imported(textDocument("oo"));
     imported.body().useConvexHull = true;
-    ASSERT_TRUE(refreshBody(imported.hosted.context(), imported.scene, 0).has_value());
+    ASSERT_TRUE(imported.refresh());
     EXPECT_NEAR(areaOf(imported.body()), 1.1 * 0.5, 1e-5);
 }
 
