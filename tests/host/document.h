@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include <gtest/gtest.h>
+
 #include "host/chain.h"
 #include "standalone/document/composition.h"
 #include "standalone/suites/document_host.h"
@@ -85,18 +87,6 @@ inline void setParent(DocumentLayer& child, DocumentLayer& parent) {
     child.parentId = parent.id;
 }
 
-/// Gives a layer masks without outlines.
-inline void addMasks(DocumentLayer& layer, int count) {
-    using namespace standalone;
-    if (!layer.tree)
-        layer.tree = bareTree(layer);
-    TreeNode* masks = childOf(*layer.tree, NodeKind::MaskParade);
-    if (masks == nullptr)
-        masks = &addNode(*layer.tree, NodeKind::MaskParade);
-    for (int i = 0; i < count; ++i)
-        addNode(*masks, NodeKind::Mask);
-}
-
 /// A parent for others: a null at (100, 50), without an anchor.
 inline DocumentLayer& addNull(Document& document) {
     DocumentLayer& layer = addLayer(document, LayerKind::Null);
@@ -105,9 +95,16 @@ inline DocumentLayer& addNull(Document& document) {
     return layer;
 }
 
-/// A host over a document, and the context in which a plug-in talks to it.
+/// A host over a document, and the context in which a plug-in talks to it. Expects at its end that all it handed out
+/// has come back and that nothing was asked for wrongly.
 struct HostedDocument {
     explicit HostedDocument(std::unique_ptr<Document> document) : host(std::move(document), "scene", "") {}
+    ~HostedDocument() {
+        EXPECT_TRUE(host.balance().allReturned()) << host.balance().text();
+        EXPECT_TRUE(host.misuses().empty());
+    }
+    HostedDocument(const HostedDocument&) = delete;
+    HostedDocument& operator=(const HostedDocument&) = delete;
 
     [[nodiscard]] HostContext context() const { return {host.basic(), host.pluginId()}; }
     [[nodiscard]] DocumentLayer& layer(std::size_t index) { return *host.outcome().layers[index]; }

