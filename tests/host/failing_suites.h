@@ -32,21 +32,24 @@ private:
         static A_Err call(Arguments... arguments) {
             return refuses() ? A_Err_GENERIC : (static_cast<const Suite*>(real<Suite>)->*member)(arguments...);
         }
+        /// If the table is of its suite, stands a copy in its place in which this member can be refused.
+        static void replace(const char* name, const void** table) {
+            if (std::strcmp(name, Suite::suiteName) != 0)
+                return;
+            if (*table != &copy<Suite>) {
+                real<Suite> = static_cast<const Suite*>(*table);
+                copy<Suite> = *real<Suite>;
+                *table = &copy<Suite>;
+            }
+            copy<Suite>.*member = &call;
+        }
     };
+    template<auto... members>
+    static void replace(const char* name, const void** table) {
+        (Refusable<members>::replace(name, table), ...);
+    }
 
     static bool refuses() { return --remaining_ == 0; }
-
-    /// Stands a copy of a table in its place, with the given members made refusable.
-    template<class Suite, auto... members>
-    static bool replace(const char* name, const void** table) {
-        if (std::strcmp(name, Suite::suiteName) != 0)
-            return false;
-        real<Suite> = static_cast<const Suite*>(*table);
-        copy<Suite> = *real<Suite>;
-        ((copy<Suite>.*members = &Refusable<members>::call), ...);
-        *table = &copy<Suite>;
-        return true;
-    }
 
     static SPErr acquire(const char* name, std::int32_t version, const void** table) {
         if (refuses())
@@ -54,65 +57,48 @@ private:
         const SPErr error = host_->AcquireSuite(name, version, table);
         if (error != 0)
             return error;
-        using CommandTable = AEGP_CommandSuite1;
-        using UtilityTable = AEGP_UtilitySuite11;
-        using MemoryTable = AEGP_MemorySuite1;
-        using ItemTable = AEGP_ItemSuite13;
-        using CompTable = AEGP_CompSuite15;
-        using FootageTable = AEGP_FootageSuite11;
-        using LayerTable = AEGP_LayerSuite13;
-        using StreamTable = AEGP_StreamSuite9;
-        using TreeTable = AEGP_DynamicStreamSuite5;
-        using KeyTable = AEGP_KeyframeSuite4;
-        using MaskTable = AEGP_LayerMaskSuite6;
-        using OutlineTable = AEGP_MaskOutlineSuite3;
-        using TextTable = AEGP_TextLayerSuite1;
-        using PathTable = PF_PathDataSuite1;
-        using CollectionTable = AEGP_CollectionSuite2;
-        replace<CommandTable, &CommandTable::AEGP_DoCommand>(name, table) ||
-            replace<UtilityTable, &UtilityTable::AEGP_StartUndoGroup>(name, table) ||
-            replace<MemoryTable, &MemoryTable::AEGP_GetMemHandleSize, &MemoryTable::AEGP_LockMemHandle>(name, table) ||
-            replace<ItemTable, &ItemTable::AEGP_GetActiveItem, &ItemTable::AEGP_GetItemType,
-                    &ItemTable::AEGP_GetItemDuration, &ItemTable::AEGP_GetItemDimensions,
-                    &ItemTable::AEGP_GetItemPixelAspectRatio>(name, table) ||
-            replace<CompTable, &CompTable::AEGP_GetCompFromItem, &CompTable::AEGP_GetItemFromComp,
-                    &CompTable::AEGP_GetCompFrameDuration, &CompTable::AEGP_DuplicateComp,
-                    &CompTable::AEGP_GetNewCollectionFromCompSelection, &CompTable::AEGP_SetSelection,
-                    &CompTable::AEGP_SetCompWorkAreaStartAndDuration, &CompTable::AEGP_CreateVectorLayerInComp>(
-                name, table) ||
-            replace<FootageTable, &FootageTable::AEGP_GetMainFootageFromItem, &FootageTable::AEGP_GetFootageSignature,
-                    &FootageTable::AEGP_GetSolidFootageColor>(name, table) ||
-            replace<LayerTable, &LayerTable::AEGP_GetCompNumLayers, &LayerTable::AEGP_GetCompLayerByIndex,
-                    &LayerTable::AEGP_GetLayerSourceItem, &LayerTable::AEGP_GetLayerName,
-                    &LayerTable::AEGP_GetLayerFlags, &LayerTable::AEGP_SetLayerFlag,
-                    &LayerTable::AEGP_IsLayerVideoReallyOn, &LayerTable::AEGP_GetLayerInPoint,
-                    &LayerTable::AEGP_GetLayerDuration, &LayerTable::AEGP_GetLayerObjectType,
-                    &LayerTable::AEGP_IsLayer3D, &LayerTable::AEGP_GetLayerID, &LayerTable::AEGP_GetLayerToWorldXform,
-                    &LayerTable::AEGP_GetLayerParent, &LayerTable::AEGP_SetLayerParent, &LayerTable::AEGP_GetLayerLabel,
-                    &LayerTable::AEGP_ReorderLayer, &LayerTable::AEGP_SetLayerName, &LayerTable::AEGP_DuplicateLayer>(
-                name, table) ||
-            replace<StreamTable, &StreamTable::AEGP_GetNewLayerStream, &StreamTable::AEGP_IsStreamTimevarying,
-                    &StreamTable::AEGP_GetNewStreamValue, &StreamTable::AEGP_SetStreamValue,
-                    &StreamTable::AEGP_GetExpressionState, &StreamTable::AEGP_SetExpressionState,
-                    &StreamTable::AEGP_GetNewMaskStream, &StreamTable::AEGP_GetStreamName>(name, table) ||
-            replace<TreeTable, &TreeTable::AEGP_GetNewStreamRefForLayer, &TreeTable::AEGP_GetNumStreamsInGroup,
-                    &TreeTable::AEGP_GetNewStreamRefByMatchname, &TreeTable::AEGP_IsSeparationLeader,
-                    &TreeTable::AEGP_AreDimensionsSeparated, &TreeTable::AEGP_GetSeparationFollower,
-                    &TreeTable::AEGP_GetNewStreamRefByIndex, &TreeTable::AEGP_GetMatchName,
-                    &TreeTable::AEGP_GetStreamGroupingType, &TreeTable::AEGP_DeleteStream>(name, table) ||
-            replace<KeyTable, &KeyTable::AEGP_GetStreamNumKFs, &KeyTable::AEGP_GetKeyframeTime,
-                    &KeyTable::AEGP_DeleteKeyframe, &KeyTable::AEGP_StartAddKeyframes, &KeyTable::AEGP_AddKeyframes,
-                    &KeyTable::AEGP_SetAddKeyframe>(name, table) ||
-            replace<MaskTable, &MaskTable::AEGP_GetLayerMaskByIndex, &MaskTable::AEGP_CreateNewMask,
-                    &MaskTable::AEGP_GetMaskIsRotoBezier, &MaskTable::AEGP_SetMaskIsRotoBezier>(name, table) ||
-            replace<OutlineTable, &OutlineTable::AEGP_IsMaskOutlineOpen, &OutlineTable::AEGP_GetMaskOutlineNumSegments,
-                    &OutlineTable::AEGP_GetMaskOutlineVertexInfo>(name, table) ||
-            replace<TextTable, &TextTable::AEGP_GetNewTextOutlines, &TextTable::AEGP_GetNumTextOutlines,
-                    &TextTable::AEGP_GetIndexedTextOutline>(name, table) ||
-            replace<PathTable, &PathTable::PF_PathIsOpen, &PathTable::PF_PathNumSegments,
-                    &PathTable::PF_PathVertexInfo>(name, table) ||
-            replace<CollectionTable, &CollectionTable::AEGP_NewCollection, &CollectionTable::AEGP_CollectionPushBack>(
-                name, table);
+        replace<
+            &AEGP_CommandSuite1::AEGP_DoCommand, &AEGP_UtilitySuite11::AEGP_StartUndoGroup,
+            &AEGP_MemorySuite1::AEGP_GetMemHandleSize, &AEGP_MemorySuite1::AEGP_LockMemHandle,
+            &AEGP_ItemSuite13::AEGP_GetActiveItem, &AEGP_ItemSuite13::AEGP_GetItemType,
+            &AEGP_ItemSuite13::AEGP_GetItemDuration, &AEGP_ItemSuite13::AEGP_GetItemDimensions,
+            &AEGP_ItemSuite13::AEGP_GetItemPixelAspectRatio, &AEGP_CompSuite15::AEGP_GetCompFromItem,
+            &AEGP_CompSuite15::AEGP_GetItemFromComp, &AEGP_CompSuite15::AEGP_GetCompFrameDuration,
+            &AEGP_CompSuite15::AEGP_DuplicateComp, &AEGP_CompSuite15::AEGP_GetNewCollectionFromCompSelection,
+            &AEGP_CompSuite15::AEGP_SetSelection, &AEGP_CompSuite15::AEGP_SetCompWorkAreaStartAndDuration,
+            &AEGP_CompSuite15::AEGP_CreateVectorLayerInComp, &AEGP_FootageSuite11::AEGP_GetMainFootageFromItem,
+            &AEGP_FootageSuite11::AEGP_GetFootageSignature, &AEGP_FootageSuite11::AEGP_GetSolidFootageColor,
+            &AEGP_LayerSuite13::AEGP_GetCompNumLayers, &AEGP_LayerSuite13::AEGP_GetCompLayerByIndex,
+            &AEGP_LayerSuite13::AEGP_GetLayerSourceItem, &AEGP_LayerSuite13::AEGP_GetLayerName,
+            &AEGP_LayerSuite13::AEGP_GetLayerFlags, &AEGP_LayerSuite13::AEGP_SetLayerFlag,
+            &AEGP_LayerSuite13::AEGP_IsLayerVideoReallyOn, &AEGP_LayerSuite13::AEGP_GetLayerInPoint,
+            &AEGP_LayerSuite13::AEGP_GetLayerDuration, &AEGP_LayerSuite13::AEGP_GetLayerObjectType,
+            &AEGP_LayerSuite13::AEGP_IsLayer3D, &AEGP_LayerSuite13::AEGP_GetLayerID,
+            &AEGP_LayerSuite13::AEGP_GetLayerToWorldXform, &AEGP_LayerSuite13::AEGP_GetLayerParent,
+            &AEGP_LayerSuite13::AEGP_SetLayerParent, &AEGP_LayerSuite13::AEGP_GetLayerLabel,
+            &AEGP_LayerSuite13::AEGP_ReorderLayer, &AEGP_LayerSuite13::AEGP_SetLayerName,
+            &AEGP_LayerSuite13::AEGP_DuplicateLayer, &AEGP_StreamSuite9::AEGP_GetNewLayerStream,
+            &AEGP_StreamSuite9::AEGP_IsStreamTimevarying, &AEGP_StreamSuite9::AEGP_GetNewStreamValue,
+            &AEGP_StreamSuite9::AEGP_SetStreamValue, &AEGP_StreamSuite9::AEGP_GetExpressionState,
+            &AEGP_StreamSuite9::AEGP_SetExpressionState, &AEGP_StreamSuite9::AEGP_GetNewMaskStream,
+            &AEGP_StreamSuite9::AEGP_GetStreamName, &AEGP_DynamicStreamSuite5::AEGP_GetNewStreamRefForLayer,
+            &AEGP_DynamicStreamSuite5::AEGP_GetNumStreamsInGroup,
+            &AEGP_DynamicStreamSuite5::AEGP_GetNewStreamRefByMatchname,
+            &AEGP_DynamicStreamSuite5::AEGP_IsSeparationLeader, &AEGP_DynamicStreamSuite5::AEGP_AreDimensionsSeparated,
+            &AEGP_DynamicStreamSuite5::AEGP_GetSeparationFollower,
+            &AEGP_DynamicStreamSuite5::AEGP_GetNewStreamRefByIndex, &AEGP_DynamicStreamSuite5::AEGP_GetMatchName,
+            &AEGP_DynamicStreamSuite5::AEGP_GetStreamGroupingType, &AEGP_DynamicStreamSuite5::AEGP_DeleteStream,
+            &AEGP_KeyframeSuite4::AEGP_GetStreamNumKFs, &AEGP_KeyframeSuite4::AEGP_GetKeyframeTime,
+            &AEGP_KeyframeSuite4::AEGP_DeleteKeyframe, &AEGP_KeyframeSuite4::AEGP_StartAddKeyframes,
+            &AEGP_KeyframeSuite4::AEGP_AddKeyframes, &AEGP_KeyframeSuite4::AEGP_SetAddKeyframe,
+            &AEGP_LayerMaskSuite6::AEGP_GetLayerMaskByIndex, &AEGP_LayerMaskSuite6::AEGP_CreateNewMask,
+            &AEGP_LayerMaskSuite6::AEGP_GetMaskIsRotoBezier, &AEGP_LayerMaskSuite6::AEGP_SetMaskIsRotoBezier,
+            &AEGP_MaskOutlineSuite3::AEGP_IsMaskOutlineOpen, &AEGP_MaskOutlineSuite3::AEGP_GetMaskOutlineNumSegments,
+            &AEGP_MaskOutlineSuite3::AEGP_GetMaskOutlineVertexInfo, &AEGP_TextLayerSuite1::AEGP_GetNewTextOutlines,
+            &AEGP_TextLayerSuite1::AEGP_GetNumTextOutlines, &AEGP_TextLayerSuite1::AEGP_GetIndexedTextOutline,
+            &PF_PathDataSuite1::PF_PathIsOpen, &PF_PathDataSuite1::PF_PathNumSegments,
+            &PF_PathDataSuite1::PF_PathVertexInfo, &AEGP_CollectionSuite2::AEGP_NewCollection,
+            &AEGP_CollectionSuite2::AEGP_CollectionPushBack>(name, table);
         return 0;
     }
 

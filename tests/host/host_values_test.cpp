@@ -1,6 +1,7 @@
-#include "host/host_time.h"
-
 #include <gtest/gtest.h>
+
+#include "host/host_string.h"
+#include "host/host_time.h"
 
 namespace jostle {
 
@@ -32,6 +33,25 @@ TEST(HostTime, TimesOfFramesLeadBackToTheirFrames) {
     EXPECT_EQ(framesUpTo(10.0000000001), 10);
     EXPECT_EQ(framesUpTo(10.1), 11);
     EXPECT_EQ(framesOf({5, 0}, {1, 25}), 0.0);
+}
+
+TEST(HostString, IsUtf8) {
+    struct Case {
+        const char* name;
+        std::u16string units;
+        const char* text;
+    };
+    const Case cases[] = {
+        {"ASCII", u"box", "box"},
+        {"two and three bytes", u"\u00e9\u4e2d", "\xC3\xA9\xE4\xB8\xAD"},
+        {"a pair of surrogates", u"\U0001F600", "\xF0\x9F\x98\x80"},
+        {"half a pair", std::u16string{u'a', char16_t{0xD83D}, u'b'},
+         "a\xEF\xBF\xBD"
+         "b"},
+        {"half a pair at the end", std::u16string{char16_t{0xD83D}}, "\xEF\xBF\xBD"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(utf8From(c.units.data(), c.units.size()), c.text) << c.name;
 }
 
 } // namespace
