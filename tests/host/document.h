@@ -76,10 +76,10 @@ inline DocumentLayer& addLayer(Document& document, LayerKind kind = LayerKind::S
     return *document.layers.back();
 }
 
-/// Makes the dimensions of its position separate streams.
-inline void separate(DocumentLayer& layer) {
-    layer.transform.separated = true;
-    layer.transform.positionX = layer.transform.positionY = constantStream(1, {60, 0, 0});
+/// Makes the dimensions of the position separate streams.
+inline void separate(standalone::Transform& transform) {
+    transform.separated = true;
+    transform.positionX = transform.positionY = constantStream(1, {60, 0, 0});
 }
 
 inline void setParent(DocumentLayer& child, DocumentLayer& parent) {
@@ -94,6 +94,15 @@ inline DocumentLayer& addNull(Document& document) {
     layer.transform.position.value = {100, 50, 0};
     return layer;
 }
+
+/// A document of a layer and the null that is its parent.
+struct ParentedDocument {
+    std::unique_ptr<Document> document = emptyDocument();
+    DocumentLayer& child = addLayer(*document);
+    DocumentLayer& parent = addNull(*document);
+
+    ParentedDocument() { setParent(child, parent); }
+};
 
 /// A host over a document, and the context in which a plug-in talks to it. Expects at its end that all it handed out
 /// has come back and that nothing was asked for wrongly.

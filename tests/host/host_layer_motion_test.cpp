@@ -11,58 +11,52 @@ namespace jostle {
 
 namespace {
 
+using standalone::Transform;
+
 constexpr double frameSeconds = 0.04;
 
 TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
     struct Case {
         const char* name;
-        std::function<void(DocumentLayer& layer, DocumentLayer& parent)> change;
+        std::function<void(Transform& own, Transform& parents)> change;
         int frame;
     };
-    const auto keyed = [](standalone::Stream& stream, double last) { animate(stream, {}, last, {50, 50, 50}); };
+    const auto key = [](standalone::Stream& stream, double last) { animate(stream, {}, last, {50, 50, 50}); };
+    const auto keyTwo = [&](Transform& own, Transform& parents) {
+        key(own.scale, 30);
+        key(parents.rotation, 40);
+    };
+    const auto keyOneDimension = [&](Transform& own, Transform&) {
+        separate(own);
+        key(own.positionY, 20);
+    };
+    const auto express = [](auto&, auto& p) { p.scale.hasExpression = p.scale.expressionEnabled = true; };
     const Case cases[] = {
         {"nothing moves", [](auto&, auto&) {}, -1},
-        {"its own position", [&](auto& l, auto&) { keyed(l.transform.position, 30); }, 30},
-        {"the latest counts",
-         [&](auto& l, auto& p) {
-             keyed(l.transform.scale, 30);
-             keyed(p.transform.rotation, 40);
-         },
-         40},
-        {"between frames is rounded up", [&](auto& l, auto&) { keyed(l.transform.anchor, 30.25); }, 31},
-        {"each dimension by itself",
-         [&](auto& l, auto&) {
-             separate(l);
-             keyed(l.transform.positionY, 20);
-         },
-         20},
-        {"a parent's expression never ends",
-         [](auto&, auto& p) { p.transform.scale.hasExpression = p.transform.scale.expressionEnabled = true; }, 100000},
+        {"its own position", [&](auto& own, auto&) { key(own.position, 30); }, 30},
+        {"the latest counts", keyTwo, 40},
+        {"between frames is rounded up", [&](auto& own, auto&) { key(own.anchor, 30.25); }, 31},
+        {"each dimension by itself", keyOneDimension, 20},
+        {"a parent's expression never ends", express, 100000},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        auto document = emptyDocument();
-        DocumentLayer& layer = addLayer(*document);
-        DocumentLayer& parent = addNull(*document);
-        setParent(layer, parent);
-        c.change(layer, parent);
-        HostedDocument hosted(std::move(document));
+        ParentedDocument made;
+        c.change(made.child.transform, made.parent.transform);
+        HostedDocument hosted(std::move(made.document));
         EXPECT_EQ(HostLayerMotion(hosted.context()).lastKeyframeFrame(0), c.frame);
     }
 }
 
 // The position goes from x 150 to x 250 in 50 frames: 2 pixels in 0.04 seconds, 0.5 metres per second.
 TEST(HostLayerMotion, ReadsMotionAtTheTimesAsked) {
-    auto document = emptyDocument();
-    document->pixelAspect = 2;
-    DocumentLayer& layer = addLayer(*document);
-    animate(layer.transform.position, {150, 60, 0}, 50, {250, 60, 0});
-    animate(layer.transform.scale, {100, 100, 100}, 50, {200, 100, 100});
-    DocumentLayer& parent = addNull(*document);
-    parent.transform.position.value = {0, 0, 0};
-    parent.transform.scale.value = {100, 50, 100};
-    setParent(layer, parent);
-    HostedDocument hosted(std::move(document));
+    ParentedDocument made;
+    made.document->pixelAspect = 2;
+    animate(made.child.transform.position, {150, 60, 0}, 50, {250, 60, 0});
+    animate(made.child.transform.scale, {100, 100, 100}, 50, {200, 100, 100});
+    made.parent.transform.position.value = {0, 0, 0};
+    made.parent.transform.scale.value = {100, 50, 100};
+    HostedDocument hosted(std::move(made.document));
     HostLayerMotion motion(hosted.context());
     for (const int frame : {0, 10, 25}) {
         const double time = frame * frameSeconds;

@@ -7,13 +7,13 @@
 
 #include "standalone/document/evaluate.h"
 #include "tests/host/imported.h"
+#include "tests/support/expect_near.h"
 
 namespace jostle {
 
 namespace {
 
 using standalone::Components;
-using standalone::Stream;
 
 /// One result for each record, of as many samples as the positions given.
 ExportResult samplesOf(std::vector<b2Vec2> positions, std::vector<float> rotations) {
@@ -51,14 +51,15 @@ struct Export : Imported {
     bool motionBlur = false;
 };
 
-void expectKeys(const Stream& stream, const std::vector<double>& frames, const std::vector<double>& values) {
+void expectKeys(const standalone::Stream& stream, const std::vector<double>& frames,
+                const std::vector<double>& values) {
     EXPECT_EQ(stream.keys.frames, frames);
     ASSERT_EQ(stream.keys.values.size(), values.size());
     for (std::size_t i = 0; i < values.size(); ++i)
         EXPECT_NEAR(stream.keys.values[i], values[i], 1e-4) << i;
 }
 
-void expectValue(const Stream& stream, const Components& value) {
+void expectValue(const standalone::Stream& stream, const Components& value) {
     EXPECT_TRUE(stream.keys.empty());
     for (std::size_t i = 0; i < value.size(); ++i)
         EXPECT_NEAR(stream.value[i], value[i], 1e-4) << i;
@@ -127,13 +128,10 @@ TEST(KeyframeWriter, CutsTheParentAndKeepsTheScale) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        auto document = emptyDocument();
-        DocumentLayer& layer = addLayer(*document);
-        layer.transform.scale.value = c.own;
-        DocumentLayer& parent = addNull(*document);
-        parent.transform.scale.value = c.parent;
-        setParent(layer, parent);
-        Export job(std::move(document));
+        ParentedDocument made;
+        made.child.transform.scale.value = c.own;
+        made.parent.transform.scale.value = c.parent;
+        Export job(std::move(made.document));
         job.writeStill(0, 1);
         EXPECT_EQ(job.hosted.layer(0).parent, nullptr);
         expectValue(job.hosted.layer(0).transform.scale, c.written);
@@ -175,7 +173,7 @@ TEST(KeyframeWriter, WritesSeparatedDimensionsOneByOne) {
     auto document = emptyDocument();
     document->pixelAspect = 2;
     DocumentLayer& layer = addLayer(*document);
-    separate(layer);
+    separate(layer.transform);
     layer.transform.positionX.hasExpression = layer.transform.positionX.expressionEnabled = true;
     animate(layer.transform.positionX, {150, 0, 0}, 50, {});
     Export job(std::move(document));
@@ -234,6 +232,98 @@ TEST(KeyframeWriter, RefusesSamplesThatAreNotTheRecords) {
     const WriteReport report = job.tryToWrite({still, still}, 0, {});
     EXPECT_EQ(report.outcome, WriteOutcome::Failed);
     EXPECT_EQ(report.error, A_Err_PARAMETER);
+}
+
+const std::string plainRect = rect("[40,20]", "[15,0]");
+const std::string gradient =
+    R"({"ty":"gf","o":{"k":100},"t":1,"s":{"k":[0,0]},"e":{"k":[40,0]},"g":{"p":2,"k":{"k":[0,1,0,0,1,0,0,1]}}})";
+const std::string repeater = R"({"ty":"rp","c":{"k":3},"o":{"k":0},"tr":{"ty":"tr","r":{"k":40}}})";
+const std::string corner = path(outlineText("[0,0],[30,0],[0,30]"));
+
+/// The vertices of a body where they stand, in metres.
+std::vector<b2Vec2> placedVertices(const BodyRecord& body) {
+    std::vector<b2Vec2> vertices;
+    for (const auto& shapes : body.outlines)
+        for (const ShapeDef& shape : shapes)
+            for (const b2Vec2& v : shape.verts)
+                vertices.push_back(b2Mul(b2Transform(body.position, b2Rot(body.angle)), v));
+    return vertices;
+}
+
+/// What a run of one frame has for bodies that have not moved.
+std::vector<ExportResult> samplesAtRest(const Scene& scene) {
+    std::vector<ExportResult> results;
+    for (auto body = scene.bodies.rbegin(); body != scene.bodies.rend(); ++body) {
+        ExportResult& result = results.emplace_back();
+        result.positions.push_back(scene.worldToPixels(body->position));
+        result.rotations.push_back(radiansToDegrees(body->angle));
+        result.layerAnchor = body->layerAnchor;
+    }
+    return results;
+}
+
+double firstGroupX(HostedDocument& hosted) {
+    HostChain chain(hosted.context());
+    const Stream contents = activeComposition(chain).layer(chain, 0).root(chain).child("ADBE Root Vectors Group");
+    return contents.childAt(0)
+        .child("ADBE Vector Transform Group")
+        .child("ADBE Vector Position")
+        .valueAt({0, 1}, Expressions::Applied)
+        .point()
+        .x;
+}
+
+// A layer that is written where it stands shows the same picture: read once more it has the same body.
+TEST(KeyframeWriter, ALayerLooksAsBeforeAtFrameZero) {
+    struct Case {
+        const char* name;
+        bool cleared; ///< whether the first group's position is (0, 0) afterwards
+        std::string elements;
+        Stance stance = {};
+    };
+    const std::string at20 = R"(,"a":{"k":[2,3]},"p":{"k":[20,5]})";
+    const std::string at60 = R"(,"p":{"k":[60,0]})";
+    const std::string skew = R"(,"p":{"k":[20,5]},"sk":{"k":30})";
+    const Stance small{.anchor = "[7,8]", .scale = "[50,50]", .rotation = "30"};
+    const Stance stretched{.anchor = "[7,8]", .scale = "[200,50]", .rotation = "30"};
+    const Stance child{.rotation = "20", .more = R"(,"ind":1,"parent":2)"};
+    const Case cases[] = {
+        {"a rectangle in a group", true, group(plainRect, at20)},
+        {"on a turned and scaled layer", true, group(plainRect, at20), small},
+        {"a path", true, group(corner, at20)},
+        {"a path on a turned and stretched layer", true, group(corner, at20), stretched},
+        {"a path in a scaled group", true, group(corner, R"(,"p":{"k":[20,5]},"s":{"k":[50,200]})")},
+        {"two paths in one group", true, group(joined({corner, corner}), at20)},
+        {"two groups: offsets that are not the same stay", false, joined({group(plainRect, at20), group(corner, at60)}),
+         turned("30")},
+        {"the other way round", false, joined({group(corner, at20), group(plainRect, at60)})},
+        {"a group within a group", false, group(group(plainRect, R"(,"p":{"k":[5,0]})"), at20), turned("30")},
+        {"a child of a turned parent", true, group(corner, at20), child},
+        {"a gradient, whose ramp starts in the group", false, group(joined({plainRect, gradient}), at20)},
+        {"a gradient over what is in the group's middle", true,
+         group(joined({rect("[40,20]", "[0,0]"), gradient}), at20)},
+        {"a repeater, which turns about a point of the group", false, group(joined({plainRect, repeater}), at20)},
+        {"a skewed group", false, group(rect("[40,20]", "[0,15]"), skew)},
+        {"skewed along the other axis", true, group(rect("[40,20]", "[0,15]"), skew + R"(,"sa":{"k":90})")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Export job(lottieDocument(joined({shapeLayer(c.elements, c.stance),
+                                          layerText(R"("ty":3,"ind":2)", {.position = "[30,40]", .rotation = "15"})})));
+        const std::vector<ExportResult> results = samplesAtRest(job.scene);
+        const WriteReport report = job.write(results, 0);
+        // Whoever compares the samples with the picture is told the point that follows them, and the turn.
+        const standalone::Transform& written = job.hosted.layer(0).transform;
+        const WrittenStance& stance = report.stances.at(0);
+        EXPECT_FLOAT_EQ(static_cast<float>(written.anchor.value[0]), stance.anchor.x);
+        EXPECT_FLOAT_EQ(static_cast<float>(written.anchor.value[1]), stance.anchor.y);
+        EXPECT_FLOAT_EQ(static_cast<float>(standalone::valueAt(written.rotation, 0)[0]),
+                        results.back().rotations.front() + stance.turn);
+        Scene again;
+        ASSERT_EQ(initFromComposition(job.hosted.context(), again).error, A_Err_NONE);
+        expectNear(placedVertices(again.bodies.at(0)), placedVertices(job.body()));
+        EXPECT_EQ(firstGroupX(job.hosted) == 0, c.cleared);
+    }
 }
 
 } // namespace

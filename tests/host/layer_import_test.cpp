@@ -173,16 +173,12 @@ TEST(LayerImport, ReadsTheCompositionAndColours) {
 }
 
 TEST(LayerImport, AsksTheParentButNotTheGrandparentForRotation) {
-    for (const int turning : {0, 1, 2}) { // the layer, its parent, its grandparent
+    for (const std::size_t turning : {0u, 1u, 2u}) { // the layer, its parent, its grandparent
         SCOPED_TRACE(turning);
-        auto document = emptyDocument();
-        DocumentLayer& layer = addLayer(*document);
-        DocumentLayer& parent = addNull(*document);
-        setParent(layer, parent);
-        setParent(parent, addNull(*document));
-        standalone::Stream& rotation = document->layers[static_cast<std::size_t>(turning)]->transform.rotation;
-        animate(rotation, {}, 50, {90, 0, 0});
-        EXPECT_EQ(Imported(std::move(document)).scene.bodies.at(0).rotationAnimated, turning < 2);
+        ParentedDocument made;
+        setParent(made.parent, addNull(*made.document));
+        animate(made.document->layers[turning]->transform.rotation, {}, 50, {90, 0, 0});
+        EXPECT_EQ(Imported(std::move(made.document)).scene.bodies.at(0).rotationAnimated, turning < 2);
     }
 }
 
