@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "standalone/lottie/archive.h"
 #include "tests/cli/program.h"
 
@@ -14,12 +12,7 @@ using standalone::readArchive;
 
 constexpr std::size_t plenty = std::size_t{1} << 24;
 
-/// A composition of 100 by 100 pixels, 4 frames, with one layer of the kind given.
-std::string document(int kind) {
-    return R"({"v":"5.7.4","fr":10,"ip":0,"op":4,"w":100,"h":100,"layers":[{"ty":)" + std::to_string(kind) +
-           R"(,"nm":"box","ind":1,"ks":{"p":{"a":0,"k":[50,50,0]}},"sw":20,"sh":10,"ip":0,"op":4}]})";
-}
-const std::string falling = document(1), resting = document(3);
+const std::string falling = document(solid("box", 1)), resting = document(R"({"ty":3,"ind":1,"ks":{}})");
 
 std::string animationOf(const std::string& archive) {
     return readArchive(archive, "", plenty).text;
@@ -46,13 +39,11 @@ TEST(Archives, AreWhatTheNameOfTheResultSays) {
         SCOPED_TRACE(c.name);
         const TestFolder folder;
         folder.put(c.input, c.contents);
-        const ProgramRun run = runProgram(folder.path(), {"solve", c.input, "-o", c.output, "-q"});
-        EXPECT_EQ(run.exitStatus, 0);
-        EXPECT_EQ(run.err, "");
+        EXPECT_EQ(folder.succeed({"solve", c.input, "-o", c.output, "-q"}).err, "");
         const std::string result = folder.contents(c.output);
         EXPECT_EQ(isArchive(result), c.archive);
         const std::string written = c.archive ? animationOf(result) : result;
-        EXPECT_NE(written.find(R"({"t":3,)"), std::string::npos) << written;
+        expectHas(written, R"({"t":9,)");
         EXPECT_TRUE(text.empty() || written == text) << "the same animation each time";
         text = written;
     }
@@ -62,8 +53,8 @@ TEST(Archives, ComeBackToTheByteWithoutAChange) {
     const TestFolder folder;
     const std::string archive = newArchive(resting);
     folder.put("in.lottie", archive);
-    for (const auto& arguments : {std::vector<std::string>{"solve", "in.lottie"}, {"solve", "in.lottie", "--in-place"}})
-        EXPECT_EQ(runProgram(folder.path(), arguments).exitStatus, 0);
+    folder.succeed({"solve", "in.lottie"});
+    folder.succeed({"solve", "in.lottie", "--in-place"});
     EXPECT_EQ(folder.contents("in.lottie"), archive);
     EXPECT_EQ(folder.contents("in-solved.lottie"), archive);
 }
@@ -73,7 +64,7 @@ TEST(Archives, KeepWhatElseIsInThem) {
     const std::string before = sample("ios-issue_2265.lottie");
     folder.put("in.lottie", before);
     for (const char* out : {"a.lottie", "b.lottie"})
-        ASSERT_EQ(runProgram(folder.path(), {"solve", "in.lottie", "-o", out, "-q"}).exitStatus, 0);
+        folder.succeed({"solve", "in.lottie", "-o", out, "-q"});
     const std::string after = folder.contents("a.lottie");
     EXPECT_EQ(after, folder.contents("b.lottie"));
     EXPECT_NE(animationOf(after), animationOf(before));
@@ -94,22 +85,19 @@ TEST(Archives, ThatCannotBeUsedAreRefused) {
                                               {"inspect", "plain.json", "--animation", "one"},
                                               {"inspect", "cut.lottie"}};
     for (const std::vector<std::string>& arguments : cases) {
-        const ProgramRun run = runProgram(folder.path(), arguments);
+        const ProgramRun run = folder.run(arguments);
         EXPECT_EQ(run.exitStatus, 1);
-        EXPECT_NE(run.err.find(arguments[1]), std::string::npos) << run.err;
-        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+        expectHas(run.err, arguments[1]);
+        expectOneLine(run.err);
     }
     EXPECT_EQ(folder.names().size(), 3U);
 }
 
 TEST(Matrices, TellWhereLayersStand) {
-    const TestFolder folder;
-    folder.put("in.json", R"({"fr":10,"ip":1,"op":4,"w":9,"h":9,"layers":[{"ty":3,"ind":5,"nm":"a","parent":7,"ks":)"
-                          R"({"p":{"k":[1,2]},"s":{"k":[200,50]}}},{"ty":3,"ddd":1,"ind":7,"ks":{"p":{"k":)"
-                          R"([{"t":0,"s":[0,0]},{"t":10,"s":[10,40]}]}}}]})");
-    const auto matrices = [&](const char* frames) {
-        return runProgram(folder.path(), {"inspect", "in.json", "--matrices", frames});
-    };
+    const TestFolder folder(R"({"fr":10,"ip":1,"op":4,"w":9,"h":9,"layers":[{"ty":3,"ind":5,"nm":"a","parent":7,"ks":)"
+                            R"({"p":{"k":[1,2]},"s":{"k":[200,50]}}},{"ty":3,"ddd":1,"ind":7,"ks":{"p":{"k":)"
+                            R"([{"t":0,"s":[0,0]},{"t":10,"s":[10,40]}]}}}]})");
+    const auto matrices = [&](const char* frames) { return folder.run({"inspect", "in.json", "--matrices", frames}); };
     EXPECT_EQ(matrices("0,2.5").out, "{\"frames\":[0,2.5],\"layers\":[\n"
                                      R"({"number":1,"id":5,"name":"a","threeD":false,"matrices":[[2,0,0,0.5,1,2],)"
                                      "[2,0,0,0.5,3.5,12]]},\n"

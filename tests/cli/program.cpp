@@ -17,9 +17,8 @@ namespace {
 
 std::string quoted(const std::string& word) {
     std::string text = "'";
-    for (const char c : word) {
+    for (const char c : word)
         text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
     return text + "'";
 }
 
@@ -29,23 +28,6 @@ std::string readAll(const fs::path& path) {
 }
 
 } // namespace
-
-ProgramRun runProgram(const fs::path& folder, const std::vector<std::string>& arguments) {
-    const fs::path streams = folder.string() + ".streams";
-    fs::create_directories(streams);
-    std::string command = "cd " + quoted(folder.string()) + " && " + quoted(JOSTLE_PROGRAM);
-    for (const std::string& argument : arguments) {
-        command += " " + quoted(argument);
-    }
-    command += " >" + quoted((streams / "out").string()) + " 2>" + quoted((streams / "err").string()) + " </dev/null";
-    ProgramRun run;
-    const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
-    run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.out = readAll(streams / "out");
-    run.err = readAll(streams / "err");
-    fs::remove_all(streams);
-    return run;
-}
 
 TestFolder::TestFolder() {
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
@@ -69,15 +51,51 @@ std::string TestFolder::contents(const std::string& name) const {
 
 std::vector<std::string> TestFolder::names() const {
     std::vector<std::string> found;
-    for (const fs::directory_entry& entry : fs::directory_iterator(path_)) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(path_))
         found.push_back(entry.path().filename().string());
-    }
     std::sort(found.begin(), found.end());
     return found;
 }
 
+ProgramRun TestFolder::run(const std::vector<std::string>& arguments) const {
+    const fs::path streams = path_.string() + ".streams";
+    fs::create_directories(streams);
+    std::string command = "cd " + quoted(path_.string()) + " && " + quoted(JOSTLE_PROGRAM);
+    for (const std::string& argument : arguments)
+        command += " " + quoted(argument);
+    command += " >" + quoted((streams / "out").string()) + " 2>" + quoted((streams / "err").string()) + " </dev/null";
+    const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
+    ProgramRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, readAll(streams / "out"), readAll(streams / "err")};
+    fs::remove_all(streams);
+    return run;
+}
+
+ProgramRun TestFolder::succeed(const std::vector<std::string>& arguments) const {
+    ProgramRun result = run(arguments);
+    EXPECT_EQ(result.exitStatus, 0) << testing::PrintToString(arguments) << ": " << result.err;
+    return result;
+}
+
 std::string sample(const std::string& name) {
     return readAll(fs::path(JOSTLE_TEST_DATA) / "lottie" / name);
+}
+
+std::string document(const std::string& layers) {
+    return R"({"v":"5.7.4","fr":10,"ip":0,"op":10,"w":100,"h":100,"nm":"test","assets":[],"layers":[)" + layers + "]}";
+}
+
+std::string solid(const std::string& name, int number, const std::string& position) {
+    return R"({"ty":1,"nm":")" + name + R"(","ind":)" + std::to_string(number) + R"(,"ks":{"p":{"a":0,"k":)" +
+           position + R"(},"a":{"a":0,"k":[10,5,0]}},"sw":20,"sh":10,"sc":"#ff0000","ip":0,"op":10,"st":0})";
+}
+
+void expectHas(const std::string& text, const std::string& part) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << " in " << text;
+}
+
+void expectOneLine(const std::string& text) {
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
+    EXPECT_TRUE(text.ends_with('\n')) << text;
 }
 
 } // namespace jostle::test

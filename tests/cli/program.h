@@ -13,22 +13,25 @@ struct ProgramRun {
     std::string err;
 };
 
-/// Runs the program with arguments, in a folder, without a terminal.
-[[nodiscard]] ProgramRun runProgram(const std::filesystem::path& folder, const std::vector<std::string>& arguments);
-
-/// An empty folder of the running test's own, removed at its end.
+/// A folder of the running test's own, removed at its end.
 class TestFolder {
 public:
     TestFolder();
+    /// One that holds a file "in.json".
+    explicit TestFolder(const std::string& input) : TestFolder() { put("in.json", input); }
     ~TestFolder();
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     void put(const std::string& name, const std::string& text) const;
     [[nodiscard]] std::string contents(const std::string& name) const;
     /// Names of all that lies in it, sorted.
     [[nodiscard]] std::vector<std::string> names() const;
+
+    /// Runs the program with arguments, in this folder, without a terminal.
+    [[nodiscard]] ProgramRun run(const std::vector<std::string>& arguments) const;
+    /// The same, and expects that all goes well.
+    ProgramRun succeed(const std::vector<std::string>& arguments) const;
 
 private:
     std::filesystem::path path_;
@@ -36,5 +39,14 @@ private:
 
 /// Contents of a file of tests/data/lottie.
 [[nodiscard]] std::string sample(const std::string& name);
+
+/// A composition of 100 by 100 pixels, 10 frames at 10 per second, with these layers.
+[[nodiscard]] std::string document(const std::string& layers);
+
+/// A solid of 20 by 10 pixels at the centre, with its position's value as given.
+[[nodiscard]] std::string solid(const std::string& name, int number, const std::string& position = "[50,50,0]");
+
+void expectHas(const std::string& text, const std::string& part);
+void expectOneLine(const std::string& text);
 
 } // namespace jostle::test
