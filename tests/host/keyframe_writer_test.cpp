@@ -1,6 +1,5 @@
 #include "host/keyframe_writer.h"
 
-#include <cmath>
 #include <limits>
 
 #include <gtest/gtest.h>
