@@ -55,6 +55,9 @@ TEST(Triangulate, decidesHolesByTheFirstCorner) {
     const Outline bowTie = {{0, 0}, {40, 40}, {40, 0}, {0, 40}};
     const Outline broken = {{0, 0}, {std::nanf(""), 5}, {40, 0}, {40, 40}, {0, 40}};
     const Outline touching = {{40, 20}, {20, 5}, {5, 20}, {20, 35}}; // diagonals 35 and 30
+    // The first corner lies left of all of the triangle by 1e-10, which is lost where the edge at its height is worked
+    // out: 10 + 30 * (1e-9 - 10) / 30 is 0.
+    const std::vector<Outline> byRounding = {points({10, 0, 1e-9f, 30, 20, 30}), points({0.9e-9f, 30, 10, 20, 10, 28})};
     const std::vector<Outline> cross = {points({0, 10, 40, 10, 40, 20, 0, 20}), points({10, 0, 20, 0, 20, 40, 10, 40})};
     const std::vector<Outline> overlap = {{{30, 30}, {0, 30}, {0, 0}, {30, 0}}, square(20, 50)};
     const std::tuple<const char*, double, bool, std::vector<Outline>> cases[] = {
@@ -76,6 +79,7 @@ TEST(Triangulate, decidesHolesByTheFirstCorner) {
         // The part of the hole outside, 10 by 20, is enclosed once and so is filled.
         {"a hole that leaves", 1400, false, {square(0, 40), {{20, 10}, {50, 10}, {50, 30}, {20, 30}}}},
         {"a hole in an outline with a point that is no number", 1200, false, {broken, square(10, 30)}},
+        {"a hole with its first corner inside by rounding", 260, false, byRounding},
         {"two holes that coincide cancel out", 1600, false, {square(0, 40), square(10, 30), square(10, 30)}},
         {"an island in a hole that touches", 1075, false, {square(0, 40), touching, square(15, 25)}},
     };

@@ -231,6 +231,9 @@ TEST(Reader, RefusesWithAMessage) {
         {"masks that would fill it",
          documentOf("{\"ty\":4},{\"nm\":\"ball\",\"masksProperties\":[" + times("{}", 100001) + "]}"),
          {"layer 2 \"ball\", /layers/1/masksProperties", "100000 masks"}},
+        {"shape elements that would fill it",
+         documentOf("{\"ty\":4,\"nm\":\"sky\",\"shapes\":[" + times("{\"ty\":\"gr\",\"it\":[{},{}]}", 66667) + "]}"),
+         {"layer 1 \"sky\", /layers/0/shapes", "more than 200000 shape elements"}},
         {"too deep", documentOf("{\"shapes\":" + std::string(500, '[') + std::string(500, ']') + "}"), {"200 levels"}},
     };
     for (const Case& c : cases) {
