@@ -30,14 +30,18 @@ struct ViewOptions {
     bool localAxes = false;   ///< at the centre of mass
     bool joints = true;
     bool compBounds = true;
-    bool aematicLinks = true; ///< and the glyphs of pistons and springs; no entry in the menu
-    bool stateGlyphs = true;  ///< small signs in bodies that are static, dormant, dead or led by their layer
+    bool aematicLinks = true; ///< with `joints` only; no entry in the menu
+    bool stateSigns =
+        true; ///< small signs in bodies that are static, dormant, dead or led by their layer; with `shapes` only
 };
 
 /// Red, green and blue from 0 to 1, opaque. Values beyond are brought within.
 [[nodiscard]] Rgba toRgba(const Rgb& color);
 /// How bright a colour is seen, from 0 to 1, its alpha aside.
 [[nodiscard]] float luminance(Rgba color);
+/// Between two colours, with the opacity of the first.
+/// @param amount  0 gives the first, 1 the second
+[[nodiscard]] Rgba mix(Rgba from, Rgba to, float amount);
 /// A colour that stands out from a background: the colour itself if it does, else moved towards white or black.
 [[nodiscard]] Rgba readableOn(Rgba color, Rgba background);
 /// White on a dark background, black on a light one.

@@ -1,31 +1,12 @@
 #pragma once
 
+#include "preview/body_shapes.h"
 #include "preview/draw_list.h"
 #include "preview/draw_style.h"
+#include "preview/scene_frame.h"
 #include "preview/view_transform.h"
-#include "simulation/scene.h"
-
-#include <box2d/b2_math.h>
-
-#include <cstdint>
-#include <span>
-#include <vector>
 
 namespace jostle {
-
-/// Where a body stood on a frame that is not the world's present one, and how it was.
-struct BodyPose {
-    b2Vec2 position{0.0f, 0.0f}; ///< metres
-    float angle = 0.0f;          ///< radians
-    bool outOfTime = false;
-    bool dormant = false;
-};
-
-/// What one frame is drawn from.
-struct SceneFrame {
-    const Scene& scene;                ///< its bodies built; one without any body in a world is drawn empty
-    std::span<const BodyPose> poses{}; ///< one for each record in place of what the world holds; empty: the world's
-};
 
 /// Fills a drawing with all that belongs to the scene: bodies in their states, meshes, boxes, axes, joints with their
 /// glyphs, links of `AEmatic` bodies, the composition's bounds. Overlays of tools come after it, see overlays.h.
@@ -41,18 +22,10 @@ public:
               Drawing& drawing);
 
 private:
-    /// One edge of a body's outline: which fixture of its list and which of its corners it starts at.
-    struct Edge {
-        std::uint32_t fixture = 0;
-        std::uint32_t corner = 0;
-    };
-    struct Outline {
-        std::uint64_t signature = 0; ///< of the shapes that the edges were found in
-        bool known = false;
-        std::vector<Edge> edges;
-    };
+    void drawBodies(const SceneFrame& frame, const ViewOptions& options, const DrawStyle& style, float unit,
+                    Drawing& drawing);
 
-    std::vector<Outline> outlines_; ///< by record
+    BodyShapes shapes_;
 };
 
 } // namespace jostle

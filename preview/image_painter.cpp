@@ -1,0 +1,190 @@
+#include "preview/image_painter.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPolygonF>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace jostle {
+
+namespace {
+
+QColor toQColor(Rgba color) {
+    return {color.red, color.green, color.blue, color.alpha};
+}
+
+/// From a list's units to the image's pixels.
+struct ToImage {
+    double scale = 1.0;
+    double x = 0.0;
+    double y = 0.0;
+
+    QPointF operator()(b2Vec2 p) const { return {x + scale * double{p.x}, y + scale * double{p.y}}; }
+};
+
+/// Cuts a segment to a box, by Liang and Barsky: for each side the share of the segment at which it crosses.
+/// Source: Y.-D. Liang and B. A. Barsky, "A new concept and method for line clipping", ACM Transactions on Graphics 3
+/// (1984), 1-22.
+/// @return whether some of it is left
+bool cut(QPointF& from, QPointF& to, const QRectF& box) {
+    const QPointF along = to - from;
+    double first = 0.0;
+    double last = 1.0;
+    const std::pair<double, double> sides[] = {{-along.x(), from.x() - box.left()},
+                                               {along.x(), box.right() - from.x()},
+                                               {-along.y(), from.y() - box.top()},
+                                               {along.y(), box.bottom() - from.y()}};
+    for (const auto& [speed, room] : sides) {
+        if (speed == 0.0) {
+            if (!(room >= 0.0)) {
+                return false;
+            }
+        } else if (speed < 0.0) {
+            first = std::max(first, room / speed);
+        } else {
+            last = std::min(last, room / speed);
+        }
+    }
+    if (!(first <= last)) {
+        return false;
+    }
+    to = from + last * along;
+    from += first * along;
+    return true;
+}
+
+bool isFinite(QPointF p) {
+    return std::isfinite(p.x()) && std::isfinite(p.y());
+}
+
+class ListPainter {
+public:
+    ListPainter(QPainter& painter, const ToImage& toImage, const QRectF& box)
+        : painter_(painter), toImage_(toImage), box_(box) {}
+
+    void paint(const DrawList& list) {
+        paintTriangles(list.triangles);
+        paintLines(list.lines);
+        paintPoints(list.points);
+    }
+
+private:
+    // Triangles of one colour that follow one another become one path, all turning the same way, so that no seams show
+    // where they touch.
+    void paintTriangles(const std::vector<Vertex>& corners) {
+        QPainterPath path;
+        path.setFillRule(Qt::WindingFill);
+        for (std::size_t i = 0; i + 2 < corners.size(); i += 3) {
+            addTriangle(path, toImage_(corners[i].at), toImage_(corners[i + 1].at), toImage_(corners[i + 2].at));
+            const bool isLast = i + 5 >= corners.size();
+            if (isLast || corners[i + 3].color != corners[i].color) {
+                painter_.fillPath(path, toQColor(corners[i].color));
+                path.clear();
+                path.setFillRule(Qt::WindingFill);
+            }
+        }
+    }
+
+    void addTriangle(QPainterPath& path, QPointF a, QPointF b, QPointF c) const {
+        if (!isFinite(a) || !isFinite(b) || !isFinite(c) || std::max({a.x(), b.x(), c.x()}) < box_.left() ||
+            std::min({a.x(), b.x(), c.x()}) > box_.right() || std::max({a.y(), b.y(), c.y()}) < box_.top() ||
+            std::min({a.y(), b.y(), c.y()}) > box_.bottom()) {
+            return;
+        }
+        const QPointF ab = b - a;
+        const QPointF ac = c - a;
+        if (ab.x() * ac.y() - ab.y() * ac.x() < 0.0) {
+            std::swap(b, c);
+        }
+        path.moveTo(a);
+        path.lineTo(b);
+        path.lineTo(c);
+        path.closeSubpath();
+    }
+
+    // Lines that go on where the one before ended are one stroke, with joins.
+    void paintLines(const std::vector<Line>& lines) {
+        painter_.setBrush(Qt::NoBrush);
+        QPolygonF chain;
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            const Line& line = lines[i];
+            QPointF from = toImage_(line.from);
+            QPointF to = toImage_(line.to);
+            const bool isSeen = isFinite(from) && isFinite(to) && cut(from, to, box_);
+            if (isSeen) {
+                if (chain.isEmpty() || chain.back() != from) {
+                    flush(chain);
+                    chain.append(from);
+                }
+                chain.append(to);
+            }
+            const bool goesOn = i + 1 < lines.size() && lines[i + 1].color == line.color &&
+                                lines[i + 1].width == line.width && lines[i + 1].from == line.to;
+            if (!goesOn) {
+                usePen(line.color, line.width);
+                flush(chain);
+            } else if (chain.size() <= 2) {
+                usePen(line.color, line.width);
+            }
+        }
+    }
+
+    void flush(QPolygonF& chain) {
+        if (chain.size() > 2 && chain.front() == chain.back()) {
+            painter_.drawPolygon(chain);
+        } else if (chain.size() > 1) {
+            painter_.drawPolyline(chain);
+        }
+        chain.clear();
+    }
+
+    void usePen(Rgba color, float width) {
+        painter_.setPen(QPen(toQColor(color), double{width}, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    }
+
+    void paintPoints(const std::vector<Point>& points) {
+        painter_.setPen(Qt::NoPen);
+        for (const Point& point : points) {
+            const QPointF at = toImage_(point.at);
+            if (isFinite(at) && box_.contains(at)) {
+                const double radius = double{point.size} / 2.0;
+                painter_.setBrush(toQColor(point.color));
+                painter_.drawEllipse(at, radius, radius);
+            }
+        }
+    }
+
+    QPainter& painter_;
+    ToImage toImage_;
+    QRectF box_;
+};
+
+} // namespace
+
+void paintImage(const Drawing& drawing, const ViewTransform& view, QImage& image) {
+    constexpr double border = 50.0; // wider than any stroke or point, so that no cut shows
+    image.fill(toQColor(withAlpha(drawing.background, 1.0f)));
+    const double ratio = image.width() / view.width;
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(ratio, ratio);
+    const QRectF box = QRectF(0.0, 0.0, view.width, view.height).adjusted(-border, -border, border, border);
+    ListPainter composition(painter, {view.scale(), view.originX(), view.originY()}, box);
+    composition.paint(drawing.shapes);
+    composition.paint(drawing.overlays);
+    ListPainter(painter, {}, box).paint(drawing.view);
+}
+
+QImage paintedImage(const Drawing& drawing, const ViewTransform& view) {
+    QImage image(static_cast<int>(std::ceil(view.width)), static_cast<int>(std::ceil(view.height)),
+                 QImage::Format_RGB32);
+    if (!image.isNull()) {
+        paintImage(drawing, view, image);
+    }
+    return image;
+}
+
+} // namespace jostle
