@@ -113,21 +113,19 @@ private:
             const Line& line = lines[i];
             QPointF from = toImage_(line.from);
             QPointF to = toImage_(line.to);
-            const bool isSeen = isFinite(from) && isFinite(to) && cut(from, to, box_);
-            if (isSeen) {
+            if (isFinite(from) && isFinite(to) && cut(from, to, box_)) {
                 if (chain.isEmpty() || chain.back() != from) {
                     flush(chain);
                     chain.append(from);
                 }
+                painter_.setPen(
+                    QPen(toQColor(line.color), double{line.width}, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
                 chain.append(to);
             }
             const bool goesOn = i + 1 < lines.size() && lines[i + 1].color == line.color &&
                                 lines[i + 1].width == line.width && lines[i + 1].from == line.to;
             if (!goesOn) {
-                usePen(line.color, line.width);
                 flush(chain);
-            } else if (chain.size() <= 2) {
-                usePen(line.color, line.width);
             }
         }
     }
@@ -139,10 +137,6 @@ private:
             painter_.drawPolyline(chain);
         }
         chain.clear();
-    }
-
-    void usePen(Rgba color, float width) {
-        painter_.setPen(QPen(toQColor(color), double{width}, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     }
 
     void paintPoints(const std::vector<Point>& points) {

@@ -43,9 +43,8 @@ void SceneDrawing::drawBodies(const SceneFrame& frame, const ViewOptions& option
         }
         const b2Transform place = placeOf(frame, i);
         const PlacedBody& placed = shapes_.place(frame.scene, i, place);
-        const bool hasPose = i < frame.poses.size();
-        const BodyState state = bodyState(record, hasPose ? frame.poses[i].outOfTime : record.userData->outOfTime,
-                                          hasPose ? frame.poses[i].dormant : record.isDormant);
+        const bool isDormant = i < frame.poses.size() ? frame.poses[i].dormant : record.isDormant;
+        const BodyState state = bodyState(record, isOutOfTime(frame, i), isDormant);
         const b2Vec2 center = frame.scene.worldToPixels(b2Mul(place, record.body->GetLocalCenter()));
         if (!placed.isEmpty() && options.shapes) {
             drawBody(record, state, placed, options, style, unit, drawing.shapes);

@@ -12,6 +12,9 @@
 #include "standalone/commands/options.h"
 #include "standalone/commands/separate.h"
 #include "standalone/commands/solve.h"
+#ifdef JOSTLE_GUI
+#include "standalone/pictures/add_commands.h"
+#endif
 
 namespace {
 
@@ -118,6 +121,10 @@ int main(int argc, char** argv) {
     addSolve(app, solveOptions);
     addInspect(app, inspectOptions);
     addSeparate(app, separateOptions);
+#ifdef JOSTLE_GUI
+    RenderOptions renderOptions;
+    addRender(app, renderOptions, setDescription, animationDescription);
+#endif
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -130,6 +137,10 @@ int main(int argc, char** argv) {
         status = run(inspectOptions.input, [&] { return runInspect(inspectOptions); });
     } else if (app.got_subcommand("separate")) {
         status = run(separateOptions.input, [&] { return runSeparate(separateOptions); });
+#ifdef JOSTLE_GUI
+    } else if (app.got_subcommand("render")) {
+        status = run(renderOptions.input, [&] { return runRender(renderOptions); });
+#endif
     } else {
         status = run(solveOptions.input, [&] { return runSolve(solveOptions); });
     }

@@ -1,0 +1,205 @@
+#include "standalone/pictures/render.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "host/host_layer_motion.h"
+#include "host/layer_import.h"
+#include "simulation/simulation_clock.h"
+#include "standalone/commands/layer_names.h"
+#include "standalone/commands/load.h"
+#include "standalone/commands/plugin_session.h"
+#include "standalone/commands/separate.h"
+#include "standalone/commands/target_file.h"
+#include "standalone/pictures/film.h"
+
+namespace jostle::standalone {
+
+namespace {
+
+enum class PictureKind { Still, Moving };
+
+std::optional<PictureKind> kindOf(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    for (char& c : extension) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    if (extension == ".png") {
+        return PictureKind::Still;
+    }
+    return extension == ".gif" ? std::optional(PictureKind::Moving) : std::nullopt;
+}
+
+/// One run of the command, from its options to its file.
+class RenderRun {
+public:
+    explicit RenderRun(const RenderOptions& options) : options_(options) {}
+    int run();
+
+private:
+    std::optional<Refusal> checkOptions();
+    std::optional<Refusal> chooseFrames(const Composition& composition);
+    bool readScene(const HostContext& context);
+    bool applySettings(const ImportReport& report);
+    void simulate(const HostContext& context);
+    bool save();
+
+    int refuse(const Refusal& refusal) {
+        complain(refusal.about, refusal.message);
+        return status_ = exitWrongUse;
+    }
+    // Always false, as is what cannot go on.
+    bool fail(const std::string& about, const std::string& message) {
+        complain(about, message);
+        status_ = exitFailed;
+        return false;
+    }
+
+    const RenderOptions& options_;
+    PictureKind kind_ = PictureKind::Still;
+    PictureLook look_;
+    FrameRange range_;
+    Scene scene_;
+    std::string contents_;
+    std::string summary_;
+    int status_ = exitDone;
+};
+
+std::optional<Refusal> RenderRun::checkOptions() {
+    const std::optional<PictureKind> kind = kindOf(options_.output);
+    if (!kind) {
+        return Refusal{options_.output, "is no name for a picture; give -o one that ends in .png or .gif"};
+    }
+    kind_ = *kind;
+    if (kind_ == PictureKind::Still && (options_.startFrame || options_.endFrame || options_.every > 0)) {
+        return Refusal{options_.output, "holds one frame; give --frame, or -o a name that ends in .gif"};
+    }
+    if (kind_ == PictureKind::Moving && options_.frame) {
+        return Refusal{options_.output, "holds many frames; give --start and --end, or -o a name that ends in .png"};
+    }
+    if (std::optional<Refusal> refusal = checkOutput(options_.input, options_.output)) {
+        return refusal;
+    }
+    return chooseLook(options_.picture, look_);
+}
+
+std::optional<Refusal> RenderRun::chooseFrames(const Composition& composition) {
+    SolveOptions wanted;
+    if (kind_ == PictureKind::Still) {
+        wanted.startFrame = wanted.endFrame = options_.frame.value_or(0);
+    } else {
+        wanted.startFrame = options_.startFrame;
+        wanted.endFrame = options_.endFrame;
+    }
+    return chooseRange(wanted, composition, range_);
+}
+
+// What comes from elsewhere, such as a file of settings, belongs before these: the command line has the last word.
+bool RenderRun::applySettings(const ImportReport& report) {
+    const std::vector<NamedLayer> layers = namedLayers(report);
+    for (const std::string& text : options_.sets) {
+        const std::optional<SettingOverride> setting = parseOverride(text);
+        if (!setting) {
+            refuse({"--set " + text, "is not KEY=VALUE with a key such as floor.type or gravity.magnitude"});
+            return false;
+        }
+        if (const std::optional<std::string> error = applyOverride(*setting, scene_, layers)) {
+            refuse({"--set " + text, *error});
+            return false;
+        }
+    }
+    return true;
+}
+
+bool RenderRun::readScene(const HostContext& context) {
+    if (options_.separate) {
+        const SeparationReport separated = separateAll(context, nullptr);
+        if (separated.error != A_Err_NONE) {
+            return fail(options_.input, "the layers cannot be separated (host error " +
+                                            std::to_string(separated.error) + "); nothing was saved");
+        }
+    }
+    const ImportReport report = initFromComposition(context, scene_);
+    if (report.error != A_Err_NONE) {
+        return fail(options_.input, "the layers cannot be read (host error " + std::to_string(report.error) + ")");
+    }
+    return applySettings(report);
+}
+
+void RenderRun::simulate(const HostContext& context) {
+    HostLayerMotion motion(context);
+    FreePacer pacer;
+    SimulationClock clock(scene_, motion, pacer);
+    Film film(look_, options_.every);
+    clock.playFromStart();
+    while (clock.frame() < range_.first) {
+        clock.tick();
+    }
+    if (kind_ == PictureKind::Still) {
+        contents_ = stillPicture(scene_, clock.frame(), look_);
+        summary_ = "frame " + std::to_string(range_.first);
+        return;
+    }
+    for (; clock.frame() <= range_.last && clock.isRunning(); clock.tick()) {
+        film.add(scene_, clock.frame());
+    }
+    contents_ = film.finish();
+    summary_ = "frames " + std::to_string(range_.first) + " to " + std::to_string(range_.last) + " in " +
+               std::to_string(film.pictures()) + " pictures";
+}
+
+bool RenderRun::save() {
+    if (contents_.empty()) {
+        return fail(options_.output, "the picture cannot be made; give a smaller --size");
+    }
+    TargetFile target;
+    if (const std::optional<std::string> error = target.open(options_.output)) {
+        return fail(options_.output, *error);
+    }
+    if (const std::optional<std::string> error = target.commit(contents_)) {
+        return fail(options_.output, *error);
+    }
+    if (!options_.quiet) {
+        std::printf("%s: %s, %d %s\n", options_.output.c_str(), summary_.c_str(), scene_.bodyCount(),
+                    scene_.bodyCount() == 1 ? "body" : "bodies");
+    }
+    return true;
+}
+
+int RenderRun::run() {
+    if (const std::optional<Refusal> refusal = checkOptions()) {
+        return refuse(*refusal);
+    }
+    // Tells early what cannot be written.
+    if (const std::optional<std::string> error = TargetFile().open(options_.output)) {
+        (void)fail(options_.output, *error);
+        return status_;
+    }
+    std::optional<LoadedDocument> document = loadDocument(options_.input, options_.animation);
+    if (!document) {
+        return exitFailed;
+    }
+    if (const std::optional<Refusal> refusal = chooseFrames(*document->composition)) {
+        return refuse(*refusal);
+    }
+    const std::filesystem::path path(options_.input);
+    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    const HostContext context{host.basic(), host.pluginId()};
+    if (readScene(context)) {
+        simulate(context);
+        if (!options_.quiet) {
+            printReports(host, options_.input);
+        }
+        (void)save();
+    }
+    return status_;
+}
+
+} // namespace
+
+int runRender(const RenderOptions& options) {
+    return RenderRun(options).run();
+}
+
+} // namespace jostle::standalone
