@@ -59,7 +59,7 @@ private:
         const b2Vec2 to = pixels(b_, joint_.anchorB);
         b2Vec2 across = (to - from).Skew();
         across.Normalize();
-        across *= 5.0f * unit_;
+        across *= 8.0f * unit_;
         Stroke stroke = stroke_;
         if (joint_.frequency > 0.0f && stroke.dash == 0.0f) {
             stroke.dash = 7.0f;

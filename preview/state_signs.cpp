@@ -58,7 +58,7 @@ void drawClock(SignPen pen) {
 void drawStateSign(BodyState state, const PlacedBody& placed, Rgba fill, const DrawStyle& style, float unit,
                    DrawList& list) {
     constexpr float leastSize = 12.0f; // of the body, picture pixels
-    constexpr float largest = 6.0f;    // half of the sign, picture pixels
+    constexpr float largest = 7.0f;    // half of the sign, picture pixels
     const b2Vec2 size = placed.high - placed.low;
     const float room = std::min(size.x, size.y);
     if (state == BodyState::Live || !(room >= leastSize * unit)) {

@@ -19,11 +19,12 @@ constexpr int circleSegments = 32;
 
 /// How a stroke looks.
 struct Stroke {
+    static constexpr Rgba none{0, 0, 0, 0};
+
     Rgba color;
     float width = 1.0f; ///< picture pixels
     float dash = 0.0f;  ///< length of dashes and of gaps, picture pixels; 0: solid
-    Rgba casing{};      ///< a border of one and a half pixels on either side, under the stroke; none if transparent
-    static constexpr Rgba none{0, 0, 0, 0};
+    Rgba casing = none; ///< a border of one and a half pixels on either side, under the stroke
 };
 
 /// Adds strokes to a draw list whose unit is not the picture's pixel.

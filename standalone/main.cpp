@@ -124,6 +124,9 @@ int main(int argc, char** argv) {
 #ifdef JOSTLE_GUI
     RenderOptions renderOptions;
     addRender(app, renderOptions, setDescription, animationDescription);
+    std::string solvePreview;
+    PictureOptions solvePicture;
+    addPreview(*app.get_subcommand("solve"), solvePreview, solvePicture);
 #endif
     try {
         app.parse(argc, argv);
@@ -142,7 +145,11 @@ int main(int argc, char** argv) {
         status = run(renderOptions.input, [&] { return runRender(renderOptions); });
 #endif
     } else {
+#ifdef JOSTLE_GUI
+        status = run(solveOptions.input, [&] { return runSolveWithPreview(solveOptions, solvePreview, solvePicture); });
+#else
         status = run(solveOptions.input, [&] { return runSolve(solveOptions); });
+#endif
     }
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
         complain("standard output", "cannot be written");

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace jostle {
+struct Scene;
+}
 
 namespace jostle::standalone {
 
@@ -25,6 +30,8 @@ struct SolveOptions {
     bool motionBlur = false;
     bool quiet = false;
     bool json = false;
+    /// Shown the scene on each baked frame, its world standing at that frame; not to change it. Empty: nobody looks.
+    std::function<void(const Scene&, int frame)> watch;
 };
 
 struct InspectOptions {

@@ -126,6 +126,9 @@ bool SolveRun::simulate(const HostContext& context) {
     progress_.begin("Solving...", range_.last + 1, "frames");
     clock.startExport(*exportRun_);
     while (clock.isRunning() && !interrupted) {
+        if (options_.watch && exportRun_->contains(clock.frame())) {
+            options_.watch(scene_, clock.frame());
+        }
         clock.tick();
         progress_.update(clock.frame());
     }

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "standalone/pictures/render.h"
+#include "standalone/pictures/solve_preview.h"
 
 namespace jostle::standalone {
 
@@ -29,6 +30,21 @@ inline void addPictureOptions(CLI::App& command, PictureOptions& options) {
         ->expected(1)
         ->take_all()
         ->group(group);
+}
+
+/// Adds to `solve` what is needed for a preview.
+/// @param preview  receives the file's name
+inline void addPreview(CLI::App& solve, std::string& preview, PictureOptions& options) {
+    CLI::Option* const file =
+        solve
+            .add_option("--preview", preview,
+                        "Also writes a moving picture of the simulation (.gif), baked frames only")
+            ->type_name("FILE")
+            ->group("Picture");
+    addPictureOptions(solve, options);
+    for (const char* name : {"--size", "--background", "--show", "--hide"}) {
+        solve.get_option(name)->needs(file);
+    }
 }
 
 /// Adds the command that makes pictures.

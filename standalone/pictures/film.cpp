@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "preview/image_painter.h"
 
@@ -37,6 +38,17 @@ std::string stillPicture(const Scene& scene, int frame, const PictureLook& look)
 int leastInterval(double fps) {
     constexpr double fastest = 50.0; // pictures per second
     return static_cast<int>(std::clamp(std::ceil(fps / fastest), 1.0, 1000.0));
+}
+
+std::optional<PictureKind> pictureKind(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    for (char& c : extension) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    if (extension == ".png") {
+        return PictureKind::Still;
+    }
+    return extension == ".gif" ? std::optional(PictureKind::Moving) : std::nullopt;
 }
 
 void Film::start(const Scene& scene, int frame) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "preview/gif_writer.h"
@@ -20,6 +21,11 @@ namespace jostle::standalone {
 /// counts in hundredths of a second, and one alone is taken for ten.
 [[nodiscard]] int leastInterval(double fps);
 
+enum class PictureKind { Still, Moving };
+
+/// What a file's extension asks for: .png or .gif, in capitals or small; nothing if it is another.
+[[nodiscard]] std::optional<PictureKind> pictureKind(const std::string& path);
+
 /// Frames of a scene as they come, as a moving picture.
 class Film {
 public:
@@ -31,8 +37,8 @@ public:
     void add(const Scene& scene, int frame);
 
     [[nodiscard]] int pictures() const { return pictures_; }
-    /// Of each picture, after the first one was taken.
-    [[nodiscard]] const ViewTransform& view() const { return view_; }
+    /// Whether no frame was ever offered.
+    [[nodiscard]] bool isEmpty() const { return !writer_; }
 
     /// @return the bytes of a GIF file; empty if nothing was taken or it could not be encoded
     [[nodiscard]] std::string finish();

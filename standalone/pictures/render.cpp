@@ -18,19 +18,6 @@ namespace jostle::standalone {
 
 namespace {
 
-enum class PictureKind { Still, Moving };
-
-std::optional<PictureKind> kindOf(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    for (char& c : extension) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    if (extension == ".png") {
-        return PictureKind::Still;
-    }
-    return extension == ".gif" ? std::optional(PictureKind::Moving) : std::nullopt;
-}
-
 /// One run of the command, from its options to its file.
 class RenderRun {
 public:
@@ -67,7 +54,7 @@ private:
 };
 
 std::optional<Refusal> RenderRun::checkOptions() {
-    const std::optional<PictureKind> kind = kindOf(options_.output);
+    const std::optional<PictureKind> kind = pictureKind(options_.output);
     if (!kind) {
         return Refusal{options_.output, "is no name for a picture; give -o one that ends in .png or .gif"};
     }
