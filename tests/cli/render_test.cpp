@@ -1,0 +1,89 @@
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/program.h"
+
+namespace jostle::test {
+namespace {
+
+QImage png(const std::string& bytes) {
+    return QImage::fromData(QByteArray::fromStdString(bytes), "PNG");
+}
+
+// A box of 20 by 10 pixels falls freely, as in the tests of solve: its middle is at (50, 50) on frame 0 and at (50, 75)
+// on frame 2. With --size 100 a margin of 2.5 pixels leaves 0.95 for each pixel of the composition.
+TEST(Render, ShowsAFrameOfTheSimulation) {
+    const TestFolder folder(document(solid("box", 1)));
+    expectHas(folder.succeed({"render", "in.json", "-o", "a.png", "--size", "100"}).out, "frame 0, 1 body");
+    folder.succeed({"render", "in.json", "-o", "b.png", "--size", "100", "--frame", "2", "-q"});
+    const QImage start = png(folder.contents("a.png"));
+    const QImage later = png(folder.contents("b.png"));
+    const QRgb background = qRgb(38, 38, 38);
+    ASSERT_EQ(start.size(), QSize(100, 100));
+    EXPECT_NE(start.pixel(50, 50), background);
+    EXPECT_EQ(start.pixel(50, 73), background);
+    EXPECT_EQ(later.pixel(50, 50), background);
+    EXPECT_NE(later.pixel(50, 73), background);
+}
+
+TEST(Render, SizeAndLookAreAsAskedFor) {
+    const TestFolder folder(document(solid("box", 1)));
+    folder.succeed(
+        {"render", "in.json", "-o", "a.png", "--size", "64x32", "--background", "#102030", "--hide", "shapes,bounds"});
+    const QImage image = png(folder.contents("a.png"));
+    EXPECT_EQ(image.size(), QSize(64, 32));
+    EXPECT_EQ(image.pixel(32, 16), qRgb(0x10, 0x20, 0x30));
+    folder.succeed({"render", "in.json", "-o", "b.png", "--set", "box.type=Static"});
+    EXPECT_EQ(png(folder.contents("b.png")).size(), QSize(960, 960));
+}
+
+TEST(Render, FilmsAreTheSameTwiceAndAsSolveShowsThem) {
+    const TestFolder folder(document(solid("box", 1)));
+    expectHas(folder.succeed({"render", "in.json", "-o", "a.gif", "--start", "2", "--end", "6", "--size", "80"}).out,
+              "5 pictures");
+    folder.succeed({"solve", "in.json", "-o", "out.json", "--start", "2", "--end", "6", "--preview", "b.gif", "--size",
+                    "80", "-q"});
+    folder.succeed({"solve", "in.json", "-o", "plain.json", "--start", "2", "--end", "6", "-q"});
+    EXPECT_EQ(folder.contents("a.gif").substr(0, 6), "GIF89a");
+    EXPECT_EQ(folder.contents("a.gif"), folder.contents("b.gif"));
+    EXPECT_EQ(folder.contents("out.json"), folder.contents("plain.json"));
+    expectHas(folder.succeed({"render", "in.json", "-o", "c.gif", "--every", "3"}).out, "frames 0 to 9 in 4 pictures");
+}
+
+TEST(Render, RefusesInOneLineWhatItCannotDo) {
+    struct Case {
+        const char* name;
+        std::vector<std::string> arguments;
+        int status;
+        const char* says;
+    };
+    const Case cases[] = {
+        {"another kind of file", {"render", "in.json", "-o", "a.jpg"}, 2, "ends in .png or .gif"},
+        {"a range for a still", {"render", "in.json", "-o", "a.png", "--start", "2"}, 2, "--frame"},
+        {"a frame of a film", {"render", "in.json", "-o", "a.gif", "--frame", "2"}, 2, "--start and --end"},
+        {"a frame beyond the end", {"render", "in.json", "-o", "a.png", "--frame", "10"}, 2, "last frame, 9"},
+        {"no size", {"render", "in.json", "-o", "a.png", "--size", "8x8"}, 2, "--size 8x8"},
+        {"half a size", {"render", "in.json", "-o", "a.png", "--size", "100x"}, 2, "--size 100x"},
+        {"no colour", {"render", "in.json", "-o", "a.png", "--background", "reddish"}, 2, "#20242c"},
+        {"nothing to show", {"render", "in.json", "-o", "a.png", "--show", "mesh,grid"}, 2, "grid"},
+        {"no setting", {"render", "in.json", "-o", "a.png", "--set", "box.kind=1"}, 2, "--set box.kind=1"},
+        {"no folder", {"render", "in.json", "-o", "there/a.png"}, 1, "cannot be written"},
+        {"no input", {"render", "out.json", "-o", "a.png"}, 1, "out.json"},
+        {"a still preview", {"solve", "in.json", "--preview", "a.png"}, 2, ".gif"},
+        {"a preview over the result", {"solve", "in.json", "-o", "a.gif", "--preview", "a.gif"}, 2, "another file"},
+        {"a size without a preview", {"solve", "in.json", "--size", "80"}, 2, "--preview"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const TestFolder folder(document(solid("box", 1)));
+        const ProgramRun run = folder.run(c.arguments);
+        EXPECT_EQ(run.exitStatus, c.status);
+        expectOneLine(run.err);
+        expectHas(run.err, c.says);
+        EXPECT_EQ(folder.names(), std::vector<std::string>{"in.json"});
+    }
+}
+
+} // namespace
+} // namespace jostle::test

@@ -1,0 +1,198 @@
+#include "preview/gif_writer.h"
+#include "preview/image_painter.h"
+#include "preview/palette.h"
+
+#include <gif_lib.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace jostle {
+namespace {
+
+constexpr Rgba red{255, 0, 0, 255};
+constexpr Rgba blue{0, 0, 255, 255};
+constexpr QRgb black = 0xFF000000;
+
+/// 64 by 64 pixels, one for each of the composition's.
+ViewTransform plainView() {
+    ViewTransform view{64, 64, 100, 0, 0, 64, 64};
+    view.fitExactly(0);
+    return view;
+}
+
+Drawing onBlack() {
+    Drawing drawing;
+    drawing.background = {0, 0, 0, 255};
+    return drawing;
+}
+
+TEST(ImagePainter, aTriangleCoversItsInsideAndHalfOfItsSlantedEdge) {
+    Drawing drawing = onBlack();
+    drawing.shapes.triangle({10, 10}, {50, 10}, {10, 50}, red);
+    const QImage image = paintedImage(drawing, plainView());
+    ASSERT_EQ(image.size(), QSize(64, 64));
+    EXPECT_EQ(image.pixel(10, 10), 0xFFFF0000);
+    EXPECT_EQ(image.pixel(28, 28), 0xFFFF0000); // corner (29, 29) is inside x + y < 60
+    EXPECT_EQ(image.pixel(9, 20), black);
+    EXPECT_EQ(image.pixel(31, 31), black);
+    EXPECT_NEAR(qRed(image.pixel(29, 30)), 128, 8); // cut in halves by x + y = 60
+}
+
+TEST(ImagePainter, trianglesThatTouchShowNoSeam) {
+    Drawing drawing = onBlack();
+    drawing.shapes.triangle({10, 10}, {50, 10}, {50, 50}, withAlpha(red, 0.5f));
+    drawing.shapes.triangle({10, 10}, {10, 50}, {50, 50}, withAlpha(red, 0.5f)); // turns the other way
+    const QImage image = paintedImage(drawing, plainView());
+    for (int i = 11; i < 49; ++i) {
+        EXPECT_EQ(image.pixel(i, i), image.pixel(20, 40)) << i;
+    }
+    EXPECT_NEAR(qRed(image.pixel(20, 40)), 128, 1);
+}
+
+TEST(ImagePainter, widthsAndSizesArePixelsOfThePictureAtAnyZoom) {
+    ViewTransform view = plainView();
+    view.zoom *= 4; // about the middle, (32, 32)
+    Drawing drawing = onBlack();
+    drawing.shapes.line({28, 30}, {36, 30}, red, 2.0f); // at y = 24, from x = 16 to 48
+    drawing.shapes.point({32, 36}, blue, 6.0f);         // at (32, 48)
+    drawing.view.line({0, 60}, {10, 60}, red, 2.0f);
+    const QImage image = paintedImage(drawing, view);
+    for (const auto& [y, color] : {std::pair(22, black), {23, 0xFFFF0000}, {24, 0xFFFF0000}, {25, black}}) {
+        EXPECT_EQ(image.pixel(20, y), color) << y;
+    }
+    EXPECT_EQ(image.pixel(15, 24), black);
+    EXPECT_EQ(image.pixel(32, 46), 0xFF0000FF);
+    EXPECT_EQ(image.pixel(32, 44), black);
+    EXPECT_EQ(image.pixel(5, 60), 0xFFFF0000);
+    EXPECT_EQ(image.pixel(11, 60), black);
+}
+
+TEST(ImagePainter, overlaysLieOverShapes) {
+    Drawing drawing = onBlack();
+    drawing.overlays.triangle({0, 0}, {64, 0}, {0, 64}, blue);
+    drawing.shapes.line({0, 10}, {64, 10}, red, 4.0f);
+    EXPECT_EQ(paintedImage(drawing, plainView()).pixel(5, 10), 0xFF0000FF);
+}
+
+TEST(ImagePainter, whatIsNowhereOrFarAwayDoesNoHarm) {
+    const float nan = std::nanf("");
+    Drawing drawing = onBlack();
+    drawing.shapes.triangle({nan, 0}, {64, 0}, {0, 64}, red);
+    drawing.shapes.line({nan, 0}, {64, 64}, red, 2.0f);
+    drawing.shapes.point({0, nan}, red, 9.0f);
+    drawing.shapes.line({-1e9f, 32}, {1e9f, 32}, blue, 2.0f);
+    const QImage image = paintedImage(drawing, plainView());
+    EXPECT_EQ(image.pixel(5, 5), black);
+    EXPECT_EQ(image.pixel(5, 31), 0xFF0000FF);
+}
+
+using Pixels = std::vector<std::uint32_t>;
+
+/// A film as a program that shows it sees it.
+struct Shown {
+    std::vector<Pixels> frames; ///< 0x00RRGGBB
+    std::vector<int> delays;    ///< hundredths of a second
+    std::vector<int> areas;     ///< pixels that each frame holds
+};
+
+struct Source {
+    const std::string& bytes;
+    std::size_t at = 0;
+};
+
+int readBytes(GifFileType* file, GifByteType* into, int count) {
+    auto& source = *static_cast<Source*>(file->UserData);
+    const std::size_t taken = std::min(static_cast<std::size_t>(count), source.bytes.size() - source.at);
+    std::memcpy(into, source.bytes.data() + source.at, taken);
+    source.at += taken;
+    return static_cast<int>(taken);
+}
+
+/// Decoded by the library, composed by hand.
+Shown show(const std::string& bytes) {
+    Shown shown;
+    Source source{bytes};
+    int error = 0;
+    GifFileType* const file = DGifOpen(&source, readBytes, &error);
+    if (!file || DGifSlurp(file) != GIF_OK) {
+        ADD_FAILURE() << "cannot be decoded";
+        return shown;
+    }
+    const auto width = static_cast<std::size_t>(file->SWidth);
+    Pixels canvas(width * static_cast<std::size_t>(file->SHeight));
+    for (int i = 0; i < file->ImageCount; ++i) {
+        const SavedImage& image = file->SavedImages[i];
+        GraphicsControlBlock control{};
+        DGifSavedExtensionToGCB(file, i, &control);
+        const auto columns = static_cast<std::size_t>(image.ImageDesc.Width);
+        const std::size_t count = columns * static_cast<std::size_t>(image.ImageDesc.Height);
+        for (std::size_t k = 0; k < count; ++k) {
+            if (image.RasterBits[k] != control.TransparentColor) {
+                const GifColorType c = image.ImageDesc.ColorMap->Colors[image.RasterBits[k]];
+                canvas[(static_cast<std::size_t>(image.ImageDesc.Top) + k / columns) * width +
+                       static_cast<std::size_t>(image.ImageDesc.Left) + k % columns] =
+                    std::uint32_t{c.Red} << 16U | std::uint32_t{c.Green} << 8U | c.Blue;
+            }
+        }
+        shown.frames.push_back(canvas);
+        shown.delays.push_back(control.DelayTime);
+        shown.areas.push_back(static_cast<int>(count));
+    }
+    DGifCloseFile(file, &error);
+    return shown;
+}
+
+TEST(GifWriter, framesComeBackAndHoldWhatChanged) {
+    Pixels first(12, 0x102030);
+    Pixels second = first;
+    second[5] = 0xF0A050;  // 4 columns: (1, 1)
+    second[10] = 0x00FF00; // (2, 2)
+    GifWriter writer(4, 3);
+    EXPECT_TRUE(writer.add(first, 4));
+    EXPECT_TRUE(writer.add(second, 3));
+    EXPECT_TRUE(writer.add(second, 5));
+    const Shown shown = show(writer.finish());
+    EXPECT_EQ(shown.frames, (std::vector{first, second, second}));
+    EXPECT_EQ(shown.delays, (std::vector{4, 3, 5}));
+    EXPECT_EQ(shown.areas, (std::vector{12, 4, 1})); // (1, 1) to (2, 2); a frame has a pixel at least
+}
+
+TEST(GifWriter, refusesFramesOfAnotherSizeAndHasNothingWithoutOne) {
+    GifWriter writer(4, 3);
+    EXPECT_FALSE(writer.add(Pixels(11), 4));
+    EXPECT_TRUE(writer.finish().empty());
+    EXPECT_TRUE(GifWriter(4, 3).finish().empty());
+}
+
+// 4096 colours in steps of 16: a palette of 255 has boxes of 17 colours, so none need be farther than a few steps away.
+TEST(Palette, manyColoursComeNear) {
+    Pixels pixels;
+    for (std::uint32_t i = 0; i < 4096; ++i) {
+        pixels.push_back((i >> 8U) << 20U | (i >> 4U & 15U) << 12U | (i & 15U) << 4U);
+    }
+    Palette palette;
+    palette.fit(pixels, 255);
+    EXPECT_LE(palette.colors().size(), 255U);
+    for (const std::uint32_t pixel : pixels) {
+        const std::uint32_t taken = palette.colors()[palette.indexOf(pixel)];
+        for (const unsigned shift : {0U, 8U, 16U}) {
+            const int far = static_cast<int>(pixel >> shift & 0xFFU) - static_cast<int>(taken >> shift & 0xFFU);
+            ASSERT_LE(std::abs(far), 48) << pixel;
+        }
+    }
+}
+
+TEST(Palette, fewColoursStayAsTheyAre) {
+    const Pixels pixels{0x000000, 0xFF262626, 0xFFFFFF, 0xD92ECF, 0x262626};
+    Palette palette;
+    palette.fit(pixels, 255);
+    for (const std::uint32_t pixel : pixels) {
+        EXPECT_EQ(palette.colors()[palette.indexOf(pixel)], pixel & 0xFFFFFFU);
+    }
+}
+
+} // namespace
+} // namespace jostle
