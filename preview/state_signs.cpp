@@ -67,7 +67,9 @@ void drawStateSign(BodyState state, const PlacedBody& placed, Rgba fill, const D
     const Rgba ground = mix(style.background, fill, static_cast<float>(fill.alpha) / 255.0f);
     const Rgba ink = inkOn(ground);
     const Rgba paper = inkOn(ink);
-    const Stroke stroke{withAlpha(ink, 0.85f), 1.3f, 0.0f, withAlpha(paper, 0.25f)};
+    const bool takesPart = state != BodyState::OutOfTime && state != BodyState::Dead;
+    const Stroke stroke{withAlpha(ink, takesPart ? 0.85f : 0.55f), 1.3f, 0.0f,
+                        withAlpha(paper, takesPart ? 0.25f : 0.1f)};
     SignPen pen(Strokes(list, unit), placed.middle(), std::min(largest * unit, 0.3f * room), stroke);
     switch (state) {
     case BodyState::Static:

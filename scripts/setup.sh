@@ -8,7 +8,8 @@ deps="$root/deps"
 archives="$deps/archives"
 
 packages=(g++ cmake ninja-build patch rapidjson-dev libcli11-dev libglu1-mesa-dev libgtest-dev libbenchmark-dev
-    libfreetype-dev libharfbuzz-dev libfontconfig-dev libzip-dev zlib1g-dev fonts-dejavu-core)
+    libfreetype-dev libharfbuzz-dev libfontconfig-dev libzip-dev zlib1g-dev fonts-dejavu-core
+    qt6-base-dev libgif-dev libgl1-mesa-dri xvfb xauth)
 
 # Name in deps/; Debian source package and version; the archive in it; its SHA-256; the folder below deps/NAME that
 # receives the files; how many leading folders they lose; what is unpacked.
@@ -252,7 +253,8 @@ unpack_given() { # lines of missing_sources
     if ((${#wanted[@]})); then
         fail "this is not a Debian system, so nothing can be installed from here. Install by your system's means:" \
             "    a C++20 compiler, CMake 3.25 or newer, Ninja, patch, RapidJSON, CLI11, GLU, GoogleTest, Google Benchmark," \
-            "    FreeType, HarfBuzz, fontconfig, libzip, zlib, the DejaVu fonts (for tests)," \
+            "    FreeType, HarfBuzz, fontconfig, libzip, zlib, the DejaVu fonts and Xvfb (for tests)," \
+            "    Qt 6.4 and giflib (or configure with -DJOSTLE_GUI=OFF)," \
             "    poly2tri (found by CMake if it is installed)," \
             "and the sources of Box2D 2.4.1, which is compiled here. Then either configure with" \
             "    cmake --preset release -DJOSTLE_BOX2D_SOURCE=DIR [-DJOSTLE_POLY2TRI_SOURCE=DIR]" \
