@@ -34,7 +34,7 @@ Look lookOf(const BodyRecord& record, BodyState state, const DrawStyle& style) {
         return {withAlpha(color, hollowFill), {line, 1.5f, 4.0f}};
     case BodyState::OutOfTime:
     case BodyState::Dead: {
-        // A third of the way from the background to what is written on it, whichever of the two is the lighter.
+        // Half way from the background to what is written on it, be that lighter or darker.
         const Rgba faded = mix(style.background, inkOn(style.background), 0.5f);
         return {
             withAlpha(color, hollowFill), {withAlpha(faded, 0.7f), 1.0f, state == BodyState::Dead ? 2.0f : 0.0f}, 0.4f};

@@ -34,7 +34,7 @@ void drawRectangle(b2Vec2 low, b2Vec2 high, const Stroke& stroke, float unit, Dr
 
 void SceneDrawing::drawBodies(const SceneFrame& frame, const ViewOptions& options, const DrawStyle& style, float unit,
                               Drawing& drawing) {
-    const Rgba boxColor = withAlpha(inkOn(style.background), 0.6f);
+    const Rgba boxColor = withAlpha(inkOn(style.background), 0.5f);
     // The first record is the topmost layer.
     for (std::size_t i = frame.scene.bodies.size(); i-- > 0;) {
         const BodyRecord& record = frame.scene.bodies[i];
@@ -57,7 +57,7 @@ void SceneDrawing::drawBodies(const SceneFrame& frame, const ViewOptions& option
             drawMagnetReach(record, center, pulls, style, unit, drawing.overlays);
         }
         if (!placed.isEmpty() && options.boundingBox) {
-            drawRectangle(placed.low, placed.high, {boxColor, 1.0f}, unit, drawing.overlays);
+            drawRectangle(placed.low, placed.high, {boxColor, 1.0f, 3.0f}, unit, drawing.overlays);
         }
         if (options.localAxes) {
             drawAxes(center, place.q, style, unit, drawing.overlays);

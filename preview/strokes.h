@@ -33,9 +33,6 @@ public:
     /// @param unit  units of the list in one picture pixel
     Strokes(DrawList& list, float unit) : list_(list), unit_(unit) {}
 
-    /// Units of the list in one picture pixel.
-    [[nodiscard]] float unit() const { return unit_; }
-
     void line(b2Vec2 from, b2Vec2 to, const Stroke& stroke);
     /// A row of points joined by lines; dashes run on around its corners.
     void path(std::span<const b2Vec2> points, const Stroke& stroke, bool closed = false);

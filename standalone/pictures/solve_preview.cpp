@@ -19,7 +19,6 @@ std::optional<Refusal> checkPreview(const SolveOptions& options, const std::stri
     if (pictureKind(preview) != PictureKind::Moving) {
         return Refusal{preview, "is no name for a moving picture; give --preview one that ends in .gif"};
     }
-    // The result is not there yet, so names tell; its kind of file never ends in .gif unless asked for.
     std::string output;
     if (std::optional<Refusal> refusal = choosePaths(options, output)) {
         return refusal;
