@@ -38,6 +38,13 @@ SeparationReport separateAll(const HostContext& context, MessageSink* messages) 
     return separateLayers(context, findSeparableLayers(context), messages, {});
 }
 
+void printUnmasked(const SeparationReport& report, const std::string& input) {
+    for (const UnmaskedParts& parts : report.unmasked) {
+        complain(input, "the groups of layer " + std::to_string(parts.layerIndex + 1) + " \"" + parts.layerName +
+                            "\" are separated without its " + (parts.masks == 1 ? "mask" : "masks"));
+    }
+}
+
 int runSeparate(const SeparateOptions& options) {
     const std::string output = options.output.value_or(besideInput(options.input, "-separated"));
     if (const std::optional<Refusal> refusal = checkOutput(options.input, output)) {
@@ -72,6 +79,7 @@ int runSeparate(const SeparateOptions& options) {
     }
     if (!options.quiet) {
         printReports(host, options.input);
+        printUnmasked(report, options.input);
     }
     printSummary(options, output, report);
     return exitDone;

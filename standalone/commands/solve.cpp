@@ -174,6 +174,9 @@ void SolveRun::solveInHost(const HostContext& context) {
                                            "); nothing was saved");
             return;
         }
+        if (!options_.quiet) {
+            printUnmasked(separated, options_.input);
+        }
     }
     report_ = initFromComposition(context, scene_, messages);
     if (report_.error != A_Err_NONE) {
