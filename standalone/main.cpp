@@ -50,6 +50,12 @@ void addSolve(CLI::App& app, SolveOptions& options) {
     command->add_flag("--separate", options.separate,
                       "First splits layers with several masks or groups, so that each part moves on its own");
     command->add_flag("--motion-blur", options.motionBlur, "Turns on motion blur for the layers that move");
+    command
+        ->add_option("--reduce", options.reduce,
+                     "Fewer keyframes: straight lines between keys that keep every frame within so many pixels, and "
+                     "degrees, of the simulation; off unless given")
+        ->type_name("PIXELS")
+        ->check(CLI::Range(0.01, 1000.0));
     command->add_option("--samples", options.samples, "Also writes where each body was on each frame, as JSON")
         ->type_name("FILE");
     command->add_flag("-q,--quiet", options.quiet, "Says nothing unless something is wrong");

@@ -20,6 +20,7 @@ struct SolveOptions {
     std::optional<int> startFrame;     ///< first baked frame; without it the start of the work area
     std::optional<int> endFrame;       ///< last baked frame; without it the last of the work area
     std::string samples;               ///< file for the simulated samples; empty: none
+    double reduce = 0;                 ///< pixels and degrees that fewer keyframes may be off; 0: all that change
     bool inPlace = false;
     bool separate = false; ///< layers of several masks or groups are split first
     bool motionBlur = false;

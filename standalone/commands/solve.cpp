@@ -141,7 +141,8 @@ bool SolveRun::bake(const HostContext& context) {
     const jostle::Composition composition =
         options_.inPlace ? activeComposition(chain) : duplicateActiveComposition(chain);
     progress_.begin("Keyframing...", scene_.bodyCount(), "layers");
-    const KeyframeJob job{scene_, exportRun_->results(), range_.first, range_.last, options_.motionBlur};
+    const KeyframeJob job{scene_,      exportRun_->results(), range_.first,
+                          range_.last, options_.motionBlur,   options_.reduce};
     WriteReport written = writeKeyframes(chain, composition, job, [this](int done, int) {
         progress_.update(done);
         return !interrupted;
