@@ -1,5 +1,7 @@
 #include <csignal>
 #include <cstdio>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -28,7 +30,8 @@ constexpr const char* solveExamples = R"(Examples:
          --sweep gravity.magnitude=2:10:4 --sweep "*.restitution=0:0.9:0.3"
       Twelve results side by side: open variants/sweep.html.
 
-With --json progress comes on standard error as one JSON object a line, among messages that begin with "jostle: ".
+With --json progress comes on standard error, one JSON object a line, among messages that begin
+with "jostle: ".
 Exit status: 0 done, 1 failed while working or any of several files failed, 2 wrong use.)";
 
 constexpr const char* setDescription =
@@ -38,6 +41,32 @@ constexpr const char* setDescription =
 
 constexpr const char* animationDescription =
     "Which animation of a .lottie archive, by its identifier; without it the first";
+
+/// Help in lines that a terminal shows whole: names to the left, descriptions broken between words.
+class WrappedHelp : public CLI::Formatter {
+public:
+    std::string make_option(const CLI::Option* option, bool isPositional) const override {
+        constexpr std::size_t names = 26;
+        constexpr std::size_t width = 100;
+        std::string text = "  " + make_option_name(option, isPositional) + make_option_opts(option);
+        text += text.size() + 2 > names ? "\n" + std::string(names, ' ') : std::string(names - text.size(), ' ');
+        std::size_t column = names;
+        std::istringstream words(make_option_desc(option));
+        for (std::string word; words >> word; column += word.size() + 1) {
+            if (column > names && column + word.size() > width) {
+                text += "\n" + std::string(names, ' ');
+                column = names;
+            }
+            text += (column > names ? " " : "") + word;
+        }
+        return text + "\n";
+    }
+};
+
+/// A whole number within limits, which the help leaves for the error to tell.
+CLI::Validator within(int least, int most) {
+    return CLI::Range(least, most).description("");
+}
 
 void addSolveFiles(CLI::App& command, SolveRequest& request) {
     SolveOptions& options = request.options;
@@ -77,18 +106,18 @@ void addSolveKeyframes(CLI::App& command, SolveOptions& options) {
     constexpr const char* group = "Keyframes";
     command.add_option("--start", options.startFrame, "First baked frame; without it the start of the work area")
         ->type_name("N")
-        ->check(CLI::Range(0, greatestFrame))
+        ->check(within(0, greatestFrame))
         ->group(group);
     command.add_option("--end", options.endFrame, "Last baked frame; without it the last of the work area")
         ->type_name("N")
-        ->check(CLI::Range(0, greatestFrame))
+        ->check(within(0, greatestFrame))
         ->group(group);
     command
         .add_option("--reduce", options.reduce,
                     "Fewer keyframes, with straight lines between them: on every frame positions are at most so many "
                     "pixels and angles so many degrees off the simulation; without it each change has its key")
         ->type_name("PIXELS")
-        ->check(CLI::Range(0.01, 1000.0))
+        ->check(CLI::Range(0.01, 1000.0).description(""))
         ->group(group);
     command.add_flag("--motion-blur", options.motionBlur, "Turns on motion blur for the layers that move")
         ->group(group);
@@ -115,7 +144,7 @@ void addSolveMany(CLI::App& command, SolveRequest& request) {
         .add_option("-j,--jobs", request.jobs,
                     "How many to solve at once; without it one for each processor. Results do not depend on it")
         ->type_name("N")
-        ->check(CLI::Range(1, mostJobs))
+        ->check(within(1, mostJobs))
         ->group(group);
 }
 
@@ -150,7 +179,7 @@ void addInspect(CLI::App& app, InspectOptions& options) {
                      "How finely curves are followed, as meshPrecision of all bodies: N + 1 points on each; 2 unless "
                      "given")
         ->type_name("N")
-        ->check(CLI::Range(0, 100));
+        ->check(within(0, 100));
     command
         ->add_option("--matrices", options.matrices,
                      "Prints instead, as JSON, where each layer stands at these composition frames, parents included: "
@@ -173,6 +202,7 @@ void addSeparate(CLI::App& app, SeparateOptions& options) {
 int main(int argc, char** argv) {
     CLI::App app{"Jostle simulates the layers of a composition as rigid bodies and bakes their motion to keyframes."};
     app.name("jostle");
+    app.formatter(std::make_shared<WrappedHelp>());
     app.require_subcommand(1);
     app.set_version_flag("--version", std::string("jostle ") + JOSTLE_VERSION);
     app.failure_message([](const CLI::App* whole, const CLI::Error& error) {

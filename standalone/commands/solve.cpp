@@ -180,7 +180,7 @@ void SolveRun::solveInHost(const HostContext& context) {
         complain(options_.input, "defaults were taken for what could not be read of " + doubtful);
     }
     exportRun_.emplace(range_.first, range_.last);
-    if (!applySettings(options_.sets, "--set ") || !applySettings(options_.trials, "--sweep: ") ||
+    if (!applySettings(options_.sets, "--set ") || !applySettings(options_.trials, "--sweep ") ||
         !options_.trials.empty()) {
         return;
     }
