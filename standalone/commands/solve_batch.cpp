@@ -35,13 +35,6 @@ std::string inFolder(const std::string& folder, const std::string& input) {
     return (fs::path(folder) / fs::path(input).filename()).string();
 }
 
-/// The same for any two ways to name a file, be it there or not.
-std::string identityOf(const std::string& path) {
-    std::error_code error;
-    const fs::path canonical = fs::weakly_canonical(path, error);
-    return error ? path : canonical.string();
-}
-
 class Batch {
 public:
     Batch(const SolveRequest& request, std::vector<std::string> outputs)
@@ -146,7 +139,7 @@ std::optional<Refusal> chooseOutputs(const SolveRequest& request, std::vector<st
     std::map<std::string, std::string> inputs; // by identity, as given
     std::map<std::string, std::string> owners; // by identity of the result
     for (const std::string& input : request.inputs) {
-        inputs[identityOf(input)] = input;
+        inputs[fileIdentity(input)] = input;
     }
     for (const std::string& input : request.inputs) {
         options.input = input;
@@ -160,12 +153,12 @@ std::optional<Refusal> chooseOutputs(const SolveRequest& request, std::vector<st
         if (std::optional<Refusal> refusal = choosePaths(options, output)) {
             return refusal;
         }
-        const std::string identity = identityOf(output);
+        const std::string identity = fileIdentity(output);
         if (const auto [owner, isNew] = owners.emplace(identity, input); !isNew) {
             return Refusal{output, "would hold the results of both " + owner->second + " and " + input +
                                        "; give them different names, or solve them into different folders"};
         }
-        if (const auto other = inputs.find(identity); other != inputs.end() && other->first != identityOf(input)) {
+        if (const auto other = inputs.find(identity); other != inputs.end() && other->first != fileIdentity(input)) {
             return Refusal{output, "would be overwritten by the result of " + input + ", and is an input itself"};
         }
         outputs.push_back(output);

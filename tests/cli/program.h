@@ -23,6 +23,7 @@ public:
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     void put(const std::string& name, const std::string& text) const;
     [[nodiscard]] std::string contents(const std::string& name) const;
     /// Names of all that lies in it, sorted.
