@@ -23,6 +23,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// A path as it may stand in an address.
+std::string addressOf(const std::string& path) {
+    constexpr std::string_view plain = "/-._~";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                             plain.find(c) != std::string_view::npos;
+        text += isPlain ? std::string(1, c) : std::string{'%', digits[byte >> 4u], digits[byte & 15u]};
+    }
+    return text;
+}
+
 class Sweep {
 public:
     explicit Sweep(const SolveRequest& request)
@@ -193,7 +207,7 @@ SweepPage Sweep::page() const {
     if (!request_.player.empty()) {
         std::error_code error;
         const fs::path relative = fs::proximate(request_.player, folder_, error);
-        page.player = error ? request_.player : relative.generic_string();
+        page.player = addressOf(error ? request_.player : relative.generic_string());
     }
     page.columns = axes_.size() > 1 ? axes_.back().values.size() : 0;
     std::size_t size = 0;

@@ -78,7 +78,8 @@ index.cells.forEach((cell, number) => {
   figure.number = number;
   main.append(figure);
   if (cell.failure) fail(figure.firstChild, cell.failure);
-  else if (typeof lottie === "undefined") fail(figure.firstChild, "the player could not be loaded from " + index.player);
+  else if (typeof lottie === "undefined") fail(figure.firstChild, "the player could not be loaded from " + index.player +
+    "; the option --player takes a copy on this computer");
   else watcher.observe(figure);
 });
 

@@ -53,16 +53,16 @@ TEST(Sweep, MakesEachCombinationAsSetDoes) {
 TEST(Sweep, ThePageHoldsTheResultsAndNamesThePlayer) {
     const TestFolder folder;
     folder.put("in.json", document(solid("</script><b>", 1)));
-    folder.put("player.js", "");
+    folder.put("a player.js", "");
     const Names arguments{"--sweep", "gravity.magnitude=1:2:1", "-o", "out", "-q"};
     ASSERT_EQ(sweep(folder, arguments).exitStatus, 0);
     const std::string page = folder.contents("out/sweep.html");
     EXPECT_NE(page.find("<script src=\"https://"), std::string::npos);
     EXPECT_NE(page.find("\"nm\":\"\\u003c/script>\\u003cb>\""), std::string::npos) << "a layer's name broke out";
     Names withPlayer = arguments;
-    withPlayer.insert(withPlayer.end(), {"--player", "player.js"});
+    withPlayer.insert(withPlayer.end(), {"--player", "a player.js"});
     ASSERT_EQ(sweep(folder, withPlayer).exitStatus, 0);
-    EXPECT_NE(folder.contents("out/sweep.html").find("<script src=\"../player.js\">"), std::string::npos);
+    EXPECT_NE(folder.contents("out/sweep.html").find("<script src=\"../a%20player.js\">"), std::string::npos);
 }
 
 TEST(Sweep, IsTheSameHoweverManyRunAtOnce) {
