@@ -98,22 +98,20 @@ private:
     [[nodiscard]] b2Vec2 unfoldShapes(const BodyRecord& body, const Layer& layer, const Matrix4& matrix,
                                       b2Vec2 anchor) const;
 
-    /// Replaces whatever a stream holds by one value, or by keyframes.
-    /// @param keys  makes the indices of the samples that become keyframes
-    /// @param put   writes a sample into a stream value
-    template<class T, class Keys, class Put>
-    void write(const Stream& stream, const std::vector<T>& samples, bool asOneValue, Keys keys, Put put);
-
-    /// A number as it is handed to the host: rounded to what a file holds of it if keys are left out, so that what is
-    /// checked is what will be read.
-    [[nodiscard]] double handedOver(double number) const {
-        constexpr double perUnit = 1000.0;
-        return job_.tolerance > 0 ? std::round(number * perUnit) / perUnit : number;
-    }
-    [[nodiscard]] double toComposition(float x) const { return handedOver(static_cast<double>(x) / pixelAspect_); }
-    /// Which positions become keyframes, or which numbers, with `unit` pixels or degrees to one of the host's.
-    [[nodiscard]] std::vector<std::size_t> keysOf(const std::vector<b2Vec2>& positions);
-    [[nodiscard]] std::vector<std::size_t> keysOf(const std::vector<float>& numbers, double tolerance, double unit);
+    /// Replaces whatever a stream holds by one value, or by keyframes where the samples change.
+    /// @param put  writes a sample into a stream value
+    template<class T, class Differ, class Put>
+    void write(const Stream& stream, const std::vector<T>& samples, bool asOneValue, Differ differ, Put put);
+    /// The same for positions and single numbers, reduced if the job says so.
+    /// @param unit  pixels or degrees to one of the host's units, in x and y or in the number
+    void writePoints(const Stream& stream, const std::vector<b2Vec2>& points, bool asOneValue, AEGP_TwoDVal unit);
+    void writeNumbers(const Stream& stream, const std::vector<float>& numbers, bool asOneValue, double unit,
+                      double tolerance);
+    /// Keyframes that straight lines between them need.
+    /// @param put  writes a point in the host's units into a stream value
+    template<class Put>
+    void writeReduced(const Stream& stream, std::span<const b2Vec2> samples, AEGP_TwoDVal unit, double tolerance,
+                      Put put);
 
     HostChain& chain_;
     Composition composition_;
@@ -127,8 +125,7 @@ private:
     std::vector<b2Vec2> positions_;
     std::vector<float> coordinates_;
     std::vector<float> rotations_;
-    std::vector<double> exact_;   ///< samples, component by component
-    std::vector<double> written_; ///< what a key would hold of each
+    std::vector<b2Vec2> onAxis_; ///< numbers as points
 };
 
 void Writer::readLooks() {
@@ -154,31 +151,8 @@ void Writer::readLooks() {
     }
 }
 
-std::vector<std::size_t> Writer::keysOf(const std::vector<b2Vec2>& positions) {
-    if (job_.tolerance <= 0)
-        return keyframeIndices(std::span<const b2Vec2>(positions), vectorsDiffer);
-    exact_.clear();
-    written_.clear();
-    for (const b2Vec2& position : positions) {
-        const auto y = static_cast<double>(position.y);
-        exact_.insert(exact_.end(), {static_cast<double>(position.x), y});
-        written_.insert(written_.end(), {toComposition(position.x) * pixelAspect_, handedOver(y)});
-    }
-    return reducedKeyIndices(exact_, written_, 2, job_.tolerance);
-}
-
-std::vector<std::size_t> Writer::keysOf(const std::vector<float>& numbers, double tolerance, double unit) {
-    if (tolerance <= 0)
-        return keyframeIndices(std::span<const float>(numbers), floatsDiffer);
-    exact_.assign(numbers.begin(), numbers.end());
-    written_.clear();
-    for (const double number : exact_)
-        written_.push_back(handedOver(number / unit) * unit);
-    return reducedKeyIndices(exact_, written_, 1, tolerance);
-}
-
-template<class T, class Keys, class Put>
-void Writer::write(const Stream& stream, const std::vector<T>& samples, bool asOneValue, Keys keys, Put put) {
+template<class T, class Differ, class Put>
+void Writer::write(const Stream& stream, const std::vector<T>& samples, bool asOneValue, Differ differ, Put put) {
     if (samples.empty())
         return;
     stream.deleteKeys();
@@ -190,11 +164,52 @@ void Writer::write(const Stream& stream, const std::vector<T>& samples, bool asO
         return;
     }
     KeyframeBatch batch(chain_, stream);
-    for (const std::size_t i : keys()) {
+    for (const std::size_t i : keyframeIndices(std::span<const T>(samples), differ)) {
         put(value, samples[i]);
         batch.add(timeOfFrame(frameDuration_, job_.startFrame + static_cast<int>(i)), value);
     }
     batch.commit();
+}
+
+template<class Put>
+void Writer::writeReduced(const Stream& stream, std::span<const b2Vec2> samples, AEGP_TwoDVal unit, double tolerance,
+                          Put put) {
+    // What a file holds of a number, so that what was checked is what will be read.
+    constexpr double perUnit = 1000.0;
+    const auto inHost = [](double number, double size) { return std::round(number / size * perUnit) / perUnit; };
+    stream.deleteKeys();
+    StreamValue value = stream.valueAt(timeOfFrame(frameDuration_, job_.startFrame), Expressions::Ignored);
+    KeyframeBatch batch(chain_, stream);
+    for (const ReducedKey& key : reducedKeys(samples, {unit.x / perUnit, unit.y / perUnit}, tolerance)) {
+        put(value, AEGP_TwoDVal{inHost(key.value[0], unit.x), inHost(key.value[1], unit.y)});
+        batch.add(timeOfFrame(frameDuration_, job_.startFrame + static_cast<int>(key.index)), value);
+    }
+    batch.commit();
+}
+
+void Writer::writePoints(const Stream& stream, const std::vector<b2Vec2>& points, bool asOneValue, AEGP_TwoDVal unit) {
+    if (job_.tolerance > 0 && !asOneValue && !points.empty()) {
+        writeReduced(stream, points, unit, job_.tolerance,
+                     [](StreamValue& value, AEGP_TwoDVal point) { value.setPoint(point); });
+        return;
+    }
+    write(stream, points, asOneValue, vectorsDiffer, [&](StreamValue& value, b2Vec2 sample) {
+        value.setPoint({static_cast<double>(sample.x) / unit.x, static_cast<double>(sample.y) / unit.y});
+    });
+}
+
+void Writer::writeNumbers(const Stream& stream, const std::vector<float>& numbers, bool asOneValue, double unit,
+                          double tolerance) {
+    if (tolerance > 0 && !asOneValue && !numbers.empty()) {
+        onAxis_.clear();
+        for (const float number : numbers)
+            onAxis_.emplace_back(number, 0.0f);
+        writeReduced(stream, onAxis_, {unit, 1.0}, tolerance,
+                     [](StreamValue& value, AEGP_TwoDVal point) { value.setNumber(point.x); });
+        return;
+    }
+    write(stream, numbers, asOneValue, floatsDiffer,
+          [&](StreamValue& value, float sample) { value.setNumber(static_cast<double>(sample) / unit); });
 }
 
 void Writer::disableExpressions(const LayerStreams& streams) {
@@ -211,11 +226,7 @@ void Writer::disableExpressions(const LayerStreams& streams) {
 
 void Writer::writePosition(const LayerStreams& streams, bool isStatic) {
     if (!streams.separated) {
-        write(
-            streams.position, positions_, isStatic, [this] { return keysOf(positions_); },
-            [this](StreamValue& value, b2Vec2 sample) {
-                value.setPoint({toComposition(sample.x), handedOver(static_cast<double>(sample.y))});
-            });
+        writePoints(streams.position, positions_, isStatic, {pixelAspect_, 1.0});
         return;
     }
     const auto take = [&](float b2Vec2::*coordinate) {
@@ -226,13 +237,9 @@ void Writer::writePosition(const LayerStreams& streams, bool isStatic) {
     // Each coordinate may be off by as much as leaves the distance within the tolerance.
     const double tolerance = job_.tolerance / std::sqrt(2.0);
     take(&b2Vec2::x);
-    write(
-        streams.positionX, coordinates_, isStatic, [&] { return keysOf(coordinates_, tolerance, pixelAspect_); },
-        [this](StreamValue& value, float sample) { value.setNumber(toComposition(sample)); });
+    writeNumbers(streams.positionX, coordinates_, isStatic, pixelAspect_, tolerance);
     take(&b2Vec2::y);
-    write(
-        streams.positionY, coordinates_, isStatic, [&] { return keysOf(coordinates_, tolerance, 1.0); },
-        [this](StreamValue& value, float sample) { value.setNumber(handedOver(static_cast<double>(sample))); });
+    writeNumbers(streams.positionY, coordinates_, isStatic, 1.0, tolerance);
 }
 
 void Writer::writeScale(const BodyRecord& body, const Stream& stream, ScaleSamples& scale) {
@@ -245,10 +252,8 @@ void Writer::writeScale(const BodyRecord& body, const Stream& stream, ScaleSampl
             for (AEGP_TwoDVal& percent : scale.percent)
                 percent = {-percent.x, -percent.y};
         }
-        write(
-            stream, scale.percent, !scale.keyframed,
-            [&] { return keyframeIndices(std::span<const AEGP_TwoDVal>(scale.percent), scalesDiffer); },
-            [](StreamValue& value, AEGP_TwoDVal percent) { value.setPoint(percent); });
+        write(stream, scale.percent, !scale.keyframed, scalesDiffer,
+              [](StreamValue& value, AEGP_TwoDVal percent) { value.setPoint(percent); });
         return;
     }
     // A dead layer keeps its keyframes, and the signs that the host gave its scale when the parent was taken away.
@@ -316,14 +321,11 @@ bool Writer::writeLayer(std::size_t record, WrittenStance& stance) {
                 degrees += stance.turn;
         }
         writePosition(streams, isStatic);
-        write(
-            streams.rotation, rotations_, isStatic, [this] { return keysOf(rotations_, job_.tolerance, 1.0); },
-            [this](StreamValue& value, float degrees) { value.setNumber(handedOver(static_cast<double>(degrees))); });
-        write(
-            streams.anchor, std::vector<b2Vec2>{stance.anchor}, true, [] { return std::vector<std::size_t>(); },
-            [](StreamValue& value, b2Vec2 point) {
-                value.setPoint({static_cast<double>(point.x), static_cast<double>(point.y)});
-            });
+        writeNumbers(streams.rotation, rotations_, isStatic, 1.0, job_.tolerance);
+        write(streams.anchor, std::vector<b2Vec2>{stance.anchor}, true, vectorsDiffer,
+              [](StreamValue& value, b2Vec2 point) {
+                  value.setPoint({static_cast<double>(point.x), static_cast<double>(point.y)});
+              });
         // The written rotation is whole: turning along the path must not be added to it.
         if (!isStatic && (layer.flags(chain_) & AEGP_LayerFlag_AUTO_ORIENT_ROTATION) != 0)
             layer.trySetFlag(chain_, AEGP_LayerFlag_AUTO_ORIENT_ROTATION, false);
