@@ -72,6 +72,28 @@ TEST(Batch, ASingleFileGoesIntoAFolderToo) {
     EXPECT_NE(folder.contents("out/a.json"), "");
 }
 
+TEST(Batch, AnInterruptionEndsAllInOrder) {
+    // Sixty bodies in one place take long enough to part.
+    std::string layers;
+    for (int number = 1; number <= 60; ++number) {
+        layers += (number > 1 ? "," : "") + solid("box", number);
+    }
+    const TestFolder folder;
+    for (const char* name : {"a.json", "b.json", "c.json"}) {
+        folder.put(name, document(layers));
+    }
+    std::filesystem::create_directories(folder.path() / "out");
+    folder.put("out/a.json", "old");
+    const ProgramRun run = folder.interrupt(
+        {"solve", "a.json", "b.json", "c.json", "-o", "out", "--end", "100000", "-j", "2"}, "out/.b.json.jostle-part");
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_NE(run.err.find("jostle: a.json: interrupted"), std::string::npos) << run.err;
+    EXPECT_NE(run.out.find("interrupted: 0 of 3 files solved"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("c.json (not begun)"), std::string::npos) << run.out;
+    EXPECT_EQ(folder.contents("out/a.json"), "old");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path() / "out"), {}), 1);
+}
+
 TEST(Batch, RefusesBeforeAnythingRuns) {
     struct Case {
         const char* name;

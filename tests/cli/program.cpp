@@ -27,6 +27,26 @@ std::string readAll(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// Runs the program from a shell.
+/// @param after  what the shell does after starting it in the background; empty: it waits for it
+ProgramRun runInShell(const fs::path& folder, const std::vector<std::string>& arguments, const std::string& after) {
+    const fs::path streams = folder.string() + ".streams";
+    fs::create_directories(streams);
+    std::string command = "cd " + quoted(folder.string()) + " && { " + quoted(JOSTLE_PROGRAM);
+    for (const std::string& argument : arguments) {
+        command += " " + quoted(argument);
+    }
+    command += " >" + quoted((streams / "out").string()) + " 2>" + quoted((streams / "err").string()) + " </dev/null";
+    command += (after.empty() ? "" : " & " + after) + "; }";
+    ProgramRun run;
+    const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
+    run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.out = readAll(streams / "out");
+    run.err = readAll(streams / "err");
+    fs::remove_all(streams);
+    return run;
+}
+
 } // namespace
 
 TestFolder::TestFolder() {
@@ -58,16 +78,13 @@ std::vector<std::string> TestFolder::names() const {
 }
 
 ProgramRun TestFolder::run(const std::vector<std::string>& arguments) const {
-    const fs::path streams = path_.string() + ".streams";
-    fs::create_directories(streams);
-    std::string command = "cd " + quoted(path_.string()) + " && " + quoted(JOSTLE_PROGRAM);
-    for (const std::string& argument : arguments)
-        command += " " + quoted(argument);
-    command += " >" + quoted((streams / "out").string()) + " 2>" + quoted((streams / "err").string()) + " </dev/null";
-    const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
-    ProgramRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, readAll(streams / "out"), readAll(streams / "err")};
-    fs::remove_all(streams);
-    return run;
+    return runInShell(path_, arguments, {});
+}
+
+ProgramRun TestFolder::interrupt(const std::vector<std::string>& arguments, const std::string& onceThere) const {
+    // Ends too if the program does.
+    return runInShell(path_, arguments,
+                      "while [ ! -e " + quoted(onceThere) + " ] && kill -0 $!; do :; done; kill -TERM $!; wait $!");
 }
 
 ProgramRun TestFolder::succeed(const std::vector<std::string>& arguments) const {
