@@ -12,6 +12,7 @@
 #include "standalone/commands/load.h"
 #include "standalone/commands/options.h"
 #include "standalone/commands/separate.h"
+#include "standalone/commands/settings.h"
 #include "standalone/commands/solve_batch.h"
 
 namespace {
@@ -68,6 +69,20 @@ CLI::Validator within(int least, int most) {
     return CLI::Range(least, most).description("");
 }
 
+/// The options that change a composition's setup.
+void addSetup(CLI::App& command, std::string& settings, std::vector<std::string>& sets,
+              const std::string& group = "Options") {
+    command.add_option("--settings", settings, "Settings file (.xml) to lay over the composition, before --set")
+        ->type_name("FILE")
+        ->group(group);
+    command.add_option("--set", sets, setDescription)
+        ->type_name("KEY=VALUE")
+        ->expected(1)
+        ->take_all()
+        ->allow_extra_args(false)
+        ->group(group);
+}
+
 void addSolveFiles(CLI::App& command, SolveRequest& request) {
     SolveOptions& options = request.options;
     command.add_option("input", request.inputs, "Lottie files (.json or .lottie)")->required()->type_name("IN");
@@ -90,12 +105,7 @@ void addSolveFiles(CLI::App& command, SolveRequest& request) {
 
 void addSolveSimulation(CLI::App& command, SolveOptions& options) {
     constexpr const char* group = "Simulation";
-    command.add_option("--set", options.sets, setDescription)
-        ->type_name("KEY=VALUE")
-        ->expected(1)
-        ->take_all()
-        ->allow_extra_args(false)
-        ->group(group);
+    addSetup(command, options.settings, options.sets, group);
     command
         .add_flag("--separate", options.separate,
                   "First splits layers with several masks or groups, so that each part moves on its own")
@@ -197,6 +207,17 @@ void addSeparate(CLI::App& app, SeparateOptions& options) {
     command->add_flag("-q,--quiet", options.quiet, "Says nothing unless something is wrong");
 }
 
+void addSettings(CLI::App& app, SettingsOptions& options) {
+    CLI::App* command = app.add_subcommand(
+        "settings", "Writes the setup of a composition as a settings file, to be edited, kept or laid over it again.");
+    command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
+    command->add_option("-o,--output", options.output, "Settings file; without it IN with \".xml\" after its name")
+        ->type_name("FILE");
+    command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
+    addSetup(*command, options.settings, options.sets);
+    command->add_flag("-q,--quiet", options.quiet, "Says nothing unless something is wrong");
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -214,9 +235,11 @@ int main(int argc, char** argv) {
     SolveRequest solveRequest;
     InspectOptions inspectOptions;
     SeparateOptions separateOptions;
+    SettingsOptions settingsOptions;
     addSolve(app, solveRequest);
     addInspect(app, inspectOptions);
     addSeparate(app, separateOptions);
+    addSettings(app, settingsOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -229,6 +252,8 @@ int main(int argc, char** argv) {
         status = runGuarded(inspectOptions.input, [&] { return runInspect(inspectOptions); });
     } else if (app.got_subcommand("separate")) {
         status = runGuarded(separateOptions.input, [&] { return runSeparate(separateOptions); });
+    } else if (app.got_subcommand("settings")) {
+        status = runGuarded(settingsOptions.input, [&] { return runSettings(settingsOptions); });
     } else {
         status = runSolveRequest(solveRequest);
     }

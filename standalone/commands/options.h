@@ -19,6 +19,7 @@ struct SolveOptions {
     std::string input;
     std::string animation;             ///< identifier in an archive; empty for the first
     std::optional<std::string> output; ///< without one: beside the input, or the input itself with `inPlace`
+    std::string settings;              ///< settings file; empty: none
     std::vector<std::string> sets;     ///< KEY=VALUE
     std::vector<std::string> trials;   ///< KEY=VALUE; if any, all are only tried, and nothing is solved
     std::optional<int> startFrame;     ///< first baked frame; without it the start of the work area
@@ -40,6 +41,15 @@ struct SolveRequest {
     std::vector<std::string> sweeps; ///< KEY=A:B:STEP, see parseSweep
     std::string player;              ///< the player's script for the page of a sweep; empty for the one on the network
     std::optional<int> jobs;         ///< how many processes at once; without it one for each processor
+};
+
+struct SettingsOptions {
+    std::string input;
+    std::string animation;             ///< identifier in an archive; empty for the first
+    std::optional<std::string> output; ///< without one: the input's name with ".xml" after it
+    std::string settings;              ///< settings file to start from; empty: none
+    std::vector<std::string> sets;     ///< KEY=VALUE
+    bool quiet = false;
 };
 
 struct InspectOptions {

@@ -4,12 +4,12 @@
 #include <filesystem>
 #include <utility>
 
+#include "persistence/target_file.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/message_printer.h"
 #include "standalone/commands/plugin_session.h"
 #include "standalone/commands/result.h"
 #include "standalone/commands/solve_plan.h"
-#include "standalone/commands/target_file.h"
 
 namespace jostle::standalone {
 

@@ -9,9 +9,9 @@
 #include "host/host_layer_motion.h"
 #include "host/keyframe_writer.h"
 #include "host/layer_import.h"
+#include "persistence/target_file.h"
 #include "simulation/simulation_clock.h"
 #include "standalone/commands/interruption.h"
-#include "standalone/commands/layer_names.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/message_printer.h"
 #include "standalone/commands/plugin_session.h"
@@ -19,9 +19,9 @@
 #include "standalone/commands/result.h"
 #include "standalone/commands/samples_file.h"
 #include "standalone/commands/separate.h"
+#include "standalone/commands/settings_input.h"
 #include "standalone/commands/solve_plan.h"
 #include "standalone/commands/solve_summary.h"
-#include "standalone/commands/target_file.h"
 
 namespace jostle::standalone {
 
@@ -50,7 +50,7 @@ public:
 private:
     bool openTargets();
     void solveInHost(const HostContext& context);
-    bool applySettings(const std::vector<std::string>& settings, const char* option);
+    bool applySettings(const HostContext& context);
     bool simulate(const HostContext& context);
     bool bake(const HostContext& context);
     bool save(const LoadedDocument& document, DocumentHost& host);
@@ -94,16 +94,17 @@ bool SolveRun::openTargets() {
            (options_.samples.empty() || succeeded(options_.samples, samplesTarget_.open(options_.samples)));
 }
 
-bool SolveRun::applySettings(const std::vector<std::string>& settings, const char* option) {
-    const std::vector<NamedLayer> layers = namedLayers(report_);
-    for (const std::string& text : settings) {
-        const std::optional<SettingOverride> setting = parseOverride(text);
-        if (!setting) {
-            refuse({option + text, "is not KEY=VALUE with a key such as floor.type or gravity.magnitude"});
-            return false;
-        }
-        if (const std::optional<std::string> error = applyOverride(*setting, scene_, layers)) {
-            refuse({option + text, *error});
+bool SolveRun::applySettings(const HostContext& context) {
+    SnapshotStrip unused;
+    const SettingsTarget target{scene_, unused, layerAccess(context, scene_, report_, nullptr)};
+    if (!options_.settings.empty() && !applySettingsFile(context, options_.settings, target, options_.quiet)) {
+        status_ = exitFailed;
+        return false;
+    }
+    for (const auto& [option, settings] :
+         {std::pair{"--set", &options_.sets}, std::pair{"--sweep", &options_.trials}}) {
+        if (const std::optional<Refusal> refusal = applySets(option, *settings, report_, target)) {
+            refuse(*refusal);
             return false;
         }
     }
@@ -180,8 +181,7 @@ void SolveRun::solveInHost(const HostContext& context) {
         complain(options_.input, "defaults were taken for what could not be read of " + doubtful);
     }
     exportRun_.emplace(range_.first, range_.last);
-    if (!applySettings(options_.sets, "--set ") || !applySettings(options_.trials, "--sweep ") ||
-        !options_.trials.empty()) {
+    if (!applySettings(context) || !options_.trials.empty()) {
         return;
     }
     // Without a body the composition stays as it is, and the result is the input to the byte.

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "persistence/target_file.h"
 #include "standalone/commands/guarded.h"
 #include "standalone/commands/interruption.h"
 #include "standalone/commands/job_messages.h"
@@ -14,7 +15,6 @@
 #include "standalone/commands/solve_batch.h"
 #include "standalone/commands/sweep_grid.h"
 #include "standalone/commands/sweep_page.h"
-#include "standalone/commands/target_file.h"
 #include "standalone/document/printable.h"
 
 namespace jostle::standalone {

@@ -1,4 +1,4 @@
-#include "standalone/commands/target_file.h"
+#include "persistence/target_file.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "standalone/commands/target_file.h"
+#include "persistence/target_file.h"
 
 #include <cerrno>
 #include <cstring>
@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace jostle::standalone {
+namespace jostle {
 
 namespace {
 
@@ -187,4 +187,4 @@ void TargetFile::discard() {
     }
 }
 
-} // namespace jostle::standalone
+} // namespace jostle

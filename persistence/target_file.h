@@ -5,7 +5,7 @@
 #include <string_view>
 #include <variant>
 
-namespace jostle::standalone {
+namespace jostle {
 
 /// Contents of a whole file, or a message that says why it could not be read.
 struct FileText {
@@ -46,4 +46,4 @@ private:
     std::string temporary_;
 };
 
-} // namespace jostle::standalone
+} // namespace jostle
