@@ -79,5 +79,31 @@ TEST(Settings, JointsOfAFileHold) {
     }
 }
 
+TEST(Settings, OfNoUseAreTold) {
+    struct Case {
+        std::vector<std::string> arguments;
+        int exitStatus;
+        const char* says;
+    };
+    const Case cases[] = {
+        {{"solve", "in.json", "-q", "-o", "out.json", "--settings", "no.xml"}, 1, "no.xml' cannot be found"},
+        {{"solve", "in.json", "-q", "-o", "out.json", "--settings", "in.json"}, 1, "its format is not supported"},
+        {{"settings", "in.json", "--settings", "other.xml", "-o", "out.xml"}, 0, "names no layer of the composition"},
+        {{"settings", "in.json", "-o", "no/such/out.xml"}, 1, "cannot be written"},
+        {{"settings", "in.json", "-o", "in.json"}, 2, "is the input itself"},
+        {{"settings", "in.json", "--set", "box.densty=1"}, 2, "did you mean \"density\""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.says);
+        const TestFolder folder;
+        folder.put("in.json", document(solid(7, "[100,100,0]")));
+        folder.put("other.xml", settings("type=\"0\""));
+        const ProgramRun run = runProgram(folder.path(), c.arguments);
+        EXPECT_EQ(run.exitStatus, c.exitStatus);
+        EXPECT_NE(run.err.find(c.says), std::string::npos) << run.err;
+        EXPECT_EQ(folder.names().size(), c.exitStatus == 0 ? 3u : 2u) << "only a run that was done leaves a file";
+    }
+}
+
 } // namespace
 } // namespace jostle::test

@@ -4,7 +4,6 @@
 
 #include <functional>
 
-#include "persistence/apply_settings.h"
 #include "persistence/xml_elements.h"
 #include "tests/persistence/loading.h"
 
@@ -370,12 +369,27 @@ TEST(SettingsReader, JointsThatCannotBeResolvedAreDropped) {
     }
 }
 
-TEST(SettingsReader, CollisionGroupsHaveLetters) {
-    const std::pair<std::uint16_t, char> cases[] = {{1, 'A'},  {2, 'B'}, {4, 'C'}, {8, 'D'},
-                                                    {16, 'E'}, {3, 'A'}, {32, 'A'}};
-    for (const auto& [bits, letter] : cases) {
-        EXPECT_EQ(groupLetter(bits), letter);
-    }
+// A rounded rectangle, whose corners get more points the higher the precision is, at the composition's centre.
+TEST(SettingsReader, ShapesAreReadAnewForTheirMeshSettings) {
+    Imported imported(shapeLayer(group(rect("[80,40]", "[0,0]", "15") + "," + fill("[1,0,0,1]"))));
+    SnapshotStrip strip;
+    const LayerAccess layers{
+        1, [&](std::int32_t index) { (void)refreshBody(imported.hosted.context(), imported.scene, index); }};
+    const auto load = [&](const std::string& mesh) {
+        const std::string body = "<body layerID=\"" + std::to_string(imported.body().layerID) +
+                                 R"(" colorR="0" colorG="1" colorB="0" positionX="0.5" positionY="0" )" + mesh + "/>";
+        EXPECT_EQ(readSettings(settingsFile(globalSections + "<bodies>" + body + "</bodies>"), "file.xml",
+                               {imported.scene, strip, layers}, nullptr),
+                  LoadResult::Complete);
+        EXPECT_EQ(imported.body().position, b2Vec2(0.5f, 0));
+        EXPECT_EQ(imported.body().color.green, 1) << "not the shape's";
+        return piecesText(imported.body());
+    };
+    const std::string before = piecesText(imported.body());
+    const std::string finer = load(R"(meshPrecision="8")");
+    EXPECT_NE(finer, before);
+    EXPECT_EQ(load(""), before) << "back from other settings to the default ones";
+    EXPECT_EQ(load(R"(meshPrecision="8")"), finer);
 }
 
 } // namespace

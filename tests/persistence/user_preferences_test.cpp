@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <set>
 
 #include "tests/host/document.h"
 #include "tests/host/failing_suites.h"
@@ -80,15 +79,6 @@ TEST_F(UserPreferencesTest, WithoutAStoreAreTheDefaults) {
         const FailingSuites refused(context.basic, 1); // no suite is handed out
         EXPECT_EQ(readPreferences({refused.basic(), context.pluginId}).levelsOfUndo, 100);
     });
-}
-
-TEST_F(UserPreferencesTest, HaveOneKeyEach) {
-    std::vector<std::string> keys;
-    for (const PreferenceRow& row : preferenceTable()) {
-        keys.emplace_back(row.key);
-    }
-    EXPECT_EQ(keys.size(), 30u);
-    EXPECT_EQ(std::set<std::string>(keys.begin(), keys.end()).size(), keys.size());
 }
 
 } // namespace
