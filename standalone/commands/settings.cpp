@@ -28,8 +28,10 @@ int writeSettings(const SettingsOptions& options, const std::string& output, con
     if (report.error != A_Err_NONE) {
         return fail(options.input, "the layers cannot be read (host error " + std::to_string(report.error) + ")");
     }
-    if (scene.bodyCount() == 0) {
-        return fail(options.input, "no layer is a body, so there is nothing to set; \"jostle inspect\" tells why");
+    if (scene.bodyCount() == 0 && !options.quiet) {
+        complain(options.input,
+                 "no layer is a body, so the settings can be laid over nothing; \"jostle inspect\" tells "
+                 "why");
     }
     const SettingsTarget target{scene, snapshots, layerAccess(context, scene, report, nullptr)};
     if (!options.settings.empty() && !applySettingsFile(context, options.settings, target, options.quiet)) {

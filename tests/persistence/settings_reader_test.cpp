@@ -4,17 +4,27 @@
 
 #include <functional>
 
+#include "persistence/apply_settings.h"
 #include "persistence/xml_elements.h"
 #include "tests/persistence/loading.h"
 
 namespace jostle {
 namespace {
 
-constexpr const char* unreadable = "The settings file 'file.xml' cannot be found or its format is not supported.";
-constexpr const char* otherVersion =
-    "This file was created with a different version of Jostle. Some errors might occur during import.";
-constexpr const char* noGlobals = "Unsupported settings format (Global Settings).";
-constexpr const char* noBodies = "Unsupported settings format (Bodies Settings)";
+const std::string unreadable = "The settings file 'file.xml' cannot be found or its format is not supported.\n";
+const std::string notSettings = "Unsupported settings format.\n";
+const std::string otherVersion =
+    "This file was created with a different version of Jostle. Some errors might occur during import.\n";
+const std::string noGlobals = "Unsupported settings format (Global Settings).\n";
+const std::string noBodies = "Unsupported settings format (Bodies Settings)\n";
+
+std::string repeated(const std::string& text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i) {
+        result += text;
+    }
+    return result;
+}
 
 TEST(SettingsReader, ABodyTakesEveryValueOfItsElement) {
     Loading loading;
@@ -56,6 +66,8 @@ TEST(SettingsReader, ABodyTakesEveryValueOfItsElement) {
     EXPECT_EQ(body.userData->color, (Rgb{0.5f, 1, 0}));
     EXPECT_TRUE(body.userData->isRepulsive);
     EXPECT_TRUE(loading.scene.hasAEmatic && loading.scene.hasMagnets && !loading.scene.hasKinematic);
+    EXPECT_EQ(groupLetter(body.categoryBits), 'D');
+    EXPECT_EQ(groupLetter(3), 'A') << "no single group";
     EXPECT_EQ(loading.refreshed, std::vector<std::int32_t>{0});
     EXPECT_EQ(loading.messages.texts, std::vector<std::string>{});
 }
@@ -130,6 +142,7 @@ TEST(SettingsReader, GlobalValuesGoThroughThePanels) {
         {R"(<preview/><solver/><gravity magnitude="-5"/>)", magnitude, 0},
         {R"(<preview/><solver/><gravity magnitude="2.0009"/>)", magnitude, 2},
         {R"(<preview/><solver/><gravity magnitude="51"/>)", magnitude, 50},
+        {R"(<preview/><solver/><gravity/>)", magnitude, 70},
         {R"(<preview/><solver/><gravity direction="-90"/>)", direction, 0},
         {R"(<preview/><solver/><gravity direction="720"/>)", direction, 360},
         {R"(<preview/><solver/><gravity layerIndex="2"/>)", layer, -1},
@@ -142,28 +155,33 @@ TEST(SettingsReader, GlobalValuesGoThroughThePanels) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.sections);
         Loading loading;
+        loading.scene.globals.magnitude = 70; // typed, and more than the slider has
         EXPECT_EQ(loading.load(settingsFile(c.sections + std::string("<bodies><body layerID=\"1\"/></bodies>"))),
                   LoadResult::Complete);
         EXPECT_DOUBLE_EQ(c.value(loading.scene), c.expected);
     }
 }
 
-TEST(SettingsReader, MissingGlobalsStayAsTheyAre) {
-    Loading loading;
-    loading.scene.globals.magnitude = 70; // typed, and more than the slider has
-    loading.scene.globals.timeDivider = 2;
-    loading.scene.preview.zoom = 77;
-    ASSERT_EQ(loading.load(bodyFile("")), LoadResult::Complete);
-    EXPECT_EQ(loading.scene.globals.magnitude, 70);
-    EXPECT_EQ(loading.scene.globals.timeDivider, 2);
-    EXPECT_EQ(loading.scene.preview.zoom, 77);
-}
-
-/// Every value of this file differs from the scene's, so that it shows what came of it.
+/// A file whose joints and snapshots a scene without a snapshot shows.
 std::string file(const std::string& sections, const std::string& version = "") {
     return settingsFile(sections + R"(<joints><joint type="3" bodyAId="0" bodyBId="1" bodyALayerID="1" )"
                                    R"(bodyBLayerID="2"/></joints><presets><preset/></presets>)",
                         version);
+}
+
+/// What is left of a load, a letter each: zoom, time divider, gravity, body, joint, snapshot. "-" is as it was before,
+/// "D" a default.
+std::string survivorsOf(const Loading& loading) {
+    const auto seen = [](double value, double before, double byDefault, char mark) {
+        return value == before ? '-' : value == byDefault ? 'D' : mark;
+    };
+    const Scene& scene = loading.scene;
+    return {seen(scene.preview.zoom, 400, 250, 'z'),
+            seen(scene.globals.timeDivider, 3, 1, 't'),
+            seen(scene.globals.magnitude, 7, 10, 'g'),
+            seen(scene.bodies[0].density, 2, 1, 'b'),
+            scene.joints.at(0).type == JointType::Pivot ? '-' : 'j',
+            loading.strip.items().empty() ? '-' : 's'};
 }
 
 TEST(SettingsReader, OfABrokenFileIsKeptWhatCameBeforeTheFault) {
@@ -171,126 +189,61 @@ TEST(SettingsReader, OfABrokenFileIsKeptWhatCameBeforeTheFault) {
     const std::string solver = R"(<solver timeDivider="2"/>)";
     const std::string gravity = R"(<gravity magnitude="5"/>)";
     const std::string globals = preview + solver + gravity;
-    const std::string known = R"(<bodies><body layerID="1" density="3"/></bodies>)";
-    const std::string unknown = R"(<bodies><body layerID="7" density="3"/></bodies>)";
-    std::string deep;
-    for (int i = 0; i < 200000; ++i) {
-        deep += "<a>";
-    }
+    const std::string known = globals + R"(<bodies><body layerID="1" density="3"/></bodies>)";
+    const std::string unknown = globals + R"(<bodies><body layerID="7" density="3"/></bodies>)";
+    const std::string newer = R"( majorVersion="1" minorVersion="3")";
+    const std::string entities = "<!DOCTYPE x [<!ENTITY a \"&b;&b;\"><!ENTITY b \"&a;\">]>";
     struct Case {
         const char* name;
         std::string text;
-        LoadResult result;
-        std::vector<std::string> messages;
-        std::string survivors; ///< z zoom, t time divider, g gravity, b body, j joint, s snapshot; - as it was
+        std::string messages; ///< with a line break after each
+        const char* survivors;
     };
     const Case cases[] = {
-        {"whole", file(globals + known), LoadResult::Complete, {}, "ztgbjs"},
-        {"empty", "", LoadResult::Unreadable, {unreadable}, "------"},
-        {"blank", " \n", LoadResult::Unreadable, {unreadable}, "------"},
-        {"no XML", "settings", LoadResult::Unreadable, {unreadable}, "------"},
-        {"cut off", file(globals + known).substr(0, 200), LoadResult::Unreadable, {unreadable}, "------"},
-        {"a wrong end", settingsFile("<preview></solver>"), LoadResult::Unreadable, {unreadable}, "------"},
-        {"an open quote", settingsFile("<preview zoom=\"1/>"), LoadResult::Unreadable, {unreadable}, "------"},
-        {"very deep", settingsFile(deep), LoadResult::Unreadable, {unreadable}, "------"},
-        {"another root", "<Settings/>", LoadResult::NotSettings, {"Unsupported settings format."}, "------"},
-        {"a comment only", "<!-- -->", LoadResult::NotSettings, {"Unsupported settings format."}, "------"},
-        {"a newer version",
-         file(globals + known, R"( majorVersion="1" minorVersion="3")"),
-         LoadResult::Complete,
-         {otherVersion},
-         "ztgbjs"},
-        {"this version",
-         file(globals + known, R"( majorVersion="1" minorVersion="2")"),
-         LoadResult::Complete,
-         {},
-         "ztgbjs"},
-        {"half a version", file(globals + known, R"( majorVersion="2")"), LoadResult::Complete, {}, "ztgbjs"},
-        {"no preview", file(solver + gravity + known), LoadResult::GlobalsMissing, {noGlobals}, "------"},
-        {"no solver", file(preview + gravity + known), LoadResult::GlobalsMissing, {noGlobals}, "z-----"},
-        {"no gravity", file(preview + solver + known), LoadResult::GlobalsMissing, {noGlobals}, "zt----"},
-        {"a newer version without gravity",
-         file(preview + solver, R"( majorVersion="3" minorVersion="0")"),
-         LoadResult::GlobalsMissing,
-         {otherVersion, noGlobals},
-         "zt----"},
-        {"no bodies", file(globals), LoadResult::BodiesMissing, {noBodies}, "ztg---"},
-        {"bodies without a body",
-         file(globals + "<bodies><b/></bodies>"),
-         LoadResult::BodiesMissing,
-         {noBodies},
-         "ztg---"},
-        {"unknown layers", file(globals + unknown), LoadResult::NoBodyMatched, {}, "DDD---"},
-        {"entities of its own",
-         "<!DOCTYPE x [<!ENTITY a \"&b;&b;\"><!ENTITY b \"&a;\">]>" + file(globals + known),
-         LoadResult::Unreadable,
-         {unreadable},
+        {"whole", file(known), "", "ztgbjs"},
+        {"empty", "", unreadable, "------"},
+        {"blank", " \n", unreadable, "------"},
+        {"no XML", "settings", unreadable, "------"},
+        {"cut off", file(known).substr(0, 200), unreadable, "------"},
+        {"a wrong end", settingsFile("<preview></solver>"), unreadable, "------"},
+        {"an open quote", settingsFile("<preview zoom=\"1/>"), unreadable, "------"},
+        {"very deep", settingsFile(repeated("<a>", 200000)), unreadable, "------"},
+        {"entities of its own", entities + file(known), unreadable, "------"},
+        {"unknown entities", file(R"(<preview zoom="&a;1"/>)" + known), "", "ztgbjs"},
+        {"many snapshots", settingsFile(known + "<presets>" + repeated("<preset/>", 1001) + "</presets>"), unreadable,
          "------"},
-        {"unknown entities",
-         file("<preview zoom=\"&a;1\"/>" + solver + gravity + known),
-         LoadResult::Complete,
-         {},
-         "ztgbjs"},
-        {"too many snapshots",
-         [&] {
-             std::string presets;
-             for (int i = 0; i <= 1000; ++i) {
-                 presets += "<preset/>";
-             }
-             return settingsFile(globals + known + "<presets>" + presets + "</presets>");
-         }(),
-         LoadResult::Unreadable,
-         {unreadable},
-         "------"},
+        {"many attributes", settingsFile("<a " + repeated("a=\"\" ", 8000001) + "/>"), unreadable, "------"},
+        {"many elements", settingsFile(repeated("<a/>", 1000001)), unreadable, "------"},
+        {"too large", std::string(maximumSettingsBytes + 1, ' '), unreadable, "------"},
+        {"another root", "<Settings/>", notSettings, "------"},
+        {"a comment only", "<!-- -->", notSettings, "------"},
+        {"a newer version", file(known, newer), otherVersion, "ztgbjs"},
+        {"this version", file(known, R"( majorVersion="1" minorVersion="2")"), "", "ztgbjs"},
+        {"half a version", file(known, R"( majorVersion="2")"), "", "ztgbjs"},
+        {"no preview", file(solver + gravity), noGlobals, "------"},
+        {"no solver", file(preview + gravity), noGlobals, "z-----"},
+        {"no gravity", file(preview + solver), noGlobals, "zt----"},
+        {"a newer version without gravity", file(preview + solver, newer), otherVersion + noGlobals, "zt----"},
+        {"no bodies", file(globals), noBodies, "ztg---"},
+        {"bodies without a body", file(globals + "<bodies><b/></bodies>"), noBodies, "ztg---"},
+        {"unknown layers", file(unknown), "", "DDD---"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         Loading loading;
-        Scene& scene = loading.scene;
-        scene.preview.zoom = 400;
-        scene.globals.timeDivider = 3;
-        scene.globals.magnitude = 7;
-        scene.bodies[0].density = 2;
-        addJoint(scene, JointType::Pivot, 0, 1);
-        EXPECT_EQ(loading.load(c.text), c.result);
-        EXPECT_EQ(loading.messages.texts, c.messages);
-        const auto seen = [](double value, double before, double byDefault, char mark) {
-            return value == before ? '-' : value == byDefault ? 'D' : mark;
-        };
-        const std::string survivors{seen(scene.preview.zoom, 400, 250, 'z'),
-                                    seen(scene.globals.timeDivider, 3, 1, 't'),
-                                    seen(scene.globals.magnitude, 7, 10, 'g'),
-                                    seen(loading.body().density, 2, 1, 'b'),
-                                    scene.joints.at(0).type == JointType::Pivot ? '-' : 'j',
-                                    loading.strip.items().empty() ? '-' : 's'};
-        EXPECT_EQ(survivors, c.survivors);
-    }
-}
-
-TEST(SettingsReader, AFileThatOnlyCostsMemoryIsRefused) {
-    const std::string sizes[] = {
-        std::string(maximumSettingsBytes + 1, ' '),
-        settingsFile("<preview " +
-                     [] {
-                         std::string attributes;
-                         for (int i = 0; i < 8000001; ++i) {
-                             attributes += "a=\"\" ";
-                         }
-                         return attributes;
-                     }() +
-                     "/>"),
-        [] {
-            std::string elements;
-            for (int i = 0; i < 1000001; ++i) {
-                elements += "<a/>";
-            }
-            return elements;
-        }(),
-    };
-    for (const std::string& text : sizes) {
-        Loading loading;
-        EXPECT_EQ(loading.load(text), LoadResult::Unreadable);
-        EXPECT_EQ(loading.messages.texts, std::vector<std::string>{unreadable});
+        loading.scene.preview.zoom = 400;
+        loading.scene.globals.timeDivider = 3;
+        loading.scene.globals.magnitude = 7;
+        loading.scene.bodies[0].density = 2;
+        addJoint(loading.scene, JointType::Pivot, 0, 1);
+        const LoadResult result = loading.load(c.text);
+        EXPECT_EQ(result == LoadResult::Complete, std::string(c.survivors) == "ztgbjs");
+        std::string messages;
+        for (const std::string& text : loading.messages.texts) {
+            messages += text + "\n";
+        }
+        EXPECT_EQ(messages, c.messages);
+        EXPECT_EQ(survivorsOf(loading), c.survivors);
     }
 }
 
@@ -349,24 +302,24 @@ TEST(SettingsReader, JointsTakeTheirValuesAndReplaceAllThatThereAre) {
 }
 
 TEST(SettingsReader, JointsThatCannotBeResolvedAreDropped) {
-    const char* const dropped[] = {
+    const std::string ends = R"( bodyAId="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")";
+    const std::string dropped[] = {
         R"(type="0" bodyAId="2" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
         R"(type="0" bodyAId="-1" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
         R"(type="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
         R"(type="0" bodyAId="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="9")",
         R"(type="0" bodyAId="0" bodyBId="1")", // as files had it before the layers' identifiers
-        R"(type="4" bodyAId="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
-        R"(type="-1" bodyAId="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
-        R"(bodyAId="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
+        R"(type="4")" + ends,
+        R"(type="-1")" + ends,
+        ends,
     };
-    for (const char* attributes : dropped) {
-        SCOPED_TRACE(attributes);
-        Loading loading;
-        ASSERT_EQ(loading.load(bodyFile("", "<joints>" + jointElement(attributes) + "</joints>")),
-                  LoadResult::Complete);
-        EXPECT_TRUE(loading.scene.joints.empty());
-        EXPECT_FALSE(loading.scene.preview.showsJoints);
+    std::string joints;
+    for (const std::string& attributes : dropped) {
+        joints += jointElement(attributes);
     }
+    Loading loading;
+    ASSERT_EQ(loading.load(bodyFile("", "<joints>" + joints + "</joints>")), LoadResult::Complete);
+    EXPECT_TRUE(loading.scene.joints.empty() && !loading.scene.preview.showsJoints);
 }
 
 // A rounded rectangle, whose corners get more points the higher the precision is, at the composition's centre.
