@@ -27,19 +27,18 @@ TEST(Settings, AreWrittenAndLaidOverTheSameComposition) {
     const TestFolder folder;
     folder.put("in.json", document(solid(1, "[100,100,0]") + "," + solid(2, "[150,100,0]")));
     const ProgramRun written =
-        runProgram(folder.path(), {"settings", "in.json", "--set", "1.type=Static", "--set", "2.gravityScale=-1"});
+        folder.run({"settings", "in.json", "--set", "1.type=Static", "--set", "2.gravityScale=-1"});
     ASSERT_EQ(written.exitStatus, 0) << written.err;
     EXPECT_EQ(written.out, "in.json.xml: settings of 2 bodies, 0 joints\n");
     const std::string text = folder.contents("in.json.xml");
     EXPECT_NE(text.find(R"(<body layerID="2" type="2" )"), std::string::npos) << text;
     EXPECT_NE(text.find(R"(gravityScale="-1.000000")"), std::string::npos) << text;
-    ASSERT_EQ(runProgram(folder.path(), {"settings", "in.json", "--settings", "in.json.xml", "-o", "again.xml", "-q"})
-                  .exitStatus,
-              0);
+    ASSERT_EQ(folder.run({"settings", "in.json", "--settings", "in.json.xml", "-o", "again.xml", "-q"}).exitStatus, 0);
     EXPECT_EQ(folder.contents("again.xml"), text);
     // Gravity doubled on top of it: 15 pixels in the first frame, upwards.
-    ASSERT_EQ(runProgram(folder.path(), {"solve", "in.json", "-o", "out.json", "--settings", "again.xml", "--set",
-                                         "gravity.magnitude=20", "-q"})
+    ASSERT_EQ(folder
+                  .run({"solve", "in.json", "-o", "out.json", "--settings", "again.xml", "--set",
+                        "gravity.magnitude=20", "-q"})
                   .exitStatus,
               0);
     EXPECT_NE(folder.contents("out.json").find(R"({"t":1,"s":[150,85,0])"), std::string::npos)
@@ -71,8 +70,8 @@ TEST(Settings, JointsOfAFileHold) {
         const TestFolder folder;
         folder.put("in.json", document(solid(1, "[100,100,0]") + "," + solid(2, "[200,100,0]")));
         folder.put("in.xml", settings(c.joint));
-        const ProgramRun run = runProgram(
-            folder.path(), {"solve", "in.json", "--settings", "in.xml", "--set", c.gravity, "-o", "out.json"});
+        const ProgramRun run =
+            folder.run({"solve", "in.json", "--settings", "in.xml", "--set", c.gravity, "-o", "out.json"});
         ASSERT_EQ(run.exitStatus, 0) << run.err;
         EXPECT_EQ(run.err.find("jostle:"), std::string::npos) << run.err;
         EXPECT_NE(folder.contents("out.json").find(c.key), std::string::npos) << folder.contents("out.json");
@@ -98,7 +97,7 @@ TEST(Settings, OfNoUseAreTold) {
         const TestFolder folder;
         folder.put("in.json", document(solid(7, "[100,100,0]")));
         folder.put("other.xml", settings("type=\"0\""));
-        const ProgramRun run = runProgram(folder.path(), c.arguments);
+        const ProgramRun run = folder.run(c.arguments);
         EXPECT_EQ(run.exitStatus, c.exitStatus);
         EXPECT_NE(run.err.find(c.says), std::string::npos) << run.err;
         EXPECT_EQ(folder.names().size(), c.exitStatus == 0 ? 3u : 2u) << "only a run that was done leaves a file";
