@@ -40,10 +40,9 @@
 #include "simulation/world_builder.h"
 #include "standalone/commands/layer_names.h"
 #include "standalone/commands/load.h"
+#include "standalone/commands/result.h"
 #include "standalone/commands/plugin_session.h"
 #include "standalone/commands/solve_summary.h"
-#include "standalone/commands/target_file.h"
-#include "standalone/lottie/writer.h"
 
 namespace {
 
@@ -125,9 +124,7 @@ private:
         const double saving = processMilliseconds();
         if (!isRun || !isBaked || !host.balance().allReturned())
             return false;
-        const std::optional<std::string> contents =
-            fileContents(*document, folder_ + "/out.json", writeLottie(*document->source, host.outcome()));
-        if (!contents || target.commit(*contents))
+        if (writeResult(*document, host, folder_ + "/out.json", target) || target.commit())
             return false;
         round_.keys = bakedKeyCount(host.outcome());
         round_.bodies = scene_.bodyCount();

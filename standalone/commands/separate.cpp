@@ -70,11 +70,10 @@ int runSeparate(const SeparateOptions& options) {
         return fail(options.input, "the layers cannot be separated (host error " + std::to_string(report.error) +
                                        "); nothing was saved");
     }
-    std::string contents;
-    if (const std::optional<Refusal> refusal = makeResult(*document, host, output, contents)) {
+    if (const std::optional<Refusal> refusal = writeResult(*document, host, output, target)) {
         return fail(refusal->about, refusal->message);
     }
-    if (const std::optional<std::string> error = target.commit(contents)) {
+    if (const std::optional<std::string> error = target.commit()) {
         return fail(output, *error);
     }
     if (!options.quiet) {

@@ -191,15 +191,14 @@ void SolveRun::solveInHost(const HostContext& context) {
 }
 
 bool SolveRun::save(const LoadedDocument& document, DocumentHost& host) {
-    std::string contents;
-    if (const std::optional<Refusal> refusal = makeResult(document, host, output_, contents)) {
+    if (const std::optional<Refusal> refusal = writeResult(document, host, output_, target_)) {
         return fail(refusal->about, refusal->message);
     }
     // The samples go first: whoever sees the new result finds the samples that belong to it.
     const bool samplesSaved =
         options_.samples.empty() ||
         succeeded(options_.samples, samplesTarget_.commit(samplesText(scene_, *exportRun_, host.outcome(), stances_)));
-    return samplesSaved && succeeded(output_, target_.commit(contents));
+    return samplesSaved && succeeded(output_, target_.commit());
 }
 
 int SolveRun::run() {

@@ -1,7 +1,6 @@
 #include "standalone/lottie/splice.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "standalone/lottie/json_string.h"
 
@@ -44,35 +43,29 @@ void TextEdits::replace(SourceSpan span, std::string text) {
     edits_.push_back({span, std::move(text)});
 }
 
-void TextEdits::append(TextEdits&& others) {
-    std::move(others.edits_.begin(), others.edits_.end(), std::back_inserter(edits_));
-}
-
-std::string TextEdits::applied(std::string_view source) const {
-    return applied(source, {0, static_cast<std::uint32_t>(source.size())});
-}
-
-std::string TextEdits::applied(std::string_view source, SourceSpan part) const {
+void TextEdits::apply(std::string_view source, SourceSpan part, TextSink& out) const {
     std::vector<const Edit*> order;
-    std::size_t size = part.end - part.begin;
     for (const Edit& edit : edits_) {
-        order.push_back(&edit);
-        size += edit.text.size();
+        if (part.begin <= edit.span.begin && edit.span.end <= part.end)
+            order.push_back(&edit);
     }
     // What is inserted at a place comes before what is taken away from there on.
     std::stable_sort(order.begin(), order.end(), [](const Edit* a, const Edit* b) {
         return a->span.begin != b->span.begin ? a->span.begin < b->span.begin : a->span.empty() && !b->span.empty();
     });
-    std::string out;
-    out.reserve(size);
     std::size_t reached = part.begin;
     for (const Edit* edit : order) {
-        out.append(source, reached, edit->span.begin - reached);
-        out += edit->text;
+        out.write(source.substr(reached, edit->span.begin - reached));
+        out.write(edit->text);
         reached = edit->span.end;
     }
-    out.append(source, reached, part.end - reached);
-    return out;
+    out.write(source.substr(reached, part.end - reached));
+}
+
+std::string TextEdits::applied(std::string_view source, SourceSpan part) const {
+    StringSink out;
+    apply(source, part, out);
+    return out.take();
 }
 
 TextStyle ObjectText::innerStyle() const {

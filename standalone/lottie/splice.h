@@ -7,6 +7,7 @@
 
 #include "standalone/document/stream.h"
 #include "standalone/lottie/json_tree.h"
+#include "standalone/lottie/text_sink.h"
 
 namespace jostle::standalone {
 
@@ -27,11 +28,9 @@ class TextEdits {
 public:
     void replace(SourceSpan span, std::string text);
     [[nodiscard]] bool empty() const { return edits_.empty(); }
-    /// Adds the edits of another set.
-    void append(TextEdits&& others);
-    /// The text with all edits done; every byte outside of them as it was.
-    [[nodiscard]] std::string applied(std::string_view source) const;
-    /// The same of a part of the text, which all edits lie in.
+    /// Writes a part of the text with the edits done that lie in it; every byte outside of them as it was.
+    void apply(std::string_view source, SourceSpan part, TextSink& out) const;
+    /// That part as a string.
     [[nodiscard]] std::string applied(std::string_view source, SourceSpan part) const;
 
 private:
