@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <vector>
 
 #include "standalone/lottie/number_text.h"
 
@@ -10,6 +12,60 @@ namespace jostle::standalone {
 namespace {
 
 using Print = char* (*)(char*, double);
+
+/// A text that is copied many times. Most are short, and are copied with room to spare instead of to their length.
+class FixedText {
+public:
+    static constexpr std::size_t slack = 128; ///< characters behind a copy that may be written over
+
+    explicit FixedText(std::string_view text) : text_(text), size_(text.size()) {
+        text_.resize(std::max(size_, slack), ' ');
+    }
+
+    [[nodiscard]] std::size_t size() const { return size_; }
+
+    /// @return behind the copy
+    [[nodiscard]] char* copyTo(char* at) const {
+        if (size_ <= slack)
+            std::memcpy(at, text_.data(), slack);
+        else
+            std::memcpy(at, text_.data(), size_);
+        return at + size_;
+    }
+
+private:
+    std::string text_;
+    std::size_t size_;
+};
+
+/// Gathers keys before they are added to a string. To be flushed at the end.
+class KeyBlock {
+public:
+    /// @param fixed  characters of a key besides its numbers
+    KeyBlock(std::string& out, std::size_t fixed)
+        : out_(out), block_(blockSize + fixed + mostNumbers * numberTextRoom + FixedText::slack) {}
+
+    /// Where the next key may be put, or the rest of one.
+    [[nodiscard]] char* room() {
+        if (used_ > blockSize)
+            flush();
+        return block_.data() + used_;
+    }
+    /// @param end  behind what was put into the room
+    void take(const char* end) { used_ = static_cast<std::size_t>(end - block_.data()); }
+    void flush() {
+        out_.append(block_.data(), used_);
+        used_ = 0;
+    }
+
+private:
+    static constexpr std::size_t mostNumbers = 4; // the frame and three components
+    static constexpr std::size_t blockSize = 8192;
+
+    std::string& out_;
+    std::vector<char> block_;
+    std::size_t used_ = 0;
+};
 
 class PropertyPrinter {
 public:
@@ -103,44 +159,50 @@ private:
         return out;
     }
 
-    // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and a key is put together
-    // in a small buffer.
+    // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and keys are put together in
+    // a block that goes to the string when it is full.
     void printKeys(std::string& out) {
         const KeyTrack& keys = stream_.keys;
         const std::string indent = style_.newline.empty() ? "" : style_.newline + style_.indent + style_.unit;
         const std::string between = style_.newline.empty() ? style_.comma : ',' + indent;
-        const std::string begin = '{' + name("t"), middle = style_.comma + name("s") + '[';
-        const std::string linear = linearEasing();
-        out.reserve(keys.size() *
-                    (between.size() + begin.size() + middle.size() + linear.size() + 3 + 9 * components_));
-        out += '[' + indent;
+        const FixedText begin('{' + name("t")), next(between + '{' + name("t"));
+        const FixedText middle(style_.comma + name("s") + '['), comma(style_.comma);
+        const FixedText linear(']' + linearEasing() + '}');
+        const bool plain = keys.segments.empty();
+        if (plain)
+            out.reserve(out.size() + keys.size() * (next.size() + middle.size() + linear.size() + 8 + 9 * components_));
+        KeyBlock block(out, next.size() + middle.size() + linear.size() + components_ * comma.size());
         double frame = 0;
-        const auto start = [&](std::size_t key, const double* numbers) {
+        const auto start = [&](std::size_t key, const double* numbers, bool isFirst) {
             frame = std::isfinite(keys.frames[key]) ? keys.frames[key] : frame;
-            char room[4 * numberTextRoom + 64];
-            char* at = print_(std::copy(begin.begin(), begin.end(), room), frame);
-            at = std::copy(middle.begin(), middle.end(), at);
+            char* at = print_((isFirst ? begin : next).copyTo(block.room()), frame);
+            at = middle.copyTo(at);
             for (std::size_t c = 0; c < components_; ++c) {
                 if (c > 0)
-                    at = std::copy(style_.comma.begin(), style_.comma.end(), at);
+                    at = comma.copyTo(at);
                 at = print_(at, finite(numbers[c], c));
             }
-            *at++ = ']';
-            out.append(room, static_cast<std::size_t>(at - room));
+            return at;
         };
-        for (std::size_t key = 0; key < keys.size(); ++key) {
-            if (key > 0)
-                out += between;
-            start(key, keys.values.data() + key * components_);
-            if (key + 1 < keys.size())
-                out += keys.segments.empty() ? linear : segmentText(keys.segments[key]);
-            out += '}';
-            if (key + 1 < keys.size() && !keys.segments.empty() && keys.segments[key].hasEnd) {
-                out += between; // a leap takes two keys at one frame, as in the file that it was read from
-                start(key + 1, keys.segments[key].end.data());
-                out += linear + '}';
+        out += '[' + indent;
+        const std::size_t last = keys.size() - 1;
+        for (std::size_t key = 0; key <= last; ++key) {
+            char* at = start(key, keys.values.data() + key * components_, key == 0);
+            if (plain && key < last) {
+                block.take(linear.copyTo(at));
+                continue;
             }
+            *at++ = ']';
+            block.take(at);
+            block.flush();
+            if (key < last)
+                out += segmentText(keys.segments[key]);
+            out += '}';
+            if (key < last &&
+                keys.segments[key].hasEnd) // a leap takes two keys at one frame, as in the file it is from
+                block.take(linear.copyTo(start(key + 1, keys.segments[key].end.data(), false)));
         }
+        block.flush();
         if (!style_.newline.empty())
             out += style_.newline + style_.indent;
         out += ']';

@@ -164,6 +164,7 @@ bool HostState::disposeStream(AEGP_StreamRefH handle) {
         return false;
     }
     --streamsOut;
+    ++streamsDisposed;
     ref->disposed = true;
     if (ref->openValues == 0)
         streams.remove(handle);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -81,8 +82,10 @@ struct Collection {
 struct KeyBatch {
     AEGP_StreamRefH stream = nullptr;
     std::size_t components = 1;        ///< numbers per key; 0 for outlines
-    KeyTrack keys;                     ///< of outlines the frames alone
+    KeyTrack keys{};                   ///< of outlines the frames alone
     std::vector<PathValue> outlines{}; ///< one for each key
+    StreamRef* target = nullptr;       ///< what `stream` led to when the host's `revision` was `checkedAt`
+    std::uint64_t checkedAt = 0;
 };
 
 /// Copies of elements and masks, cut off from where they were.
@@ -127,6 +130,9 @@ public:
     [[nodiscard]] StreamRef* groupOf(AEGP_StreamRefH handle);
     /// Ends a reference. @return false if it is not out
     bool disposeStream(AEGP_StreamRefH handle);
+
+    /// Another number whenever a stream that was usable may not be so any longer.
+    [[nodiscard]] std::uint64_t revision() const { return journal.changes() + streamsDisposed; }
 
     /// Fills a record with a value read through a reference, counted as handed out.
     void giveValue(AEGP_StreamRefH handle, StreamRef& ref, const AEGP_StreamVal2& value, AEGP_StreamValue2& record);
@@ -198,6 +204,8 @@ public:
     AEGP_GlobalRefcon global = nullptr;
     AEGP_Command lastCommand;
     int streamsOut = 0, valuesOut = 0;
+    std::uint64_t streamsDisposed = 0;
+    KeyTrack spareKeys; ///< of a batch that has ended, for its memory
 
 private:
     AEGP_ItemH itemHandle(const std::shared_ptr<const Item>& item);
