@@ -14,8 +14,6 @@ namespace jostle {
 
 namespace {
 
-constexpr std::size_t blockBytes = std::size_t{1} << 16;
-
 std::string reason(int error) {
     return std::strerror(error);
 }
@@ -154,27 +152,13 @@ std::optional<std::string> TargetFile::open(const std::string& path) {
     return std::nullopt;
 }
 
-void TargetFile::write(std::string_view piece) {
-    if (block_.size() + piece.size() > blockBytes) {
-        flush();
-    }
-    if (piece.size() < blockBytes) {
-        block_.reserve(blockBytes);
-        block_ += piece;
-    } else if (error_ == 0 && !writeAll(descriptor_, piece)) {
+void TargetFile::write(std::string_view block) {
+    if (error_ == 0 && !writeAll(descriptor_, block)) {
         error_ = errno;
     }
-}
-
-void TargetFile::flush() {
-    if (error_ == 0 && !writeAll(descriptor_, block_)) {
-        error_ = errno;
-    }
-    block_.clear();
 }
 
 std::optional<std::string> TargetFile::commit() {
-    flush();
     if (error_ == 0 && ::fsync(descriptor_) != 0) {
         error_ = errno;
     }
@@ -202,7 +186,6 @@ void TargetFile::discard() {
         ::unlink(temporary_.c_str());
         ::close(std::exchange(descriptor_, -1));
     }
-    block_.clear();
     error_ = 0;
 }
 

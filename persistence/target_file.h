@@ -33,8 +33,8 @@ public:
     /// @return nothing if it is open; else why not and what to do
     [[nodiscard]] std::optional<std::string> open(const std::string& path);
 
-    /// Adds to what the file will hold. What cannot be written is told by `commit`.
-    void write(std::string_view piece);
+    /// Adds to what the file will hold, at best in large blocks. What cannot be written is told by `commit`.
+    void write(std::string_view block);
 
     /// Flushes what was written to the disk and renames; keeps the permissions of a file that stood there.
     /// @return nothing if the target now holds what was written; else a message, and the target is as it was
@@ -43,12 +43,10 @@ public:
     [[nodiscard]] std::optional<std::string> commit(std::string_view contents);
 
 private:
-    void flush();
     void discard();
 
     int descriptor_ = -1;
-    int error_ = 0;     ///< of the first write that failed
-    std::string block_; ///< not yet handed to the system
+    int error_ = 0; ///< of the first write that failed
     std::string target_;
     std::string temporary_;
 };

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "standalone/commands/target_file.h"
 #include "standalone/document/composition.h"
 #include "standalone/lottie/reader.h"
 

@@ -1,5 +1,6 @@
 #include "standalone/commands/result.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <string_view>
 
@@ -26,13 +27,15 @@ bool holdsTextAlone(const LoadedDocument& document, const std::string& path) {
     return asRead ? !document.archive : extension != ".lottie";
 }
 
-/// What is written goes to the file.
+/// What is written goes to the file in blocks.
 class TargetSink : public TextSink {
 public:
-    explicit TargetSink(TargetFile& target) : target_(target) {}
-    void write(std::string_view piece) override { target_.write(piece); }
+    explicit TargetSink(TargetFile& target) : TextSink(std::size_t{1} << 18), target_(target) {}
+    ~TargetSink() override { flush(); }
 
 private:
+    void drain(std::string_view block) override { target_.write(block); }
+
     TargetFile& target_;
 };
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <vector>
 
 #include "standalone/lottie/number_text.h"
 
@@ -38,35 +37,6 @@ private:
     std::size_t size_;
 };
 
-/// Gathers keys before they are added to a string. To be flushed at the end.
-class KeyBlock {
-public:
-    /// @param fixed  characters of a key besides its numbers
-    KeyBlock(std::string& out, std::size_t fixed)
-        : out_(out), block_(blockSize + fixed + mostNumbers * numberTextRoom + FixedText::slack) {}
-
-    /// Where the next key may be put, or the rest of one.
-    [[nodiscard]] char* room() {
-        if (used_ > blockSize)
-            flush();
-        return block_.data() + used_;
-    }
-    /// @param end  behind what was put into the room
-    void take(const char* end) { used_ = static_cast<std::size_t>(end - block_.data()); }
-    void flush() {
-        out_.append(block_.data(), used_);
-        used_ = 0;
-    }
-
-private:
-    static constexpr std::size_t mostNumbers = 4; // the frame and three components
-    static constexpr std::size_t blockSize = 8192;
-
-    std::string& out_;
-    std::vector<char> block_;
-    std::size_t used_ = 0;
-};
-
 class PropertyPrinter {
 public:
     PropertyPrinter(const Stream& stream, FieldForm form, const TextStyle& style)
@@ -76,18 +46,21 @@ public:
           components_{static_cast<std::size_t>(stream.components)},
           print_{stream.keys.segments.empty() ? Print{printThousandths} : Print{printShortest}} {}
 
-    [[nodiscard]] std::string value() {
-        std::string out;
+    void value(TextSink& out) {
         if (isAnimated(stream_)) {
-            printKeys(out);
-            return out;
+            if (stream_.keys.segments.empty())
+                printKeys<printThousandths>(out);
+            else
+                printKeys<printShortest>(out);
+            return;
         }
         const double* numbers = stream_.keys.empty() ? stream_.value.data() : stream_.keys.values.data();
+        std::string text;
         if (propertyFacts(form_).most == 1)
-            printNumber(out, finite(numbers[0], 0));
+            printNumber(text, finite(numbers[0], 0));
         else
-            printArray(out, numbers);
-        return out;
+            printArray(text, numbers);
+        out.write(text);
     }
 
 private:
@@ -139,8 +112,15 @@ private:
     }
 
     [[nodiscard]] std::string linearEasing() const {
-        constexpr Components leave{0.167, 0.167, 0.167}, arrive{0.833, 0.833, 0.833};
-        return easing(leave, leave, arrive, arrive);
+        const bool plain = propertyFacts(form_).plainHandles;
+        const auto side = [&](std::string_view sideName, std::string_view number) {
+            std::string numbers = plain ? "" : "[";
+            for (std::size_t c = 0; c < (plain ? 1 : components_); ++c)
+                numbers.append(c > 0 ? style_.comma : "").append(number);
+            numbers += plain ? "" : "]";
+            return style_.comma + name(sideName) + '{' + name("x") + numbers + style_.comma + name("y") + numbers + '}';
+        };
+        return side("o", "0.167") + side("i", "0.833");
     }
 
     /// What follows the value of a key that leads to another one.
@@ -159,53 +139,50 @@ private:
         return out;
     }
 
-    // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and keys are put together in
-    // a block that goes to the string when it is full.
-    void printKeys(std::string& out) {
+    // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and the rest is put together
+    // in the sink's own block.
+    template<Print print>
+    void printKeys(TextSink& out) {
         const KeyTrack& keys = stream_.keys;
         const std::string indent = style_.newline.empty() ? "" : style_.newline + style_.indent + style_.unit;
         const std::string between = style_.newline.empty() ? style_.comma : ',' + indent;
-        const FixedText begin('{' + name("t")), next(between + '{' + name("t"));
+        const FixedText begin('[' + indent + '{' + name("t")), next(between + '{' + name("t"));
         const FixedText middle(style_.comma + name("s") + '['), comma(style_.comma);
         const FixedText linear(']' + linearEasing() + '}');
-        const bool plain = keys.segments.empty();
-        if (plain)
-            out.reserve(out.size() + keys.size() * (next.size() + middle.size() + linear.size() + 8 + 9 * components_));
-        KeyBlock block(out, next.size() + middle.size() + linear.size() + components_ * comma.size());
+        const std::size_t mostOfKey = begin.size() + next.size() + middle.size() + components_ * comma.size() +
+                                      linear.size() + (components_ + 1) * numberTextRoom + FixedText::slack;
         double frame = 0;
         const auto start = [&](std::size_t key, const double* numbers, bool isFirst) {
             frame = std::isfinite(keys.frames[key]) ? keys.frames[key] : frame;
-            char* at = print_((isFirst ? begin : next).copyTo(block.room()), frame);
+            char* at = print((isFirst ? begin : next).copyTo(out.room(mostOfKey)), frame);
             at = middle.copyTo(at);
             for (std::size_t c = 0; c < components_; ++c) {
                 if (c > 0)
                     at = comma.copyTo(at);
-                at = print_(at, finite(numbers[c], c));
+                at = print(at, finite(numbers[c], c));
             }
             return at;
         };
-        out += '[' + indent;
+        const bool plain = keys.segments.empty();
         const std::size_t last = keys.size() - 1;
         for (std::size_t key = 0; key <= last; ++key) {
             char* at = start(key, keys.values.data() + key * components_, key == 0);
             if (plain && key < last) {
-                block.take(linear.copyTo(at));
+                out.take(linear.copyTo(at));
                 continue;
             }
             *at++ = ']';
-            block.take(at);
-            block.flush();
+            out.take(at);
             if (key < last)
-                out += segmentText(keys.segments[key]);
-            out += '}';
+                out.write(segmentText(keys.segments[key]));
+            out.write("}");
             if (key < last &&
                 keys.segments[key].hasEnd) // a leap takes two keys at one frame, as in the file it is from
-                block.take(linear.copyTo(start(key + 1, keys.segments[key].end.data(), false)));
+                out.take(linear.copyTo(start(key + 1, keys.segments[key].end.data(), false)));
         }
-        block.flush();
         if (!style_.newline.empty())
-            out += style_.newline + style_.indent;
-        out += ']';
+            out.write(style_.newline + style_.indent);
+        out.write("]");
     }
 
     const Stream& stream_;
@@ -218,8 +195,14 @@ private:
 
 } // namespace
 
+void printValue(const Stream& stream, FieldForm form, const TextStyle& style, TextSink& out) {
+    PropertyPrinter(stream, form, style).value(out);
+}
+
 std::string valueText(const Stream& stream, FieldForm form, const TextStyle& style) {
-    return PropertyPrinter(stream, form, style).value();
+    StringSink out;
+    printValue(stream, form, style, out);
+    return out.text();
 }
 
 std::string propertyText(const Stream& stream, FieldForm form, const TextStyle& style) {

@@ -1,6 +1,7 @@
 #include "standalone/lottie/splice.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "standalone/lottie/json_string.h"
 
@@ -40,7 +41,15 @@ TextStyle styleOf(const JsonValue& root) {
 }
 
 void TextEdits::replace(SourceSpan span, std::string text) {
-    edits_.push_back({span, std::move(text)});
+    edits_.push_back({span, std::move(text), {}});
+}
+
+void TextEdits::replacePrinted(SourceSpan span, TextPrinter print) {
+    edits_.push_back({span, {}, std::move(print)});
+}
+
+void TextEdits::append(TextEdits&& others) {
+    std::move(others.edits_.begin(), others.edits_.end(), std::back_inserter(edits_));
 }
 
 void TextEdits::apply(std::string_view source, SourceSpan part, TextSink& out) const {
@@ -56,7 +65,10 @@ void TextEdits::apply(std::string_view source, SourceSpan part, TextSink& out) c
     std::size_t reached = part.begin;
     for (const Edit* edit : order) {
         out.write(source.substr(reached, edit->span.begin - reached));
-        out.write(edit->text);
+        if (edit->print)
+            edit->print(out);
+        else
+            out.write(edit->text);
         reached = edit->span.end;
     }
     out.write(source.substr(reached, part.end - reached));
@@ -65,7 +77,7 @@ void TextEdits::apply(std::string_view source, SourceSpan part, TextSink& out) c
 std::string TextEdits::applied(std::string_view source, SourceSpan part) const {
     StringSink out;
     apply(source, part, out);
-    return out.take();
+    return out.text();
 }
 
 TextStyle ObjectText::innerStyle() const {
@@ -157,8 +169,7 @@ void ObjectEdit::set(std::string_view name, std::string value) {
     if (const JsonValue present = object_[name]) {
         if (present.text() == value)
             return;
-        replaced_.push_back(present.span());
-        replacements_.push_back(std::move(value));
+        replaced_.replace(present.span(), std::move(value));
         return;
     }
     if (!inserted_.empty())
@@ -174,13 +185,22 @@ void ObjectEdit::setString(std::string_view name, std::string_view utf8) {
     set(name, std::move(quoted));
 }
 
+void ObjectEdit::setPrinted(std::string_view name, TextPrinter print) {
+    if (const JsonValue present = object_[name]) {
+        replaced_.replacePrinted(present.span(), std::move(print));
+        return;
+    }
+    StringSink text;
+    print(text);
+    set(name, text.text());
+}
+
 void ObjectEdit::remove(std::string_view name) {
     removed_.emplace_back(name);
 }
 
 void ObjectEdit::commit(TextEdits& edits) {
-    for (std::size_t i = 0; i < replaced_.size(); ++i)
-        edits.replace(replaced_[i], std::move(replacements_[i]));
+    edits.append(std::move(replaced_));
 
     // A removed member goes with what parts it from the member kept before it, or, without one, after it.
     std::uint32_t keptEnd = 0;      // end of the last member kept

@@ -197,7 +197,7 @@ void writeLottie(const LottieSource& source, const Composition& composition, Tex
 std::string writeLottie(const LottieSource& source, const Composition& composition) {
     StringSink out;
     writeLottie(source, composition, out);
-    return out.take();
+    return out.text();
 }
 
 } // namespace jostle::standalone

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -172,7 +173,11 @@ public:
             note(misuse);
     }
     /// Whether a time may be used; notes it if it may not.
-    [[nodiscard]] bool isValid(const A_Time* time);
+    [[nodiscard]] bool isValid(const A_Time* time) {
+        if (time != nullptr && time->scale == 0)
+            note(Misuse::TimeWithoutScale);
+        return time != nullptr && time->scale != 0;
+    }
 
     /// Passes a command to the hooks. @return whether one handled it
     bool dispatch(AEGP_Command command);
@@ -211,9 +216,14 @@ private:
     AEGP_ItemH itemHandle(const std::shared_ptr<const Item>& item);
 };
 
+/// The living host's; null without one.
+inline HostState* currentState = nullptr;
+
 /// The state behind the tables. They are used only while a DocumentHost lives.
-[[nodiscard]] HostState& state();
-void setState(HostState* current);
+[[nodiscard]] inline HostState& state() {
+    assert(currentState != nullptr && "the suites are used only while a DocumentHost lives");
+    return *currentState;
+}
 
 [[nodiscard]] inline A_Time toHost(HostTime time) {
     return {time.value, time.scale};

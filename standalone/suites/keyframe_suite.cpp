@@ -131,7 +131,8 @@ A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_T
         batch->outlines.push_back(valueAt(*ref->node->path, frame));
     } else {
         const Components value = leafValueAt(*ref->layer->layer, *ref->node, frame);
-        batch->keys.values.insert(batch->keys.values.end(), value.data(), value.data() + batch->components);
+        for (std::size_t c = 0; c < batch->components; ++c)
+            batch->keys.values.push_back(value[c]);
     }
     return A_Err_NONE;
 }
