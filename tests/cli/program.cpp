@@ -9,6 +9,8 @@
 
 #include <sys/wait.h>
 
+#include "tests/support/own_path.h"
+
 namespace jostle::test {
 
 namespace fs = std::filesystem;
@@ -49,10 +51,7 @@ ProgramRun runInShell(const fs::path& folder, const std::vector<std::string>& ar
 
 } // namespace
 
-TestFolder::TestFolder() {
-    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
-    path_ = fs::path(testing::TempDir()) / (std::string("jostle_") + test->test_suite_name() + "_" + test->name());
-    fs::remove_all(path_);
+TestFolder::TestFolder() : path_(ownPath()) {
     fs::create_directories(path_);
 }
 

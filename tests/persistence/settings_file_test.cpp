@@ -7,6 +7,7 @@
 
 #include "persistence/user_preferences.h"
 #include "tests/persistence/loading.h"
+#include "tests/support/own_path.h"
 
 namespace jostle {
 namespace {
@@ -15,17 +16,14 @@ namespace fs = std::filesystem;
 
 class SettingsFileTest : public testing::Test {
 protected:
-    SettingsFileTest() {
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
+    SettingsFileTest() { fs::create_directories(folder_); }
     ~SettingsFileTest() override { fs::remove_all(folder_); }
 
     [[nodiscard]] std::string path(const std::string& name) const { return (folder_ / name).string(); }
     [[nodiscard]] HostContext context() const { return {host_.basic(), host_.pluginId()}; }
     [[nodiscard]] SettingsTarget target() { return {loading_.scene, loading_.strip, {}}; }
 
-    fs::path folder_ = fs::path(testing::TempDir()) / "jostle_settings_file_test";
+    fs::path folder_ = test::ownPath();
     standalone::DocumentHost host_{emptyDocument(), "scene", "", folder_ / "preferences.txt"};
     Loading loading_;
 };

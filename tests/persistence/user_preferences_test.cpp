@@ -8,6 +8,7 @@
 
 #include "tests/host/document.h"
 #include "tests/host/failing_suites.h"
+#include "tests/support/own_path.h"
 
 namespace jostle {
 namespace {
@@ -31,7 +32,7 @@ protected:
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    fs::path file_ = fs::path(testing::TempDir()) / "jostle_user_preferences_test.txt";
+    fs::path file_ = test::ownPath();
 };
 
 TEST_F(UserPreferencesTest, AreKeptFromOneRunToTheNext) {
