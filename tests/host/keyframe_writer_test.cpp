@@ -188,15 +188,15 @@ TEST(KeyframeWriter, WritesSeparatedDimensionsOneByOne) {
     document->pixelAspect = 2;
     DocumentLayer& layer = addLayer(*document);
     separate(layer.transform);
-    layer.transform.positionX.hasExpression = layer.transform.positionX.expressionEnabled = true;
-    animate(layer.transform.positionX, {150, 0, 0}, 50, {});
+    layer.transform.dimensions.own().x.hasExpression = layer.transform.dimensions.own().x.expressionEnabled = true;
+    animate(layer.transform.dimensions.own().x, {150, 0, 0}, 50, {});
     Export job(std::move(document));
     job.write({samplesOf({{10, 20}, {12, 20}, {14, 20}}, {0, 0, 0})}, 0);
     const auto& transform = job.hosted.layer(0).transform;
     EXPECT_TRUE(transform.separated);
-    EXPECT_FALSE(transform.positionX.expressionEnabled);
-    expectKeys(transform.positionX, {0, 1, 2}, {5, 6, 7}); // half as many pixels of twice the width
-    EXPECT_EQ(standalone::valueAt(transform.positionY, 0)[0], 20);
+    EXPECT_FALSE(transform.dimensions->x.expressionEnabled);
+    expectKeys(transform.dimensions->x, {0, 1, 2}, {5, 6, 7}); // half as many pixels of twice the width
+    EXPECT_EQ(standalone::valueAt(transform.dimensions->y, 0)[0], 20);
 }
 
 TEST(KeyframeWriter, TakesTheSampleBeforeForOneThatIsNoNumber) {
