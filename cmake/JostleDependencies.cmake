@@ -39,6 +39,12 @@ if(NOT TARGET CLI11::CLI11)
     message(FATAL_ERROR "CLI11 was not found: run scripts/setup.sh (Debian: libcli11-dev)")
 endif()
 
+# Settings files. Versions before 8 nest as deep as the text does.
+find_package(tinyxml2 CONFIG QUIET)
+if(NOT TARGET tinyxml2::tinyxml2 OR tinyxml2_VERSION VERSION_LESS 8)
+    message(FATAL_ERROR "TinyXML-2 of version 8 or newer was not found: run scripts/setup.sh (Debian: libtinyxml2-dev)")
+endif()
+
 # The tessellator of GLU. It needs no window and no OpenGL context; the OpenGL library only comes along.
 find_path(JOSTLE_GLU_INCLUDE_DIR GL/glu.h)
 find_library(JOSTLE_GLU_LIBRARY NAMES GLU glu32)

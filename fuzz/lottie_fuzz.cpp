@@ -57,7 +57,7 @@ void evaluateTrees(const standalone::Composition& composition) {
 
 void editMotion(standalone::Composition& composition) {
     for (const auto& layer : composition.layers) {
-        Stream& position = layer->transform.separated ? layer->transform.positionX : layer->transform.position;
+        Stream& position = layer->transform.separated ? layer->transform.dimensions.own().x : layer->transform.position;
         position.keys.frames = {0, 1};
         position.keys.values.assign(2 * static_cast<std::size_t>(position.components), 1.5);
         position.keys.segments.clear();

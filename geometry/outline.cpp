@@ -167,16 +167,23 @@ b2Vec2 shapeCentroid(std::span<const b2Vec2> verts, bool open) {
     if (open) {
         return meanOf(verts);
     }
-    float area = 0.0f;
-    b2Vec2 sum = b2Vec2_zero;
+    // Far from the origin the triangles are large and nearly cancel out: 32 bits would be off by whole pixels.
+    double area = 0.0;
+    double sumX = 0.0;
+    double sumY = 0.0;
     for (std::size_t i = 0; i < verts.size(); ++i) {
         const b2Vec2 p2 = verts[i];
         const b2Vec2 p3 = verts[i + 1 < verts.size() ? i + 1 : 0];
-        const float triangleArea = 0.5f * b2Cross(p2, p3);
+        const double x2 = static_cast<double>(p2.x);
+        const double y2 = static_cast<double>(p2.y);
+        const double x3 = static_cast<double>(p3.x);
+        const double y3 = static_cast<double>(p3.y);
+        const double triangleArea = 0.5 * (x2 * y3 - y2 * x3);
         area += triangleArea;
-        sum += (triangleArea * (1.0f / 3.0f)) * (p2 + p3);
+        sumX += triangleArea * (x2 + x3) / 3.0;
+        sumY += triangleArea * (y2 + y3) / 3.0;
     }
-    return area == 0.0f ? meanOf(verts) : b2Vec2(sum.x / area, sum.y / area);
+    return area == 0.0 ? meanOf(verts) : b2Vec2(static_cast<float>(sumX / area), static_cast<float>(sumY / area));
 }
 
 } // namespace jostle

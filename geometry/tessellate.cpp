@@ -117,6 +117,77 @@ std::vector<b2Vec2> cleanRing(const Ring& ring, double grid) {
     return points;
 }
 
+/// Looks at pairs of an edge and a point that may lie on it; about a twentieth of a second's worth.
+constexpr std::size_t mostTouchPairs = 2'000'000;
+
+/// A point of some ring that lies on an edge, between its ends.
+struct Touch {
+    std::size_t edge; ///< counted through all rings, by the points from which edges start
+    b2Vec2 point;
+};
+
+bool isBetween(b2Vec2 a, b2Vec2 b, b2Vec2 point) {
+    return point != a && point != b && std::min(a.x, b.x) <= point.x && point.x <= std::max(a.x, b.x) &&
+           std::min(a.y, b.y) <= point.y && point.y <= std::max(a.y, b.y) && orientation(a, b, point) == 0.0;
+}
+
+/// In the order of edges, and along each; empty if there are too many pairs to look at.
+std::vector<Touch> findTouches(std::span<const std::vector<b2Vec2>> rings) {
+    std::vector<b2Vec2> points;
+    for (const std::vector<b2Vec2>& ring : rings) {
+        points.insert(points.end(), ring.begin(), ring.end());
+    }
+    std::sort(points.begin(), points.end(), [](b2Vec2 a, b2Vec2 b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
+    points.erase(std::unique(points.begin(), points.end()), points.end());
+    std::vector<Touch> touches;
+    std::size_t edge = 0;
+    std::size_t pairs = 0;
+    for (const std::vector<b2Vec2>& ring : rings) {
+        for (std::size_t i = 0; i < ring.size(); ++i, ++edge) {
+            const b2Vec2 a = ring[i];
+            const b2Vec2 b = ring[i + 1 < ring.size() ? i + 1 : 0];
+            const std::size_t before = touches.size();
+            auto at = std::partition_point(points.begin(), points.end(),
+                                           [&](b2Vec2 point) { return point.x < std::min(a.x, b.x); });
+            for (; at != points.end() && at->x <= std::max(a.x, b.x); ++at) {
+                if (++pairs > mostTouchPairs) {
+                    return {};
+                }
+                if (isBetween(a, b, *at)) {
+                    touches.push_back({edge, *at});
+                }
+            }
+            if (b.x < a.x || (b.x == a.x && b.y < a.y)) {
+                std::reverse(touches.begin() + static_cast<std::ptrdiff_t>(before), touches.end());
+            }
+        }
+    }
+    return touches;
+}
+
+/// The same rings with a corner wherever a corner lies on an edge. Where edges run along each other the library can
+/// lose its way, but not where they have both ends in common.
+std::vector<std::vector<b2Vec2>> splitAtTouches(const std::vector<std::vector<b2Vec2>>& rings) {
+    const std::vector<Touch> touches = findTouches(rings);
+    if (touches.empty() || touches.size() > mostCrossings) {
+        return rings;
+    }
+    std::vector<std::vector<b2Vec2>> result;
+    auto touch = touches.begin();
+    std::size_t edge = 0;
+    for (const std::vector<b2Vec2>& ring : rings) {
+        std::vector<b2Vec2>& points = result.emplace_back();
+        for (const b2Vec2 point : ring) {
+            points.push_back(point);
+            for (; touch != touches.end() && touch->edge == edge; ++touch) {
+                points.push_back(touch->point);
+            }
+            ++edge;
+        }
+    }
+    return result;
+}
+
 /// Corners at which an outline turns from left to right or back.
 std::size_t countTurns(const Ring& ring) {
     std::size_t turns = 0;
@@ -182,8 +253,12 @@ bool tessellate(std::span<const Ring> rings, std::vector<Triangle>& triangles) {
     if (!tessellator) {
         return false;
     }
+    std::vector<std::vector<b2Vec2>> split = splitAtTouches(clean);
+    for (std::vector<b2Vec2>& ring : split) {
+        ring = cleanRing(ring, grid); // of an edge that came back on itself in part there may be a spike now
+    }
     Output output;
-    run(tessellator.get(), clean, output);
+    run(tessellator.get(), split, output);
     if (output.failed) {
         return false;
     }

@@ -9,6 +9,7 @@
 #include "host/layer_transform.h"
 #include "host/shape_offsets.h"
 #include "host/undo_group.h"
+#include "simulation/keyframe_reduction.h"
 #include "simulation/keyframe_thinning.h"
 
 namespace jostle {
@@ -101,6 +102,16 @@ private:
     /// @param put  writes a sample into a stream value
     template<class T, class Differ, class Put>
     void write(const Stream& stream, const std::vector<T>& samples, bool asOneValue, Differ differ, Put put);
+    /// The same for positions and single numbers, reduced if the job says so.
+    /// @param unit  pixels or degrees to one of the host's units, in x and y or in the number
+    void writePoints(const Stream& stream, const std::vector<b2Vec2>& points, bool asOneValue, AEGP_TwoDVal unit);
+    void writeNumbers(const Stream& stream, const std::vector<float>& numbers, bool asOneValue, double unit,
+                      double tolerance);
+    /// Keyframes that straight lines between them need.
+    /// @param put  writes a point in the host's units into a stream value
+    template<class Put>
+    void writeReduced(const Stream& stream, std::span<const b2Vec2> samples, AEGP_TwoDVal unit, double tolerance,
+                      Put put);
 
     HostChain& chain_;
     Composition composition_;
@@ -114,6 +125,7 @@ private:
     std::vector<b2Vec2> positions_;
     std::vector<float> coordinates_;
     std::vector<float> rotations_;
+    std::vector<b2Vec2> onAxis_; ///< numbers as points
 };
 
 void Writer::readLooks() {
@@ -159,6 +171,47 @@ void Writer::write(const Stream& stream, const std::vector<T>& samples, bool asO
     batch.commit();
 }
 
+template<class Put>
+void Writer::writeReduced(const Stream& stream, std::span<const b2Vec2> samples, AEGP_TwoDVal unit, double tolerance,
+                          Put put) {
+    // What a file holds of a number, so that what was checked is what will be read.
+    constexpr double perUnit = 1000.0;
+    const auto inHost = [](double number, double size) { return std::round(number / size * perUnit) / perUnit; };
+    stream.deleteKeys();
+    StreamValue value = stream.valueAt(timeOfFrame(frameDuration_, job_.startFrame), Expressions::Ignored);
+    KeyframeBatch batch(chain_, stream);
+    for (const ReducedKey& key : reducedKeys(samples, {unit.x / perUnit, unit.y / perUnit}, tolerance)) {
+        put(value, AEGP_TwoDVal{inHost(key.value[0], unit.x), inHost(key.value[1], unit.y)});
+        batch.add(timeOfFrame(frameDuration_, job_.startFrame + static_cast<int>(key.index)), value);
+    }
+    batch.commit();
+}
+
+void Writer::writePoints(const Stream& stream, const std::vector<b2Vec2>& points, bool asOneValue, AEGP_TwoDVal unit) {
+    if (job_.tolerance > 0 && !asOneValue && !points.empty()) {
+        writeReduced(stream, points, unit, job_.tolerance,
+                     [](StreamValue& value, AEGP_TwoDVal point) { value.setPoint(point); });
+        return;
+    }
+    write(stream, points, asOneValue, vectorsDiffer, [&](StreamValue& value, b2Vec2 sample) {
+        value.setPoint({static_cast<double>(sample.x) / unit.x, static_cast<double>(sample.y) / unit.y});
+    });
+}
+
+void Writer::writeNumbers(const Stream& stream, const std::vector<float>& numbers, bool asOneValue, double unit,
+                          double tolerance) {
+    if (tolerance > 0 && !asOneValue && !numbers.empty()) {
+        onAxis_.clear();
+        for (const float number : numbers)
+            onAxis_.emplace_back(number, 0.0f);
+        writeReduced(stream, onAxis_, {unit, 1.0}, tolerance,
+                     [](StreamValue& value, AEGP_TwoDVal point) { value.setNumber(point.x); });
+        return;
+    }
+    write(stream, numbers, asOneValue, floatsDiffer,
+          [&](StreamValue& value, float sample) { value.setNumber(static_cast<double>(sample) / unit); });
+}
+
 void Writer::disableExpressions(const LayerStreams& streams) {
     if (streams.separated) {
         streams.positionX.disableExpression();
@@ -172,11 +225,8 @@ void Writer::disableExpressions(const LayerStreams& streams) {
 }
 
 void Writer::writePosition(const LayerStreams& streams, bool isStatic) {
-    const auto toComposition = [&](float x) { return static_cast<double>(x) / pixelAspect_; };
     if (!streams.separated) {
-        write(streams.position, positions_, isStatic, vectorsDiffer, [&](StreamValue& value, b2Vec2 sample) {
-            value.setPoint({toComposition(sample.x), static_cast<double>(sample.y)});
-        });
+        writePoints(streams.position, positions_, isStatic, {pixelAspect_, 1.0});
         return;
     }
     const auto take = [&](float b2Vec2::*coordinate) {
@@ -184,12 +234,12 @@ void Writer::writePosition(const LayerStreams& streams, bool isStatic) {
         for (const b2Vec2& position : positions_)
             coordinates_.push_back(position.*coordinate);
     };
+    // Each coordinate may be off by as much as leaves the distance within the tolerance.
+    const double tolerance = job_.tolerance / std::sqrt(2.0);
     take(&b2Vec2::x);
-    write(streams.positionX, coordinates_, isStatic, floatsDiffer,
-          [&](StreamValue& value, float sample) { value.setNumber(toComposition(sample)); });
+    writeNumbers(streams.positionX, coordinates_, isStatic, pixelAspect_, tolerance);
     take(&b2Vec2::y);
-    write(streams.positionY, coordinates_, isStatic, floatsDiffer,
-          [](StreamValue& value, float sample) { value.setNumber(static_cast<double>(sample)); });
+    writeNumbers(streams.positionY, coordinates_, isStatic, 1.0, tolerance);
 }
 
 void Writer::writeScale(const BodyRecord& body, const Stream& stream, ScaleSamples& scale) {
@@ -271,8 +321,7 @@ bool Writer::writeLayer(std::size_t record, WrittenStance& stance) {
                 degrees += stance.turn;
         }
         writePosition(streams, isStatic);
-        write(streams.rotation, rotations_, isStatic, floatsDiffer,
-              [](StreamValue& value, float degrees) { value.setNumber(static_cast<double>(degrees)); });
+        writeNumbers(streams.rotation, rotations_, isStatic, 1.0, job_.tolerance);
         write(streams.anchor, std::vector<b2Vec2>{stance.anchor}, true, vectorsDiffer,
               [](StreamValue& value, b2Vec2 point) {
                   value.setPoint({static_cast<double>(point.x), static_cast<double>(point.y)});

@@ -17,6 +17,10 @@ struct KeyframeJob {
     int startFrame = 0;                       ///< composition frame of the first sample
     int endFrame = 0;                         ///< of the last
     bool enableMotionBlur = false;            ///< for all layers that move
+    /// How far a position (pixels) and an angle (degrees) may be from its sample on any frame, in favour of fewer keys
+    /// with straight lines between them; 0 for a key wherever the samples change. The host offers no way to set the
+    /// easing of a key, so there are no curves. A scale with keyframes keeps one for each change.
+    double tolerance = 0.0;
 };
 
 /// How a layer was written where that is not as its body has it.

@@ -34,8 +34,9 @@ int groupCount(HostChain& chain, const Layer& layer) {
 /// The separation of the layers of one composition.
 class Separation {
 public:
-    Separation(HostChain& chain, Composition composition, const std::function<void(const SeparationProgress&)>& tell)
-        : chain_(chain), composition_(composition), tell_(tell) {}
+    Separation(HostChain& chain, Composition composition, const std::function<void(const SeparationProgress&)>& tell,
+               SeparationReport& report)
+        : chain_(chain), composition_(composition), tell_(tell), report_(report) {}
 
     /// @param isShapeLayer  receives the layer's kind
     /// @return how many layers were made
@@ -46,12 +47,14 @@ private:
     int separateMasks(const Layer& source, int sourceIndex);
     void makeShapeLayer(const Layer& source, int groupIndex, int place);
     void makeMaskedLayer(const Layer& source, const Layer& bare, int maskIndex, int place);
+    void noteMasks(const Layer& source, int sourceIndex);
     void select(Stream stream);
     void tell(int part, int parts, bool isMask);
 
     HostChain& chain_;
     Composition composition_;
     const std::function<void(const SeparationProgress&)>& tell_;
+    SeparationReport& report_;
     int layersBegun_ = 0;
 };
 
@@ -121,9 +124,20 @@ int Separation::separateShapes(const Layer& source, int sourceIndex) {
         made += chain_.failed() ? 0 : 1;
     }
     // Of paths alone no layer is made: they count as parts, but hiding them would leave nothing to be seen.
-    if (made > 0)
+    if (made > 0) {
+        noteMasks(source, sourceIndex);
         source.setFlag(chain_, AEGP_LayerFlag_VIDEO_ACTIVE, false);
+    }
     return made;
+}
+
+void Separation::noteMasks(const Layer& source, int sourceIndex) {
+    const int masks = source.maskCount(chain_);
+    if (masks == 0)
+        return;
+    UnmaskedParts parts{sourceIndex, source.names(chain_).shown(), masks};
+    if (!chain_.failed()) // from the last layer to the first
+        report_.unmasked.insert(report_.unmasked.begin(), std::move(parts));
 }
 
 void Separation::makeMaskedLayer(const Layer& source, const Layer& bare, int maskIndex, int place) {
@@ -206,7 +220,7 @@ SeparationReport separateLayers(const HostContext& context, std::span<const int>
         return report;
     }
     const UndoGroup group(chain, "Jostle - Shapes Separation");
-    Separation separation(chain, composition, progress);
+    Separation separation(chain, composition, progress, report);
     // From the last to the first: new layers go above their source and move none that is still to come.
     for (std::size_t i = layerIndices.size(); i-- > 0;) {
         if (i + 1 < layerIndices.size() && layerIndices[i] == layerIndices[i + 1])

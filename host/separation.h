@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "host/chain.h"
@@ -25,11 +26,19 @@ struct SeparationProgress {
     bool isMask = false;
 };
 
+/// A shape layer whose groups were separated. They are drawn without the masks that the hidden source has.
+struct UnmaskedParts {
+    int layerIndex = 0; ///< before the separation
+    std::string layerName;
+    int masks = 0;
+};
+
 struct SeparationReport {
     int layersSeparated = 0; ///< without a refusal; one of paths alone gives no layer, and stays as it is
     int layersMade = 0;
     int layersFailed = 0;
-    A_Err error = A_Err_NONE; ///< the host's first refusal
+    std::vector<UnmaskedParts> unmasked; ///< from the top
+    A_Err error = A_Err_NONE;            ///< the host's first refusal
 };
 
 /// Splits layers of the active composition: each mask or each group of a shape layer becomes a layer of its own, above

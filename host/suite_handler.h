@@ -37,9 +37,14 @@ private:
     };
 
     const void* acquire(const char* name, std::int32_t version) {
+        // Nearly always the one asked for last, and each name is at one address.
+        if (last_ < count_ && slots_[last_].name == name && slots_[last_].version == version)
+            return slots_[last_].table;
         for (std::size_t i = 0; i < count_; ++i) {
-            if (slots_[i].version == version && std::strcmp(slots_[i].name, name) == 0)
+            if (slots_[i].version == version && std::strcmp(slots_[i].name, name) == 0) {
+                last_ = i;
                 return slots_[i].table;
+            }
         }
         if (!basic_ || count_ == slots_.size())
             return nullptr;
@@ -57,4 +62,5 @@ private:
     const SPBasicSuite* basic_;
     std::array<Slot, 18> slots_{}; // one for each table of host/suites.h
     std::size_t count_ = 0;
+    std::size_t last_ = 0; ///< found last
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 #include <type_traits>
@@ -9,18 +10,22 @@ namespace jostle {
 /// How the value of an attribute is written as text.
 enum class AttributeForm { Integer, Real, Boolean };
 
-/// One named value of a record: how it is called in settings, and how it is read and written.
+/// One named value of a record: how it is called in settings, and how it is read and written. The settings file, the
+/// snapshots in it and the overrides of the command line all go by these.
 ///
 /// Every value passes through a double, which holds all of them exactly (32-bit integers, floats, flags).
 template<class Record>
 struct Attribute {
     std::string_view name;
-    AttributeForm form;
-    double least;
+    AttributeForm form; ///< in which a file has it
+    double least;       ///< what the command line takes; a file may go beyond
     double greatest;
     double (*read)(const Record&);
     void (*write)(Record&, double);
     std::span<const std::string_view> choices{}; ///< names of the values 0, 1, 2 ...; empty if it has none
+    bool withNext = false;                       ///< a file sets it only if it has the next one too
+    bool wholeWhenRead = false;                  ///< a real number of which a file's reader takes the whole part
+    double (*throughPanel)(double) = nullptr;    ///< what the panel leaves of a file's value; null if all of it
 };
 
 namespace detail {
@@ -42,6 +47,16 @@ constexpr AttributeForm formOf() {
         return AttributeForm::Real;
     } else {
         return AttributeForm::Integer;
+    }
+}
+
+/// A value as its field holds it. Integers of 16 bits keep the lower bits of larger ones.
+template<class Value>
+constexpr Value narrowed(double value) {
+    if constexpr (std::is_unsigned_v<Value> && !std::is_same_v<Value, bool>) {
+        return static_cast<Value>(static_cast<std::int32_t>(value));
+    } else {
+        return static_cast<Value>(value);
     }
 }
 
@@ -70,8 +85,22 @@ constexpr auto attribute(std::string_view name, double least, double greatest,
         least,
         greatest,
         [](const Record& record) { return static_cast<double>(detail::through<First, Rest...>(record)); },
-        [](Record& record, double value) { detail::through<First, Rest...>(record) = static_cast<Value>(value); },
+        [](Record& record, double value) { detail::through<First, Rest...>(record) = detail::narrowed<Value>(value); },
         choices};
+}
+
+/// An attribute that a file sets only along with the next one of its table.
+template<class Record>
+constexpr Attribute<Record> withNext(Attribute<Record> attribute) {
+    attribute.withNext = true;
+    return attribute;
+}
+
+/// An attribute whose value in a file goes through a panel, as the panel's slider would have it.
+template<class Record>
+constexpr Attribute<Record> throughPanel(double (*panel)(double), Attribute<Record> attribute) {
+    attribute.throughPanel = panel;
+    return attribute;
 }
 
 /// The attribute of a flag.

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <vector>
 
+#include "persistence/apply_settings.h"
 #include "persistence/attribute_tables.h"
 #include "persistence/attribute_text.h"
 #include "persistence/near_names.h"
@@ -124,10 +125,9 @@ std::optional<std::string> applyToBodies(const SettingOverride& setting, Scene& 
         records.push_back(&unused);
     }
     std::optional<std::string> error = setInAll<BodyRecord>(setting, bodyAttributes(), records);
-    for (const BodyRecord* record : records) {
+    for (BodyRecord* record : records) {
         if (record != &unused) {
-            scene.latchType(record->type);
-            scene.latchMagnetism(record->magnetismType);
+            settleBody(scene, *record);
         }
     }
     return error;

@@ -26,7 +26,8 @@ struct NamedLayer {
 /// @return nothing if the text has no "=" or no "."
 [[nodiscard]] std::optional<SettingOverride> parseOverride(std::string_view text);
 
-/// Writes one setting into the scene, latches and flags included.
+/// Writes one setting into the scene, latches and flags included. Bodies whose mesh settings it changes are for the
+/// caller to mesh anew, see MeshSettings.
 ///
 /// @param layers  all layers of the composition, so that the numbers of Scene::layerIndices are places in it
 /// @return nothing if it was set; else a message that says what is wrong and lists what may have been meant. The

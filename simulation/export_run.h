@@ -40,15 +40,22 @@ public:
 
     /// In the order of the world's body list: result k belongs to record `bodyCount()` - 1 - k. Empty before the
     /// first sample.
-    [[nodiscard]] const std::vector<ExportResult>& results() const { return results_; }
+    [[nodiscard]] const std::vector<ExportResult>& results();
 
 private:
-    void reserve(const Scene& scene);
+    struct Sample {
+        b2Vec2 position;
+        float rotation;
+    };
+
+    void begin(const Scene& scene);
+    void handOut();
 
     int startFrame_;
     int endFrame_;
     bool isComplete_ = false;
     std::vector<ExportResult> results_;
+    std::vector<Sample> recent_; ///< of some frames, one after the other, not yet in the results
 };
 
 } // namespace jostle

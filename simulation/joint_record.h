@@ -70,7 +70,7 @@ struct JointRecord {
 };
 
 /// The colour that a new joint of a type has. A number that names no type, as a file may hold one, has the first.
-[[nodiscard]] inline Rgb jointColor(JointType type) {
+[[nodiscard]] constexpr Rgb jointColor(JointType type) {
     constexpr std::array<Rgb, 4> colors{Rgb{1.0f, 1.0f, 0.0f}, Rgb{0.33f, 1.0f, 0.33f}, Rgb{0.8f, 0.84f, 0.83f},
                                         Rgb{0.33f, 0.33f, 1.0f}};
     const auto index = static_cast<std::size_t>(type);

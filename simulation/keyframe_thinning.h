@@ -34,6 +34,7 @@ template<class T, class Differ>
     if (samples.empty()) {
         return indices;
     }
+    indices.reserve(samples.size());
     indices.push_back(0);
     const std::size_t last = samples.size() - 1;
     for (std::size_t i = 1; i < last; ++i) {

@@ -124,6 +124,19 @@ struct GlobalProperties {
     double direction = 90.0;        ///< gravity, degrees; 0 right, 90 down
     bool takeValueFrom = false;     ///< gravity comes from the position of a layer instead
     std::int32_t layerIndex = 0;    ///< that layer's index in the composition, from 0
+    bool layerListEnabled = false;  ///< that layer can be chosen
+};
+
+/// The colour behind the preview, unless another is chosen.
+inline constexpr ByteColor defaultBackground{38, 38, 38};
+
+/// How the preview looks at the scene.
+struct PreviewProperties {
+    std::int32_t zoom = 250; ///< percent
+    float panX = 0.0f;
+    float panY = 0.0f;
+    ByteColor bgColor = defaultBackground;
+    bool showsJoints = false; ///< the view option for joints
 };
 
 /// Preferences that steer how bodies behave.
@@ -143,6 +156,7 @@ struct Scene {
     /// none.
     std::vector<std::int32_t> layerIndices;
     GlobalProperties globals;
+    PreviewProperties preview;
     BehaviorPreferences preferences;
 
     // Latches: set when a body is first given that type or a magnetism, and never cleared.

@@ -18,7 +18,7 @@ export async function startPage(executable) {
 }
 
 function install() {
-  const longerSide = 800; // pixels of the pictures that are compared
+  const longerSide = 1600; // pixels of the pictures that are compared; fewer blur the strokes of small text
 
   const extent = (pieces) => {
     const box = [Infinity, Infinity, -Infinity, -Infinity];
@@ -78,6 +78,8 @@ function install() {
     svg.setAttribute('viewBox', `${view[0]} ${view[1]} ${view[2] - view[0]} ${view[3] - view[1]}`);
     svg.setAttribute('width', width);
     svg.setAttribute('height', height);
+    // Whole pixels have not quite the view's proportions: it fills them, as the body's picture does.
+    svg.setAttribute('preserveAspectRatio', 'none');
     svg.removeAttribute('style');
     // Texts are repeated there with their control characters, which a picture cannot have.
     svg.querySelectorAll('[aria-label]').forEach((element) => element.removeAttribute('aria-label'));
@@ -125,7 +127,10 @@ function install() {
     const context = canvasOf(width, height);
     const image = context.createImageData(width, height);
     for (let i = 0; i < shown.length; i += 1) {
-      image.data.set([shown[i], Math.min(shown[i], body[i]), body[i], 255], 4 * i);
+      image.data[4 * i] = shown[i];
+      image.data[4 * i + 1] = Math.min(shown[i], body[i]);
+      image.data[4 * i + 2] = body[i];
+      image.data[4 * i + 3] = 255;
     }
     context.putImageData(image, 0, 0);
     return context.canvas.toDataURL('image/png').split(',')[1];

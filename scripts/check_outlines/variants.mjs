@@ -58,6 +58,7 @@ export function notRead(layer) {
   }
   if (layer.ks?.sk?.k || layer.ks?.sk?.a) found.add('skew of the layer');
   if (layer.t?.a?.length) found.add('text animators');
+  if (layer.t?.d?.k?.some?.(({ s }) => s?.sc && s.sw)) found.add('strokes');
   if (JSON.stringify(withoutExpressions(layer)) !== JSON.stringify(layer)) found.add('expressions');
   return [...found];
 }
@@ -82,7 +83,7 @@ function filledByGroup(elements) {
 }
 
 /// The same, but all outlines filled and nothing else: by the even-odd rule, by the non-zero rule, and group by group.
-/// Masks become outlines of a shape layer. Text stays as it is.
+/// Masks become outlines of a shape layer. Text is without its strokes.
 export function asRead(document, index) {
   const base = alone(document, index);
   const [layer] = base.layers;
@@ -91,6 +92,10 @@ export function asRead(document, index) {
   if (masks.length > 0) {
     elements = masks.map((mask) => ({ ty: 'sh', ks: mask.pt }));
   } else if (layer.ty !== 4) {
+    for (const { s } of layer.t?.d?.k ?? []) {
+      delete s?.sc;
+      delete s?.sw;
+    }
     return [base];
   }
   const variant = (shapes) => {

@@ -53,12 +53,20 @@ const BodyRecord& bodyOf(const LayerReport& layer, const Scene& scene) {
     return scene.bodies[static_cast<std::size_t>(layer.bodyIndex)];
 }
 
+/// When the body is there, where that is not from the composition's start to its end.
+std::string spanText(const BodyRecord& body, const Scene& scene) {
+    const std::string from = body.inPoint > 0 ? " from frame " + std::to_string(body.inPoint) : "";
+    // One that outlasts the composition has an end far behind it.
+    const std::string until = body.outPoint < scene.compFrames ? " until frame " + std::to_string(body.outPoint) : "";
+    return from.empty() && until.empty() ? "" : "," + from + until;
+}
+
 std::string becameText(const LayerReport& layer, const Scene& scene) {
     if (layer.outcome != LayerOutcome::Body) {
         return "no body: " + std::string(outcomeText(layer.outcome));
     }
     const BodyRecord& body = bodyOf(layer, scene);
-    return shapeText(body) + (body.inPoint > 0 ? ", from frame " + std::to_string(body.inPoint) : "");
+    return shapeText(body) + spanText(body, scene);
 }
 
 std::string warningText(const LayerReport& layer, const Scene& scene) {

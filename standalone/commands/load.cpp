@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "standalone/commands/target_file.h"
+#include "persistence/target_file.h"
 #include "standalone/document/printable.h"
 #include "standalone/lottie/archive.h"
 

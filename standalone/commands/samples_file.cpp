@@ -69,7 +69,7 @@ void appendBody(std::string& text, const BodyRecord& body, const ExportResult& r
 
 } // namespace
 
-std::string samplesText(const Scene& scene, const ExportRun& run, const Composition& composition,
+std::string samplesText(const Scene& scene, ExportRun& run, const Composition& composition,
                         std::span<const WrittenStance> stances) {
     std::string text = "{\"start\":";
     append(text, run.startFrame());

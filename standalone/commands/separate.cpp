@@ -4,12 +4,12 @@
 #include <filesystem>
 #include <utility>
 
+#include "persistence/target_file.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/message_printer.h"
 #include "standalone/commands/plugin_session.h"
 #include "standalone/commands/result.h"
 #include "standalone/commands/solve_plan.h"
-#include "standalone/commands/target_file.h"
 
 namespace jostle::standalone {
 
@@ -38,6 +38,13 @@ SeparationReport separateAll(const HostContext& context, MessageSink* messages) 
     return separateLayers(context, findSeparableLayers(context), messages, {});
 }
 
+void printUnmasked(const SeparationReport& report, const std::string& input) {
+    for (const UnmaskedParts& parts : report.unmasked) {
+        complain(input, "the groups of layer " + std::to_string(parts.layerIndex + 1) + " \"" + parts.layerName +
+                            "\" are separated without its " + (parts.masks == 1 ? "mask" : "masks"));
+    }
+}
+
 int runSeparate(const SeparateOptions& options) {
     const std::string output = options.output.value_or(besideInput(options.input, "-separated"));
     if (const std::optional<Refusal> refusal = checkOutput(options.input, output)) {
@@ -63,15 +70,15 @@ int runSeparate(const SeparateOptions& options) {
         return fail(options.input, "the layers cannot be separated (host error " + std::to_string(report.error) +
                                        "); nothing was saved");
     }
-    std::string contents;
-    if (const std::optional<Refusal> refusal = makeResult(*document, host, output, contents)) {
+    if (const std::optional<Refusal> refusal = writeResult(*document, host, output, target)) {
         return fail(refusal->about, refusal->message);
     }
-    if (const std::optional<std::string> error = target.commit(contents)) {
+    if (const std::optional<std::string> error = target.commit()) {
         return fail(output, *error);
     }
     if (!options.quiet) {
         printReports(host, options.input);
+        printUnmasked(report, options.input);
     }
     printSummary(options, output, report);
     return exitDone;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "host/separation.h"
 #include "standalone/commands/options.h"
 
@@ -12,5 +14,8 @@ namespace jostle::standalone {
 /// Splits all layers of the active composition that can be.
 /// @param messages  null if nobody is to be told
 [[nodiscard]] SeparationReport separateAll(const HostContext& context, MessageSink* messages);
+
+/// Prints on standard error which layers' groups were separated from their masks.
+void printUnmasked(const SeparationReport& report, const std::string& input);
 
 } // namespace jostle::standalone

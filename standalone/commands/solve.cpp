@@ -1,7 +1,5 @@
 #include "standalone/commands/solve.h"
 
-#include <atomic>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -11,8 +9,9 @@
 #include "host/host_layer_motion.h"
 #include "host/keyframe_writer.h"
 #include "host/layer_import.h"
+#include "persistence/target_file.h"
 #include "simulation/simulation_clock.h"
-#include "standalone/commands/layer_names.h"
+#include "standalone/commands/interruption.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/message_printer.h"
 #include "standalone/commands/plugin_session.h"
@@ -20,23 +19,15 @@
 #include "standalone/commands/result.h"
 #include "standalone/commands/samples_file.h"
 #include "standalone/commands/separate.h"
+#include "standalone/commands/settings_input.h"
 #include "standalone/commands/solve_plan.h"
 #include "standalone/commands/solve_summary.h"
-#include "standalone/commands/target_file.h"
 
 namespace jostle::standalone {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::atomic<bool> interrupted{false};
-
-// The first signal asks for an orderly end, a second one ends the program at once.
-extern "C" void onInterrupt(int signal) {
-    interrupted = true;
-    std::signal(signal, SIG_DFL);
-}
 
 /// The bodies of which not all could be read, as in "layer 3 "ball", layer 5 "box"".
 std::string doubtfulLayers(const ImportReport& report) {
@@ -53,13 +44,13 @@ std::string doubtfulLayers(const ImportReport& report) {
 /// One run of the command, from its options to its files.
 class SolveRun {
 public:
-    explicit SolveRun(const SolveOptions& options) : options_(options), progress_(options.quiet) {}
+    explicit SolveRun(const SolveOptions& options) : options_(options), progress_(options.progress) {}
     int run();
 
 private:
     bool openTargets();
     void solveInHost(const HostContext& context);
-    bool applySettings(const ImportReport& report);
+    bool applySettings(const HostContext& context);
     bool simulate(const HostContext& context);
     bool bake(const HostContext& context);
     bool save(const LoadedDocument& document, DocumentHost& host);
@@ -103,16 +94,17 @@ bool SolveRun::openTargets() {
            (options_.samples.empty() || succeeded(options_.samples, samplesTarget_.open(options_.samples)));
 }
 
-bool SolveRun::applySettings(const ImportReport& report) {
-    const std::vector<NamedLayer> layers = namedLayers(report);
-    for (const std::string& text : options_.sets) {
-        const std::optional<SettingOverride> setting = parseOverride(text);
-        if (!setting) {
-            refuse({"--set " + text, "is not KEY=VALUE with a key such as floor.type or gravity.magnitude"});
-            return false;
-        }
-        if (const std::optional<std::string> error = applyOverride(*setting, scene_, layers)) {
-            refuse({"--set " + text, *error});
+bool SolveRun::applySettings(const HostContext& context) {
+    SnapshotStrip unused;
+    const SettingsTarget target{scene_, unused, layerAccess(context, scene_, report_, nullptr)};
+    if (!options_.settings.empty() && !applySettingsFile(context, options_.settings, target, options_.quiet)) {
+        status_ = exitFailed;
+        return false;
+    }
+    for (const auto& [option, settings] :
+         {std::pair{"--set", &options_.sets}, std::pair{"--sweep", &options_.trials}}) {
+        if (const std::optional<Refusal> refusal = applySets(option, *settings, report_, target)) {
+            refuse(*refusal);
             return false;
         }
     }
@@ -123,16 +115,16 @@ bool SolveRun::simulate(const HostContext& context) {
     HostLayerMotion motion(context);
     FreePacer pacer;
     SimulationClock clock(scene_, motion, pacer);
-    progress_.begin("Solving...", range_.last + 1, "frames");
+    progress_.begin("Solving", range_.last + 1, "frames");
     clock.startExport(*exportRun_);
-    while (clock.isRunning() && !interrupted) {
+    while (clock.isRunning() && !interrupted()) {
         if (options_.watch && exportRun_->contains(clock.frame())) {
             options_.watch(scene_, clock.frame());
         }
         clock.tick();
         progress_.update(clock.frame());
     }
-    if (interrupted) {
+    if (interrupted()) {
         return fail(options_.input, "interrupted while solving; nothing was written");
     }
     progress_.end();
@@ -143,11 +135,12 @@ bool SolveRun::bake(const HostContext& context) {
     HostChain chain(context);
     const jostle::Composition composition =
         options_.inPlace ? activeComposition(chain) : duplicateActiveComposition(chain);
-    progress_.begin("Keyframing...", scene_.bodyCount(), "layers");
-    const KeyframeJob job{scene_, exportRun_->results(), range_.first, range_.last, options_.motionBlur};
+    progress_.begin("Keyframing", scene_.bodyCount(), "layers");
+    const KeyframeJob job{scene_,      exportRun_->results(), range_.first,
+                          range_.last, options_.motionBlur,   options_.reduce};
     WriteReport written = writeKeyframes(chain, composition, job, [this](int done, int) {
         progress_.update(done);
-        return !interrupted;
+        return !interrupted();
     });
     if (written.outcome == WriteOutcome::Cancelled) {
         return fail(options_.input, "interrupted while keyframing; nothing was written");
@@ -177,6 +170,9 @@ void SolveRun::solveInHost(const HostContext& context) {
                                            "); nothing was saved");
             return;
         }
+        if (!options_.quiet) {
+            printUnmasked(separated, options_.input);
+        }
     }
     report_ = initFromComposition(context, scene_, messages);
     if (report_.error != A_Err_NONE) {
@@ -188,22 +184,24 @@ void SolveRun::solveInHost(const HostContext& context) {
         complain(options_.input, "defaults were taken for what could not be read of " + doubtful);
     }
     exportRun_.emplace(range_.first, range_.last);
+    if (!applySettings(context) || !options_.trials.empty()) {
+        return;
+    }
     // Without a body the composition stays as it is, and the result is the input to the byte.
-    if (applySettings(report_) && openTargets() && scene_.bodyCount() > 0 && simulate(context)) {
+    if (openTargets() && scene_.bodyCount() > 0 && simulate(context)) {
         (void)bake(context);
     }
 }
 
 bool SolveRun::save(const LoadedDocument& document, DocumentHost& host) {
-    std::string contents;
-    if (const std::optional<Refusal> refusal = makeResult(document, host, output_, contents)) {
+    if (const std::optional<Refusal> refusal = writeResult(document, host, output_, target_)) {
         return fail(refusal->about, refusal->message);
     }
     // The samples go first: whoever sees the new result finds the samples that belong to it.
     const bool samplesSaved =
         options_.samples.empty() ||
         succeeded(options_.samples, samplesTarget_.commit(samplesText(scene_, *exportRun_, host.outcome(), stances_)));
-    return samplesSaved && succeeded(output_, target_.commit(contents));
+    return samplesSaved && succeeded(output_, target_.commit());
 }
 
 int SolveRun::run() {
@@ -223,14 +221,13 @@ int SolveRun::run() {
         }
     }
     // Up to here nothing needs an orderly end.
-    std::signal(SIGINT, onInterrupt);
-    std::signal(SIGTERM, onInterrupt);
+    heedInterruptions();
     const fs::path path(options_.input);
     DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
     if (!runPlugin(host, [this](const HostContext& context) { solveInHost(context); })) {
         (void)fail(options_.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
     }
-    if (status_ != exitDone) {
+    if (status_ != exitDone || !options_.trials.empty()) {
         return status_;
     }
     if (!options_.quiet) {

@@ -12,9 +12,7 @@ namespace fs = std::filesystem;
 
 bool sameFile(const std::string& a, const std::string& b) {
     std::error_code error;
-    const fs::path pathA = fs::weakly_canonical(a, error);
-    const fs::path pathB = fs::weakly_canonical(b, error);
-    return pathA == pathB || fs::equivalent(pathA, pathB, error);
+    return fileIdentity(a) == fileIdentity(b) || fs::equivalent(a, b, error);
 }
 
 int usableFrame(double frame) {
@@ -22,6 +20,13 @@ int usableFrame(double frame) {
 }
 
 } // namespace
+
+std::string fileIdentity(const std::string& path) {
+    // Only an absolute path becomes the same text for a file that is not there yet.
+    std::error_code error;
+    const fs::path canonical = fs::weakly_canonical(fs::absolute(path, error), error);
+    return error ? path : canonical.string();
+}
 
 std::string besideInput(const std::string& input, const std::string& suffix) {
     const fs::path path(input);

@@ -20,6 +20,9 @@ struct Refusal {
     std::string message;
 };
 
+/// The same text for any two ways to name a file, be it there or not.
+[[nodiscard]] std::string fileIdentity(const std::string& path);
+
 /// A file in the input's folder: its name with something after it, before the extension.
 [[nodiscard]] std::string besideInput(const std::string& input, const std::string& suffix);
 

@@ -54,8 +54,8 @@ std::size_t bakedKeyCount(const Composition& composition) {
     std::size_t count = 0;
     for (const std::unique_ptr<Layer>& layer : composition.layers) {
         const Transform& transform = layer->transform;
-        for (const Stream* stream : {&transform.anchor, &transform.position, &transform.positionX, &transform.positionY,
-                                     &transform.scale, &transform.rotation}) {
+        for (const Stream* stream : {&transform.anchor, &transform.position, &transform.dimensions->x,
+                                     &transform.dimensions->y, &transform.scale, &transform.rotation}) {
             count += stream->changed && isAnimated(*stream) ? stream->keys.size() : 0;
         }
     }

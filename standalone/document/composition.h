@@ -9,6 +9,7 @@
 
 #include "standalone/document/frame_clock.h"
 #include "standalone/document/layer_details.h"
+#include "standalone/document/rare.h"
 #include "standalone/document/stream.h"
 #include "standalone/document/tree_node.h"
 
@@ -51,11 +52,16 @@ struct Item {
     Rgba solidColor{1, 1, 1, 1};
 };
 
+/// A position in parts, a stream for each dimension.
+struct Dimensions {
+    Stream x, y, z;
+};
+
 /// The transform of a layer: pixels, degrees clockwise, percent.
 struct Transform {
     Stream anchor;
-    Stream position; ///< unused while `separated`
-    Stream positionX, positionY, positionZ;
+    Stream position;             ///< unused while `separated`
+    Rare<Dimensions> dimensions; ///< used while `separated`
     Stream scale;
     Stream rotation;
     Stream skew, skewAxis;

@@ -229,13 +229,13 @@ PathValue valueAt(const PathStream& path, double frame) {
 Components positionAt(const Transform& transform, double frame) {
     if (!transform.separated)
         return valueAt(transform.position, frame);
-    return {valueAt(transform.positionX, frame)[0], valueAt(transform.positionY, frame)[0],
-            valueAt(transform.positionZ, frame)[0]};
+    return {valueAt(transform.dimensions->x, frame)[0], valueAt(transform.dimensions->y, frame)[0],
+            valueAt(transform.dimensions->z, frame)[0]};
 }
 
 double travelDirection(const Transform& transform, double frame) {
-    const KeyTrack& first = transform.separated ? transform.positionX.keys : transform.position.keys;
-    const KeyTrack& second = transform.separated ? transform.positionY.keys : transform.position.keys;
+    const KeyTrack& first = transform.separated ? transform.dimensions->x.keys : transform.position.keys;
+    const KeyTrack& second = transform.separated ? transform.dimensions->y.keys : transform.position.keys;
     const KeyTrack& any = first.size() > 1 ? first : second;
     if (any.size() < 2)
         return 0;

@@ -76,6 +76,9 @@ double FrameClock::frameAt(HostTime time) const {
 }
 
 double FrameClock::snap(double frame) {
+    // Nearly every frame is whole, and rounding is a call.
+    if (std::abs(frame) < largestValue && static_cast<double>(static_cast<std::int32_t>(frame)) == frame)
+        return frame;
     const double whole = std::round(frame);
     const double tolerance = std::max(0.001, 2e-6 * std::abs(frame));
     return std::abs(frame - whole) <= tolerance ? whole : frame;

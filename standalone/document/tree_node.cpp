@@ -121,11 +121,11 @@ Stream* transformStream(Transform& transform, NodeKind kind) {
     case K::Position:
         return &transform.position;
     case K::PositionX:
-        return &transform.positionX;
+        return &transform.dimensions.own().x;
     case K::PositionY:
-        return &transform.positionY;
+        return &transform.dimensions.own().y;
     case K::PositionZ:
-        return &transform.positionZ;
+        return &transform.dimensions.own().z;
     case K::Scale:
         return &transform.scale;
     case K::Rotation:

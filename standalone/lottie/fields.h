@@ -231,9 +231,9 @@ inline constexpr std::array transformFields{
 
 /// The separated dimensions of a position.
 inline constexpr std::array dimensionFields{
-    Field<Transform>{"x", FieldUse::Write, FieldForm::Single, &Transform::positionX},
-    Field<Transform>{"y", FieldUse::Write, FieldForm::Single, &Transform::positionY},
-    Field<Transform>{"z", FieldUse::Write, FieldForm::Single, &Transform::positionZ},
+    Field<Dimensions>{"x", FieldUse::Write, FieldForm::Single, &Dimensions::x},
+    Field<Dimensions>{"y", FieldUse::Write, FieldForm::Single, &Dimensions::y},
+    Field<Dimensions>{"z", FieldUse::Write, FieldForm::Single, &Dimensions::z},
 };
 
 /// The members of a property.

@@ -308,14 +308,12 @@ Transform PropertyReader::transform(const JsonValue& object, bool threeD) {
             setMissing(transform.*std::get<Stream Transform::*>(field.member), field.form);
     }
     const JsonValue position = named("p");
-    for (const auto& field : dimensionFields)
-        setMissing(transform.*std::get<Stream Transform::*>(field.member), field.form);
     if (!isSeparated(resolved(position)))
         return transform;
     const JsonValue looked = taken(position);
     transform.separated = true;
     for (const auto& field : dimensionFields) {
-        auto& target = transform.*std::get<Stream Transform::*>(field.member);
+        Stream& target = transform.dimensions.own().*std::get<Stream Dimensions::*>(field.member);
         target = stream(looked[field.name], field.form);
         // What a slot holds is shared, so it is never the place to write one layer's dimension to.
         if (looked.span().begin != position.span().begin)

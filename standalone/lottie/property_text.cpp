@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "standalone/lottie/number_text.h"
 
@@ -10,6 +11,31 @@ namespace jostle::standalone {
 namespace {
 
 using Print = char* (*)(char*, double);
+
+/// A text that is copied many times. Most are short, and are copied with room to spare instead of to their length.
+class FixedText {
+public:
+    static constexpr std::size_t slack = 128; ///< characters behind a copy that may be written over
+
+    explicit FixedText(std::string_view text) : text_(text), size_(text.size()) {
+        text_.resize(std::max(size_, slack), ' ');
+    }
+
+    [[nodiscard]] std::size_t size() const { return size_; }
+
+    /// @return behind the copy
+    [[nodiscard]] char* copyTo(char* at) const {
+        if (size_ <= slack)
+            std::memcpy(at, text_.data(), slack);
+        else
+            std::memcpy(at, text_.data(), size_);
+        return at + size_;
+    }
+
+private:
+    std::string text_;
+    std::size_t size_;
+};
 
 class PropertyPrinter {
 public:
@@ -20,18 +46,21 @@ public:
           components_{static_cast<std::size_t>(stream.components)},
           print_{stream.keys.segments.empty() ? Print{printThousandths} : Print{printShortest}} {}
 
-    [[nodiscard]] std::string value() {
-        std::string out;
+    void value(TextSink& out) {
         if (isAnimated(stream_)) {
-            printKeys(out);
-            return out;
+            if (stream_.keys.segments.empty())
+                printKeys<printThousandths>(out);
+            else
+                printKeys<printShortest>(out);
+            return;
         }
         const double* numbers = stream_.keys.empty() ? stream_.value.data() : stream_.keys.values.data();
+        std::string text;
         if (propertyFacts(form_).most == 1)
-            printNumber(out, finite(numbers[0], 0));
+            printNumber(text, finite(numbers[0], 0));
         else
-            printArray(out, numbers);
-        return out;
+            printArray(text, numbers);
+        out.write(text);
     }
 
 private:
@@ -83,8 +112,15 @@ private:
     }
 
     [[nodiscard]] std::string linearEasing() const {
-        constexpr Components leave{0.167, 0.167, 0.167}, arrive{0.833, 0.833, 0.833};
-        return easing(leave, leave, arrive, arrive);
+        const bool plain = propertyFacts(form_).plainHandles;
+        const auto side = [&](std::string_view sideName, std::string_view number) {
+            std::string numbers = plain ? "" : "[";
+            for (std::size_t c = 0; c < (plain ? 1 : components_); ++c)
+                numbers.append(c > 0 ? style_.comma : "").append(number);
+            numbers += plain ? "" : "]";
+            return style_.comma + name(sideName) + '{' + name("x") + numbers + style_.comma + name("y") + numbers + '}';
+        };
+        return side("o", "0.167") + side("i", "0.833");
     }
 
     /// What follows the value of a key that leads to another one.
@@ -103,47 +139,50 @@ private:
         return out;
     }
 
-    // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and a key is put together
-    // in a small buffer.
-    void printKeys(std::string& out) {
+    // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and the rest is put together
+    // in the sink's own block.
+    template<Print print>
+    void printKeys(TextSink& out) {
         const KeyTrack& keys = stream_.keys;
         const std::string indent = style_.newline.empty() ? "" : style_.newline + style_.indent + style_.unit;
         const std::string between = style_.newline.empty() ? style_.comma : ',' + indent;
-        const std::string begin = '{' + name("t"), middle = style_.comma + name("s") + '[';
-        const std::string linear = linearEasing();
-        out.reserve(keys.size() *
-                    (between.size() + begin.size() + middle.size() + linear.size() + 3 + 9 * components_));
-        out += '[' + indent;
+        const FixedText begin('[' + indent + '{' + name("t")), next(between + '{' + name("t"));
+        const FixedText middle(style_.comma + name("s") + '['), comma(style_.comma);
+        const FixedText linear(']' + linearEasing() + '}');
+        const std::size_t mostOfKey = begin.size() + next.size() + middle.size() + components_ * comma.size() +
+                                      linear.size() + (components_ + 1) * numberTextRoom + FixedText::slack;
         double frame = 0;
-        const auto start = [&](std::size_t key, const double* numbers) {
+        const auto start = [&](std::size_t key, const double* numbers, bool isFirst) {
             frame = std::isfinite(keys.frames[key]) ? keys.frames[key] : frame;
-            char room[4 * numberTextRoom + 64];
-            char* at = print_(std::copy(begin.begin(), begin.end(), room), frame);
-            at = std::copy(middle.begin(), middle.end(), at);
+            char* at = print((isFirst ? begin : next).copyTo(out.room(mostOfKey)), frame);
+            at = middle.copyTo(at);
             for (std::size_t c = 0; c < components_; ++c) {
                 if (c > 0)
-                    at = std::copy(style_.comma.begin(), style_.comma.end(), at);
-                at = print_(at, finite(numbers[c], c));
+                    at = comma.copyTo(at);
+                at = print(at, finite(numbers[c], c));
+            }
+            return at;
+        };
+        const bool plain = keys.segments.empty();
+        const std::size_t last = keys.size() - 1;
+        for (std::size_t key = 0; key <= last; ++key) {
+            char* at = start(key, keys.values.data() + key * components_, key == 0);
+            if (plain && key < last) {
+                out.take(linear.copyTo(at));
+                continue;
             }
             *at++ = ']';
-            out.append(room, static_cast<std::size_t>(at - room));
-        };
-        for (std::size_t key = 0; key < keys.size(); ++key) {
-            if (key > 0)
-                out += between;
-            start(key, keys.values.data() + key * components_);
-            if (key + 1 < keys.size())
-                out += keys.segments.empty() ? linear : segmentText(keys.segments[key]);
-            out += '}';
-            if (key + 1 < keys.size() && !keys.segments.empty() && keys.segments[key].hasEnd) {
-                out += between; // a leap takes two keys at one frame, as in the file that it was read from
-                start(key + 1, keys.segments[key].end.data());
-                out += linear + '}';
-            }
+            out.take(at);
+            if (key < last)
+                out.write(segmentText(keys.segments[key]));
+            out.write("}");
+            if (key < last &&
+                keys.segments[key].hasEnd) // a leap takes two keys at one frame, as in the file it is from
+                out.take(linear.copyTo(start(key + 1, keys.segments[key].end.data(), false)));
         }
         if (!style_.newline.empty())
-            out += style_.newline + style_.indent;
-        out += ']';
+            out.write(style_.newline + style_.indent);
+        out.write("]");
     }
 
     const Stream& stream_;
@@ -156,8 +195,14 @@ private:
 
 } // namespace
 
+void printValue(const Stream& stream, FieldForm form, const TextStyle& style, TextSink& out) {
+    PropertyPrinter(stream, form, style).value(out);
+}
+
 std::string valueText(const Stream& stream, FieldForm form, const TextStyle& style) {
-    return PropertyPrinter(stream, form, style).value();
+    StringSink out;
+    printValue(stream, form, style, out);
+    return out.text();
 }
 
 std::string propertyText(const Stream& stream, FieldForm form, const TextStyle& style) {

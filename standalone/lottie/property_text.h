@@ -10,11 +10,14 @@
 
 namespace jostle::standalone {
 
-/// The text of a property's member `k`: keyframes if the stream moves, else its value.
+/// Prints the text of a property's member `k`: keyframes if the stream moves, else its value.
 ///
 /// Keys without segments, as baked motion has them, are linear and rounded to a thousandth; others keep their easing
 /// and their numbers. In place of a number that is not finite stands the last finite one before it.
 /// @param style  of the object that holds the member
+void printValue(const Stream& stream, FieldForm form, const TextStyle& style, TextSink& out);
+
+/// That text.
 [[nodiscard]] std::string valueText(const Stream& stream, FieldForm form, const TextStyle& style);
 
 /// The text of a property as a whole.

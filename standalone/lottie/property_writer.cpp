@@ -18,9 +18,9 @@ bool sameMotion(const PathStream& a, const PathStream& b) {
 }
 
 /// Gives a property a value in place of what it has, and of what players would prefer to that.
-void replaceValue(ObjectEdit& property, bool animated, std::string value) {
+void replaceValue(ObjectEdit& property, bool animated, TextPrinter value) {
     property.set("a", animated ? "1" : "0");
-    property.set("k", std::move(value));
+    property.setPrinted("k", std::move(value));
     for (const auto& field : propertyFields) {
         if (field.use == FieldUse::Remove)
             property.remove(field.name);
@@ -56,7 +56,8 @@ void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const Strea
         if (losesExpression(property, before.hasExpression, enabled))
             edit.remove("x");
     } else {
-        replaceValue(edit, isAnimated(stream), valueText(stream, form, edit.style()));
+        replaceValue(edit, isAnimated(stream),
+                     [&stream, form, style = edit.style()](TextSink& out) { printValue(stream, form, style, out); });
     }
     edit.commit(edits);
 }
@@ -83,7 +84,8 @@ void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const PathS
         if (losesExpression(property, before.hasExpression, enabled))
             edit.remove("x");
     } else {
-        replaceValue(edit, path.frames.size() > 1, pathValueText(path, rules_, edit.style()));
+        replaceValue(edit, path.frames.size() > 1,
+                     [text = pathValueText(path, rules_, edit.style())](TextSink& out) { out.write(text); });
     }
     edit.commit(edits);
 }

@@ -23,7 +23,8 @@ public:
     /// Style of the document as a whole.
     [[nodiscard]] const TextStyle& style() const { return style_; }
 
-    /// @param edits  takes what changes within the property
+    /// @param stream  has to live until the edits are done
+    /// @param edits   takes what changes within the property
     void write(ObjectEdit& owner, std::string_view name, const Stream& stream, FieldForm form, TextEdits& edits);
     /// @param closedName  the owner's member that tells whether the path is closed, where the version asks for one
     void write(ObjectEdit& owner, std::string_view name, const PathStream& path, std::string_view closedName,

@@ -224,8 +224,8 @@ private:
         for (std::size_t index = 0; index < composition.layers.size(); ++index) {
             const Layer& layer = *composition.layers[index];
             const Transform& t = layer.transform;
-            const auto streams = {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.positionZ,
-                                  &t.scale,  &t.rotation, &t.skew,      &t.skewAxis,  &t.opacity};
+            const auto streams = {&t.anchor, &t.position, &t.dimensions->x, &t.dimensions->y, &t.dimensions->z,
+                                  &t.scale,  &t.rotation, &t.skew,          &t.skewAxis,      &t.opacity};
             if (std::any_of(streams.begin(), streams.end(), [](const Stream* s) { return s->hasExpression; }))
                 names += ++count > most ? "" : (names.empty() ? "" : ", ") + layerTitle(layer, index);
         }

@@ -41,38 +41,43 @@ TextStyle styleOf(const JsonValue& root) {
 }
 
 void TextEdits::replace(SourceSpan span, std::string text) {
-    edits_.push_back({span, std::move(text)});
+    edits_.push_back({span, std::move(text), {}});
+}
+
+void TextEdits::replacePrinted(SourceSpan span, TextPrinter print) {
+    edits_.push_back({span, {}, std::move(print)});
 }
 
 void TextEdits::append(TextEdits&& others) {
     std::move(others.edits_.begin(), others.edits_.end(), std::back_inserter(edits_));
 }
 
-std::string TextEdits::applied(std::string_view source) const {
-    return applied(source, {0, static_cast<std::uint32_t>(source.size())});
-}
-
-std::string TextEdits::applied(std::string_view source, SourceSpan part) const {
+void TextEdits::apply(std::string_view source, SourceSpan part, TextSink& out) const {
     std::vector<const Edit*> order;
-    std::size_t size = part.end - part.begin;
     for (const Edit& edit : edits_) {
-        order.push_back(&edit);
-        size += edit.text.size();
+        if (part.begin <= edit.span.begin && edit.span.end <= part.end)
+            order.push_back(&edit);
     }
     // What is inserted at a place comes before what is taken away from there on.
     std::stable_sort(order.begin(), order.end(), [](const Edit* a, const Edit* b) {
         return a->span.begin != b->span.begin ? a->span.begin < b->span.begin : a->span.empty() && !b->span.empty();
     });
-    std::string out;
-    out.reserve(size);
     std::size_t reached = part.begin;
     for (const Edit* edit : order) {
-        out.append(source, reached, edit->span.begin - reached);
-        out += edit->text;
+        out.write(source.substr(reached, edit->span.begin - reached));
+        if (edit->print)
+            edit->print(out);
+        else
+            out.write(edit->text);
         reached = edit->span.end;
     }
-    out.append(source, reached, part.end - reached);
-    return out;
+    out.write(source.substr(reached, part.end - reached));
+}
+
+std::string TextEdits::applied(std::string_view source, SourceSpan part) const {
+    StringSink out;
+    apply(source, part, out);
+    return out.text();
 }
 
 TextStyle ObjectText::innerStyle() const {
@@ -164,8 +169,7 @@ void ObjectEdit::set(std::string_view name, std::string value) {
     if (const JsonValue present = object_[name]) {
         if (present.text() == value)
             return;
-        replaced_.push_back(present.span());
-        replacements_.push_back(std::move(value));
+        replaced_.replace(present.span(), std::move(value));
         return;
     }
     if (!inserted_.empty())
@@ -181,13 +185,22 @@ void ObjectEdit::setString(std::string_view name, std::string_view utf8) {
     set(name, std::move(quoted));
 }
 
+void ObjectEdit::setPrinted(std::string_view name, TextPrinter print) {
+    if (const JsonValue present = object_[name]) {
+        replaced_.replacePrinted(present.span(), std::move(print));
+        return;
+    }
+    StringSink text;
+    print(text);
+    set(name, text.text());
+}
+
 void ObjectEdit::remove(std::string_view name) {
     removed_.emplace_back(name);
 }
 
 void ObjectEdit::commit(TextEdits& edits) {
-    for (std::size_t i = 0; i < replaced_.size(); ++i)
-        edits.replace(replaced_[i], std::move(replacements_[i]));
+    edits.append(std::move(replaced_));
 
     // A removed member goes with what parts it from the member kept before it, or, without one, after it.
     std::uint32_t keptEnd = 0;      // end of the last member kept

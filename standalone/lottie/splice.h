@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "standalone/document/stream.h"
 #include "standalone/lottie/json_tree.h"
+#include "standalone/lottie/text_sink.h"
 
 namespace jostle::standalone {
 
@@ -22,22 +24,28 @@ struct TextStyle {
 /// The style of a document, as its root object shows it.
 [[nodiscard]] TextStyle styleOf(const JsonValue& root);
 
+/// Prints a text that is too large to be kept until it is written.
+using TextPrinter = std::function<void(TextSink&)>;
+
 /// Edits of a text, each a span and what takes its place. Spans must not overlap.
 class TextEdits {
 public:
     void replace(SourceSpan span, std::string text);
+    /// @param print  called whenever the edits are done
+    void replacePrinted(SourceSpan span, TextPrinter print);
     [[nodiscard]] bool empty() const { return edits_.empty(); }
     /// Adds the edits of another set.
     void append(TextEdits&& others);
-    /// The text with all edits done; every byte outside of them as it was.
-    [[nodiscard]] std::string applied(std::string_view source) const;
-    /// The same of a part of the text, which all edits lie in.
+    /// Writes a part of the text with the edits done that lie in it; every byte outside of them as it was.
+    void apply(std::string_view source, SourceSpan part, TextSink& out) const;
+    /// That part as a string.
     [[nodiscard]] std::string applied(std::string_view source, SourceSpan part) const;
 
 private:
     struct Edit {
         SourceSpan span;
         std::string text;
+        TextPrinter print; ///< in place of the text, if there is one
     };
     std::vector<Edit> edits_;
 };
@@ -94,6 +102,8 @@ public:
     /// Gives a member a value, inserting it at the end if there is none; of doubled members the last changes.
     void set(std::string_view name, std::string value);
     void setString(std::string_view name, std::string_view utf8);
+    /// As `set`, of a value that a present member gets only when the edits are done.
+    void setPrinted(std::string_view name, TextPrinter print);
     /// Takes a member out, all of them if it is doubled.
     void remove(std::string_view name);
     /// Hands the changes on; only once.
@@ -104,8 +114,7 @@ private:
 
     JsonValue object_;
     TextStyle style_;
-    std::vector<SourceSpan> replaced_;
-    std::vector<std::string> replacements_;
+    TextEdits replaced_;   ///< values of members
     std::string inserted_; ///< members with a comma between them
     std::vector<std::string> removed_;
 };

@@ -10,8 +10,9 @@ namespace jostle::standalone {
 
 namespace {
 
-const Stream& streamOf(const Transform& transform, const Field<Transform>& field) {
-    return transform.*std::get<Stream Transform::*>(field.member);
+template<class Record>
+const Stream& streamOf(const Record& record, const Field<Record>& field) {
+    return record.*std::get<Stream Record::*>(field.member);
 }
 
 std::string_view memberName(const Field<Transform>& field, const JsonValue& object, bool threeD) {
@@ -19,13 +20,13 @@ std::string_view memberName(const Field<Transform>& field, const JsonValue& obje
 }
 
 bool dimensionsChanged(const Transform& transform) {
-    return transform.positionX.changed || transform.positionY.changed || transform.positionZ.changed;
+    return transform.dimensions->x.changed || transform.dimensions->y.changed || transform.dimensions->z.changed;
 }
 
 std::string separatedText(const Transform& transform, const TextStyle& style) {
     std::string text = "{\"s\"" + style.colon + "true";
     for (const auto& field : dimensionFields) {
-        const Stream& stream = streamOf(transform, field);
+        const Stream& stream = streamOf(*transform.dimensions, field);
         if (field.name != "z" || stream.changed)
             text += style.comma + '"' + std::string(field.name) + '"' + style.colon +
                     propertyText(stream, field.form, style);
@@ -52,7 +53,7 @@ void writePosition(PropertyWriter& properties, const Transform& transform, Objec
     inner.set("s", "true"); // some players refuse a 1
     inner.remove("sid");
     for (const auto& field : dimensionFields)
-        properties.write(inner, field.name, streamOf(transform, field), field.form, edits);
+        properties.write(inner, field.name, streamOf(*transform.dimensions, field), field.form, edits);
     inner.commit(edits);
 }
 

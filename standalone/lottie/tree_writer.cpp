@@ -97,10 +97,10 @@ void TreeWriter::writeNode(const TreeNode& node, TextEdits& edits) {
     edit.commit(edits);
 }
 
-Stream TreeWriter::asInFile(const TreeNode& leaf) const {
-    Stream stream = *leaf.own;
+const Stream& TreeWriter::asInFile(const TreeNode& leaf) {
     if (leaf.kind != NodeKind::FillColor && leaf.kind != NodeKind::StrokeColor)
-        return stream;
+        return *leaf.own;
+    Stream& stream = converted_.emplace_back(*leaf.own);
     const double factor = properties_.rules().coloursTo255 ? 255 : 1;
     for (double& number : stream.value)
         number *= factor;
@@ -116,7 +116,7 @@ void TreeWriter::writeLeaves(const TreeNode& node, ObjectEdit& edit, TextEdits& 
             properties_.write(edit, name, *leaf->path, closedName(leaf->kind), edits);
         } else if (leaf->own && leaf->own->changed) {
             const FieldForm form = fieldFormOf(leaf->kind);
-            const Stream stream = asInFile(*leaf);
+            const Stream& stream = asInFile(*leaf);
             if (form == FieldForm::Plain)
                 edit.set(name, valueText(stream, form, edit.style()));
             else if (leaf->hasSeparatedSource)
@@ -212,7 +212,7 @@ void TreeWriter::addLeaves(const TreeNode& node, ObjectText& text) {
                          (path.values.empty() ? path.value : path.values.front()).closed ? "true" : "false");
         } else if (leaf->own && (leaf->kind != NodeKind::MaskFeather || isGiven(*leaf))) {
             const FieldForm form = fieldFormOf(leaf->kind);
-            const Stream stream = asInFile(*leaf);
+            const Stream& stream = asInFile(*leaf);
             text.add(name, form == FieldForm::Plain ? valueText(stream, form, text.style())
                                                     : propertyText(stream, form, text.style()));
         }

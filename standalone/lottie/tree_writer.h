@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -34,9 +35,10 @@ private:
     [[nodiscard]] std::string newNode(const TreeNode& node, const TextStyle& style);
     void addLeaves(const TreeNode& node, ObjectText& text);
     [[nodiscard]] TextStyle styleWithin(const JsonValue& list, const TextStyle& owner) const;
-    [[nodiscard]] Stream asInFile(const TreeNode& leaf) const;
+    [[nodiscard]] const Stream& asInFile(const TreeNode& leaf);
 
     PropertyWriter& properties_;
+    std::deque<Stream> converted_; ///< colours in the numbers of the file
 };
 
 } // namespace jostle::standalone

@@ -34,18 +34,27 @@ public:
           trees_{properties_},
           references_{root_["layers"], composition} {}
 
-    [[nodiscard]] std::string write() {
+    void write(TextSink& out) {
         ObjectEdit root(root_, properties_.style());
         if (composition_.changed)
             writeComposition(root);
-        if (references_.isReordered()) {
+        const bool listed = references_.isReordered();
+        if (listed)
             writeList(root);
-        } else {
-            for (const auto& layer : composition_.layers)
-                writeLayer(*layer, edits_);
-        }
         root.commit(edits_);
-        return edits_.empty() ? source_.text : edits_.applied(source_.text);
+        std::uint32_t reached = 0;
+        // Each layer is done with before the next one begins: their keys may come to far more text than the file had.
+        for (const auto& layer : composition_.layers) {
+            TextEdits own;
+            if (!listed)
+                writeLayer(*layer, own);
+            if (own.empty())
+                continue;
+            edits_.apply(source_.text, {reached, layer->source.begin}, out);
+            own.apply(source_.text, layer->source, out);
+            reached = layer->source.end;
+        }
+        edits_.apply(source_.text, {reached, static_cast<std::uint32_t>(source_.text.size())}, out);
     }
 
 private:
@@ -176,13 +185,19 @@ private:
     PropertyWriter properties_;
     TreeWriter trees_;
     LayerReferences references_;
-    TextEdits edits_;
+    TextEdits edits_; ///< of the document, outside of its layers
 };
 
 } // namespace
 
+void writeLottie(const LottieSource& source, const Composition& composition, TextSink& out) {
+    DocumentWriter(source, composition).write(out);
+}
+
 std::string writeLottie(const LottieSource& source, const Composition& composition) {
-    return DocumentWriter(source, composition).write();
+    StringSink out;
+    writeLottie(source, composition, out);
+    return out.text();
 }
 
 } // namespace jostle::standalone

@@ -47,10 +47,9 @@ inline void addPreview(CLI::App& solve, std::string& preview, PictureOptions& op
     }
 }
 
-/// Adds the command that makes pictures.
-/// @param setDescription, animationDescription  as for the other commands
-inline void addRender(CLI::App& app, RenderOptions& options, const char* setDescription,
-                      const char* animationDescription) {
+/// Adds the command that makes pictures, without its settings.
+/// @param animationDescription  as for the other commands
+inline CLI::App& addRender(CLI::App& app, RenderOptions& options, const char* animationDescription) {
     CLI::App* command = app.add_subcommand(
         "render", "Simulates the layers and writes what the preview shows as a picture, still or moving.");
     command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
@@ -58,11 +57,6 @@ inline void addRender(CLI::App& app, RenderOptions& options, const char* setDesc
         ->required()
         ->type_name("OUT");
     command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
-    command->add_option("--set", options.sets, setDescription)
-        ->type_name("KEY=VALUE")
-        ->expected(1)
-        ->take_all()
-        ->allow_extra_args(false);
     command->add_flag("--separate", options.separate,
                       "First splits layers with several masks or groups, so that each part moves on its own");
     command->add_option("--frame", options.frame, "Which frame, of a .png; 0 without it")
@@ -81,6 +75,7 @@ inline void addRender(CLI::App& app, RenderOptions& options, const char* setDesc
         ->check(CLI::Range(1, greatestFrame));
     addPictureOptions(*command, options.picture);
     command->add_flag("-q,--quiet", options.quiet, "Says nothing unless something is wrong");
+    return *command;
 }
 
 } // namespace jostle::standalone

@@ -6,12 +6,12 @@
 
 #include "host/host_layer_motion.h"
 #include "host/layer_import.h"
+#include "persistence/target_file.h"
 #include "simulation/simulation_clock.h"
-#include "standalone/commands/layer_names.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/plugin_session.h"
 #include "standalone/commands/separate.h"
-#include "standalone/commands/target_file.h"
+#include "standalone/commands/settings_input.h"
 #include "standalone/pictures/film.h"
 
 namespace jostle::standalone {
@@ -28,7 +28,7 @@ private:
     std::optional<Refusal> checkOptions();
     std::optional<Refusal> chooseFrames(const Composition& composition);
     bool readScene(const HostContext& context);
-    bool applySettings(const ImportReport& report);
+    bool applySettings(const HostContext& context, const ImportReport& report);
     void simulate(const HostContext& context);
     bool save();
 
@@ -82,19 +82,16 @@ std::optional<Refusal> RenderRun::chooseFrames(const Composition& composition) {
     return chooseRange(wanted, composition, range_);
 }
 
-// What comes from elsewhere, such as a file of settings, belongs before these: the command line has the last word.
-bool RenderRun::applySettings(const ImportReport& report) {
-    const std::vector<NamedLayer> layers = namedLayers(report);
-    for (const std::string& text : options_.sets) {
-        const std::optional<SettingOverride> setting = parseOverride(text);
-        if (!setting) {
-            refuse({"--set " + text, "is not KEY=VALUE with a key such as floor.type or gravity.magnitude"});
-            return false;
-        }
-        if (const std::optional<std::string> error = applyOverride(*setting, scene_, layers)) {
-            refuse({"--set " + text, *error});
-            return false;
-        }
+bool RenderRun::applySettings(const HostContext& context, const ImportReport& report) {
+    SnapshotStrip unused;
+    const SettingsTarget target{scene_, unused, layerAccess(context, scene_, report, nullptr)};
+    if (!options_.settings.empty() && !applySettingsFile(context, options_.settings, target, options_.quiet)) {
+        status_ = exitFailed;
+        return false;
+    }
+    if (const std::optional<Refusal> refusal = applySets("--set", options_.sets, report, target)) {
+        refuse(*refusal);
+        return false;
     }
     return true;
 }
@@ -111,7 +108,7 @@ bool RenderRun::readScene(const HostContext& context) {
     if (report.error != A_Err_NONE) {
         return fail(options_.input, "the layers cannot be read (host error " + std::to_string(report.error) + ")");
     }
-    return applySettings(report);
+    return applySettings(context, report);
 }
 
 void RenderRun::simulate(const HostContext& context) {

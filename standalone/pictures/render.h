@@ -12,6 +12,7 @@ struct RenderOptions {
     std::string input;
     std::string animation;         ///< identifier in an archive; empty for the first
     std::string output;            ///< ends in .png or .gif
+    std::string settings;          ///< settings file; empty: none
     std::vector<std::string> sets; ///< KEY=VALUE
     std::optional<int> frame;      ///< of a still picture; without it 0
     std::optional<int> startFrame; ///< of a moving one; without it the start of the work area

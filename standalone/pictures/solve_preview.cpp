@@ -5,25 +5,26 @@
 #include <optional>
 #include <utility>
 
+#include "persistence/target_file.h"
 #include "standalone/commands/load.h"
-#include "standalone/commands/solve.h"
-#include "standalone/commands/target_file.h"
+#include "standalone/commands/solve_batch.h"
 #include "standalone/pictures/film.h"
 
 namespace jostle::standalone {
 
 namespace {
 
-std::optional<Refusal> checkPreview(const SolveOptions& options, const std::string& preview,
+std::optional<Refusal> checkPreview(const SolveRequest& request, const std::string& preview,
                                     const PictureOptions& picture, PictureLook& look) {
+    if (request.inputs.size() != 1 || !request.sweeps.empty()) {
+        return Refusal{"--preview",
+                       "goes with one input and without --sweep; \"jostle render\" makes further pictures"};
+    }
     if (pictureKind(preview) != PictureKind::Moving) {
         return Refusal{preview, "is no name for a moving picture; give --preview one that ends in .gif"};
     }
-    std::string output;
-    if (std::optional<Refusal> refusal = choosePaths(options, output)) {
-        return refusal;
-    }
-    for (const std::string& other : {options.input, output, options.samples}) {
+    for (const std::string& other :
+         {request.inputs.front(), request.options.output.value_or(""), request.options.samples}) {
         if (!other.empty() && checkOutput(other, preview)) {
             return Refusal{preview, "is the input, the result or the samples; give --preview another file"};
         }
@@ -33,12 +34,12 @@ std::optional<Refusal> checkPreview(const SolveOptions& options, const std::stri
 
 } // namespace
 
-int runSolveWithPreview(SolveOptions options, const std::string& preview, const PictureOptions& picture) {
+int runWithPreview(SolveRequest request, const std::string& preview, const PictureOptions& picture) {
     if (preview.empty()) {
-        return runSolve(options);
+        return runSolveRequest(request);
     }
     PictureLook look;
-    if (const std::optional<Refusal> refusal = checkPreview(options, preview, picture, look)) {
+    if (const std::optional<Refusal> refusal = checkPreview(request, preview, picture, look)) {
         complain(refusal->about, refusal->message);
         return exitWrongUse;
     }
@@ -47,8 +48,8 @@ int runSolveWithPreview(SolveOptions options, const std::string& preview, const 
         return exitFailed;
     }
     Film film(look, 0);
-    options.watch = [&film](const Scene& scene, int frame) { film.add(scene, frame); };
-    const int status = runSolve(options);
+    request.options.watch = [&film](const Scene& scene, int frame) { film.add(scene, frame); };
+    const int status = runSolveRequest(request);
     if (status != exitDone) {
         return status;
     }
@@ -67,7 +68,7 @@ int runSolveWithPreview(SolveOptions options, const std::string& preview, const 
         complain(preview, *error);
         return exitFailed;
     }
-    if (!options.quiet && !options.json) {
+    if (!request.options.quiet && !request.options.json) {
         std::printf("%s: the same in %d pictures\n", preview.c_str(), film.pictures());
     }
     return exitDone;

@@ -10,6 +10,6 @@ namespace jostle::standalone {
 /// `solve` with a moving picture of what it simulates, made in the same run: the file follows once the result is saved.
 /// @param preview  the picture's file, ending in .gif; empty for none
 /// @return an ExitStatus; anything but exitDone comes with a line on standard error
-[[nodiscard]] int runSolveWithPreview(SolveOptions options, const std::string& preview, const PictureOptions& picture);
+[[nodiscard]] int runWithPreview(SolveRequest request, const std::string& preview, const PictureOptions& picture);
 
 } // namespace jostle::standalone

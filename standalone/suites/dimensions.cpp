@@ -42,10 +42,11 @@ void takeDimension(const Stream& position, std::size_t dimension, Stream& follow
 
 Stream joined(const Transform& transform) {
     Stream position = transform.position;
-    const bool hasDepth = transform.positionZ.value[0] != 0 || !transform.positionZ.keys.empty();
+    const Dimensions& dimensions = *transform.dimensions;
+    const bool hasDepth = dimensions.z.value[0] != 0 || !dimensions.z.keys.empty();
     position.components = hasDepth ? 3 : 2;
     position.keys = {};
-    for (const Stream* dimension : {&transform.positionX, &transform.positionY, &transform.positionZ}) {
+    for (const Stream* dimension : {&dimensions.x, &dimensions.y, &dimensions.z}) {
         std::vector<double> frames;
         std::set_union(position.keys.frames.begin(), position.keys.frames.end(), dimension->keys.frames.begin(),
                        dimension->keys.frames.end(), std::back_inserter(frames));
@@ -70,12 +71,13 @@ void setDimensionsSeparated(LayerEntry& entry, bool separated) {
     Journal& journal = state().journal;
     journal.touchLayer(entry);
     if (separated) {
-        const std::array followers{&transform.positionX, &transform.positionY, &transform.positionZ};
+        Dimensions& dimensions = transform.dimensions.own();
+        const std::array followers{&dimensions.x, &dimensions.y, &dimensions.z};
         for (std::size_t dimension = 0; dimension < followers.size(); ++dimension) {
             journal.touchStream(entry, *followers[dimension]);
             takeDimension(transform.position, dimension, *followers[dimension]);
         }
-        transform.positionZ.changed = transform.position.components > 2; // else there is nothing to tell
+        dimensions.z.changed = transform.position.components > 2; // else there is nothing to tell
     } else {
         journal.touchStream(entry, transform.position);
         transform.position = joined(transform);

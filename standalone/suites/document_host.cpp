@@ -138,14 +138,14 @@ DocumentHost::DocumentHost(std::unique_ptr<Composition> root, std::string projec
     assert(!hostLives && "one host at a time");
     hostLives = true;
     acquired.fill(0);
-    setState(state_.get());
+    currentState = state_.get();
 }
 
 DocumentHost::~DocumentHost() {
     for (const DeathHook& hook : state_->deathHooks)
         hook.hook(state_->global, hook.refcon);
     state_->preferences.flush();
-    setState(nullptr);
+    currentState = nullptr;
     hostLives = false;
 }
 

@@ -13,7 +13,8 @@ void forEachStream(Layer& layer, const TreeNode& leaf, const Visit& visit) {
     if (leaf.path != nullptr) {
         visit(*leaf.path);
     } else if (isSeparatedLeader(layer, leaf)) {
-        for (Stream* stream : {&transform.positionX, &transform.positionY, &transform.positionZ})
+        Dimensions& dimensions = transform.dimensions.own();
+        for (Stream* stream : {&dimensions.x, &dimensions.y, &dimensions.z})
             visit(*stream);
     } else if (leaf.stream != nullptr) {
         visit(*leaf.stream);

@@ -33,11 +33,16 @@ public:
 
     /// The entry, at an address that holds until it is removed; null for a handle that is not out.
     [[nodiscard]] Entry* find(Handle handle) {
+        // Calls come in rows for the same thing.
+        if (handle == lastHandle_ && lastEntry_ != nullptr)
+            return lastEntry_;
         const auto wanted = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
         const std::size_t place = static_cast<std::size_t>((wanted & 0xFFFFFFFFu) >> 4) - 1;
         if (place >= slots_.size() || !slots_[place].entry || code(place) != wanted)
             return nullptr;
-        return &*slots_[place].entry;
+        lastHandle_ = handle;
+        lastEntry_ = &*slots_[place].entry;
+        return lastEntry_;
     }
 
     /// Whether the handle is of this family and was given back.
@@ -51,6 +56,7 @@ public:
     void remove(Handle handle) {
         const auto wanted = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
         const std::size_t place = static_cast<std::size_t>((wanted & 0xFFFFFFFFu) >> 4) - 1;
+        lastEntry_ = nullptr;
         slots_[place].entry.reset();
         ++slots_[place].generation;
         free_.push_back(place);
@@ -74,6 +80,8 @@ private:
     std::uint8_t family_;
     std::deque<Slot> slots_;
     std::vector<std::size_t> free_;
+    Handle lastHandle_{};        ///< found last
+    Entry* lastEntry_ = nullptr; ///< its entry; null if it may be gone
 };
 
 } // namespace jostle::standalone

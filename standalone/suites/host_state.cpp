@@ -1,7 +1,6 @@
 #include "standalone/suites/host_state.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cstring>
 #include <limits>
 
@@ -15,18 +14,7 @@ namespace {
 
 constexpr AEGP_Command firstFreeCommand = 10000; // above the host's own
 
-HostState* currentState = nullptr;
-
 } // namespace
-
-HostState& state() {
-    assert(currentState != nullptr && "the suites are used only while a DocumentHost lives");
-    return *currentState;
-}
-
-void setState(HostState* current) {
-    currentState = current;
-}
 
 HostState::HostState(std::unique_ptr<Composition> root, std::string name, std::string path,
                      std::filesystem::path preferencesFile)
@@ -164,6 +152,7 @@ bool HostState::disposeStream(AEGP_StreamRefH handle) {
         return false;
     }
     --streamsOut;
+    ++streamsDisposed;
     ref->disposed = true;
     if (ref->openValues == 0)
         streams.remove(handle);
@@ -279,12 +268,6 @@ void HostState::reportOnce(std::string text) {
 A_Err HostState::note(Misuse misuse, A_Err error) {
     misuses.push_back(misuse);
     return error;
-}
-
-bool HostState::isValid(const A_Time* time) {
-    if (time != nullptr && time->scale == 0)
-        note(Misuse::TimeWithoutScale);
-    return time != nullptr && time->scale != 0;
 }
 
 bool HostState::dispatch(AEGP_Command command) {

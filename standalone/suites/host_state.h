@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cassert>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -81,8 +83,10 @@ struct Collection {
 struct KeyBatch {
     AEGP_StreamRefH stream = nullptr;
     std::size_t components = 1;        ///< numbers per key; 0 for outlines
-    KeyTrack keys;                     ///< of outlines the frames alone
+    KeyTrack keys{};                   ///< of outlines the frames alone
     std::vector<PathValue> outlines{}; ///< one for each key
+    StreamRef* target = nullptr;       ///< what `stream` led to when the host's `revision` was `checkedAt`
+    std::uint64_t checkedAt = 0;
 };
 
 /// Copies of elements and masks, cut off from where they were.
@@ -128,6 +132,9 @@ public:
     /// Ends a reference. @return false if it is not out
     bool disposeStream(AEGP_StreamRefH handle);
 
+    /// Another number whenever a stream that was usable may not be so any longer.
+    [[nodiscard]] std::uint64_t revision() const { return journal.changes() + streamsDisposed; }
+
     /// Fills a record with a value read through a reference, counted as handed out.
     void giveValue(AEGP_StreamRefH handle, StreamRef& ref, const AEGP_StreamVal2& value, AEGP_StreamValue2& record);
     void releaseValue(AEGP_StreamRefH handle, StreamRef& ref);
@@ -166,7 +173,11 @@ public:
             note(misuse);
     }
     /// Whether a time may be used; notes it if it may not.
-    [[nodiscard]] bool isValid(const A_Time* time);
+    [[nodiscard]] bool isValid(const A_Time* time) {
+        if (time != nullptr && time->scale == 0)
+            note(Misuse::TimeWithoutScale);
+        return time != nullptr && time->scale != 0;
+    }
 
     /// Passes a command to the hooks. @return whether one handled it
     bool dispatch(AEGP_Command command);
@@ -198,14 +209,21 @@ public:
     AEGP_GlobalRefcon global = nullptr;
     AEGP_Command lastCommand;
     int streamsOut = 0, valuesOut = 0;
+    std::uint64_t streamsDisposed = 0;
+    KeyTrack spareKeys; ///< of a batch that has ended, for its memory
 
 private:
     AEGP_ItemH itemHandle(const std::shared_ptr<const Item>& item);
 };
 
+/// The living host's; null without one.
+inline HostState* currentState = nullptr;
+
 /// The state behind the tables. They are used only while a DocumentHost lives.
-[[nodiscard]] HostState& state();
-void setState(HostState* current);
+[[nodiscard]] inline HostState& state() {
+    assert(currentState != nullptr && "the suites are used only while a DocumentHost lives");
+    return *currentState;
+}
 
 [[nodiscard]] inline A_Time toHost(HostTime time) {
     return {time.value, time.scale};

@@ -20,6 +20,7 @@ bool Journal::end() {
 }
 
 bool Journal::isFirstTouch(const void* thing) {
+    ++changes_;
     return open_ && touched_.insert(thing).second;
 }
 
@@ -111,6 +112,7 @@ void Journal::restore(const LayerImage& image) {
 bool Journal::undo(std::vector<AEGP_CompH>& dropped) {
     if (open_ || groups_.empty())
         return false;
+    ++changes_;
     Group group = std::move(groups_.back());
     groups_.pop_back();
     // The layers first: what follows is for those that are there again.

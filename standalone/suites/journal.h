@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -26,6 +27,9 @@ public:
 
     /// @return false if no group is open
     bool end();
+
+    /// Grows with every change of the document, in a group or not.
+    [[nodiscard]] std::uint64_t changes() const { return changes_; }
 
     // To be called before a change.
     void touchStream(LayerEntry& entry, Stream& stream);
@@ -92,6 +96,7 @@ private:
 
     std::vector<Group> groups_;
     std::unordered_set<const void*> touched_; ///< in the open group
+    std::uint64_t changes_ = 0;
     bool open_ = false;
 };
 

@@ -88,7 +88,7 @@ A_Err startAddKeyframes(AEGP_StreamRefH handle, AEGP_AddKeyframesInfoH* batch) {
         return A_Err_PARAMETER;
     if (ref->node->kind == NodeKind::StarType)
         return state().refuse("AEGP_StartAddKeyframes for the type of a star"); // a plain number in the file
-    *batch = state().batches.add({handle, keyComponents(*ref->node), {}});
+    *batch = state().batches.add({handle, keyComponents(*ref->node), std::move(state().spareKeys)});
     return A_Err_NONE;
 }
 
@@ -100,9 +100,22 @@ KeyBatch* batchOf(AEGP_AddKeyframesInfoH handle) {
 }
 
 /// What a batch is for, if its stream is still usable and still has the components that the batch began with.
-StreamRef* targetOf(const KeyBatch* batch) {
-    StreamRef* ref = batch == nullptr ? nullptr : keyedLeaf(batch->stream);
-    return ref != nullptr && keyComponents(*ref->node) == batch->components ? ref : nullptr;
+StreamRef* targetOf(KeyBatch* batch) {
+    if (batch == nullptr)
+        return nullptr;
+    // Asked for with every key, and as a rule nothing has happened since the last one.
+    if (batch->target != nullptr && batch->checkedAt == state().revision())
+        return batch->target;
+    StreamRef* ref = keyedLeaf(batch->stream);
+    batch->target = ref != nullptr && keyComponents(*ref->node) == batch->components ? ref : nullptr;
+    batch->checkedAt = state().revision();
+    return batch->target;
+}
+
+/// As `HostState::isValueFor`. A value that was read from the batch's own stream is of its type.
+bool isValueFor(const KeyBatch& batch, const StreamRef& ref, const AEGP_StreamValue2* value) {
+    const bool isOwn = value != nullptr && value->streamH == batch.stream && ref.openValues > 0;
+    return (isOwn && ref.node->path == nullptr) || state().isValueFor(*ref.node, value);
 }
 
 A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_Time* time, A_long* index) {
@@ -118,7 +131,8 @@ A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_T
         batch->outlines.push_back(valueAt(*ref->node->path, frame));
     } else {
         const Components value = leafValueAt(*ref->layer->layer, *ref->node, frame);
-        batch->keys.values.insert(batch->keys.values.end(), value.data(), value.data() + batch->components);
+        for (std::size_t c = 0; c < batch->components; ++c)
+            batch->keys.values.push_back(value[c]);
     }
     return A_Err_NONE;
 }
@@ -127,7 +141,7 @@ A_Err setAddKeyframe(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_Str
     KeyBatch* batch = batchOf(handle);
     const StreamRef* ref = targetOf(batch);
     if (ref == nullptr || index < 0 || static_cast<std::size_t>(index) >= batch->keys.frames.size() ||
-        !state().isValueFor(*ref->node, value))
+        !isValueFor(*batch, *ref, value))
         return A_Err_PARAMETER;
     const auto place = static_cast<std::size_t>(index);
     if (ref->node->path != nullptr) {
@@ -153,7 +167,11 @@ A_Err endAddKeyframes(A_Boolean commit, AEGP_AddKeyframesInfoH handle) {
     if (ref != nullptr && ref->node->path != nullptr)
         addKeys(*ref->layer, *ref->node->path, batch->keys.frames, batch->outlines);
     else if (ref != nullptr)
-        addKeys(*ref->layer, *ref->node, std::move(batch->keys));
+        addKeys(*ref->layer, *ref->node, batch->keys);
+    // The next batch begins with its memory.
+    batch->keys.frames.resize(0);
+    batch->keys.values.resize(0);
+    state().spareKeys = std::move(batch->keys);
     state().batches.remove(handle);
     return commit && ref == nullptr ? A_Err_PARAMETER : A_Err_NONE;
 }

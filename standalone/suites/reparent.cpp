@@ -91,10 +91,11 @@ Pose decompose(const Matrix4d& wanted, const Matrix4d& lean, bool mirrored, doub
 void foldPosition(LayerEntry& entry, double x, double y) {
     Transform& transform = entry.layer->transform;
     if (transform.separated) {
-        if (transform.positionX.keys.empty())
-            setStaticValue(entry, transform.positionX, 1, {x, 0, 0});
-        if (transform.positionY.keys.empty())
-            setStaticValue(entry, transform.positionY, 1, {y, 0, 0});
+        Dimensions& dimensions = transform.dimensions.own();
+        if (dimensions.x.keys.empty())
+            setStaticValue(entry, dimensions.x, 1, {x, 0, 0});
+        if (dimensions.y.keys.empty())
+            setStaticValue(entry, dimensions.y, 1, {y, 0, 0});
     } else if (transform.position.keys.empty()) {
         setStaticValue(entry, transform.position, 2, {x, y, 0});
     }

@@ -162,16 +162,16 @@ void deleteKey(LayerEntry& entry, Stream& stream, std::size_t index) {
     stream.changed = true;
 }
 
-void addKeys(LayerEntry& entry, const TreeNode& leaf, KeyTrack batch) {
+void addKeys(LayerEntry& entry, const TreeNode& leaf, const KeyTrack& batch) {
     if (batch.empty())
         return;
     Stream& stream = *leaf.stream;
     state().journal.touchStream(entry, stream);
     stream.components = storedComponents(stream, suiteComponents(leaf));
     const auto components = static_cast<std::size_t>(stream.components);
-    if (!rises(batch.frames))
-        batch = ordered(batch, components);
-    stream.keys = stream.keys.empty() ? std::move(batch) : merged(stream.keys, batch, components);
+    // A copy takes just the memory that it needs.
+    KeyTrack added = rises(batch.frames) ? batch : ordered(batch, components);
+    stream.keys = stream.keys.empty() ? std::move(added) : merged(stream.keys, added, components);
     stream.changed = true;
 }
 

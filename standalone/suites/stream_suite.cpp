@@ -63,8 +63,8 @@ A_Err isStreamTimevarying(AEGP_StreamRefH handle, A_Boolean* timeVarying) {
     if (ref->node->path != nullptr)
         varies = varies || ref->node->path->frames.size() > 1;
     else if (isSeparatedLeader(layer, *ref->node))
-        varies = varies || isAnimated(transform.positionX) || isAnimated(transform.positionY) ||
-                 isAnimated(transform.positionZ);
+        varies = varies || isAnimated(transform.dimensions->x) || isAnimated(transform.dimensions->y) ||
+                 isAnimated(transform.dimensions->z);
     else
         varies = varies || isAnimated(*ref->node->stream);
     *timeVarying = varies;
@@ -137,7 +137,8 @@ A_Err setStreamValue(AEGP_PluginID, AEGP_StreamRefH handle, AEGP_StreamValue2* v
         setStaticValue(entry, *ref->node->stream, suiteComponents(*ref->node), components);
         return A_Err_NONE;
     }
-    const std::array followers{&transform.positionX, &transform.positionY, &transform.positionZ};
+    Dimensions& dimensions = transform.dimensions.own();
+    const std::array followers{&dimensions.x, &dimensions.y, &dimensions.z};
     for (const Stream* follower : followers) {
         if (!follower->keys.empty())
             return state().note(Misuse::ValueSetOverKeys, A_Err_GENERIC);

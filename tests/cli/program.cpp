@@ -9,6 +9,8 @@
 
 #include <sys/wait.h>
 
+#include "tests/support/own_path.h"
+
 namespace jostle::test {
 
 namespace fs = std::filesystem;
@@ -27,12 +29,29 @@ std::string readAll(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// Runs the program from a shell.
+/// @param after  what the shell does after starting it in the background; empty: it waits for it
+ProgramRun runInShell(const fs::path& folder, const std::vector<std::string>& arguments, const std::string& after) {
+    const fs::path streams = folder.string() + ".streams";
+    fs::create_directories(streams);
+    std::string command = "cd " + quoted(folder.string()) + " && { " + quoted(JOSTLE_PROGRAM);
+    for (const std::string& argument : arguments) {
+        command += " " + quoted(argument);
+    }
+    command += " >" + quoted((streams / "out").string()) + " 2>" + quoted((streams / "err").string()) + " </dev/null";
+    command += (after.empty() ? "" : " & " + after) + "; }";
+    ProgramRun run;
+    const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
+    run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.out = readAll(streams / "out");
+    run.err = readAll(streams / "err");
+    fs::remove_all(streams);
+    return run;
+}
+
 } // namespace
 
-TestFolder::TestFolder() {
-    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
-    path_ = fs::path(testing::TempDir()) / (std::string("jostle_") + test->test_suite_name() + "_" + test->name());
-    fs::remove_all(path_);
+TestFolder::TestFolder() : path_(ownPath()) {
     fs::create_directories(path_);
 }
 
@@ -58,16 +77,13 @@ std::vector<std::string> TestFolder::names() const {
 }
 
 ProgramRun TestFolder::run(const std::vector<std::string>& arguments) const {
-    const fs::path streams = path_.string() + ".streams";
-    fs::create_directories(streams);
-    std::string command = "cd " + quoted(path_.string()) + " && " + quoted(JOSTLE_PROGRAM);
-    for (const std::string& argument : arguments)
-        command += " " + quoted(argument);
-    command += " >" + quoted((streams / "out").string()) + " 2>" + quoted((streams / "err").string()) + " </dev/null";
-    const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
-    ProgramRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, readAll(streams / "out"), readAll(streams / "err")};
-    fs::remove_all(streams);
-    return run;
+    return runInShell(path_, arguments, {});
+}
+
+ProgramRun TestFolder::interrupt(const std::vector<std::string>& arguments, const std::string& onceThere) const {
+    // Ends too if the program does.
+    return runInShell(path_, arguments,
+                      "while [ ! -e " + quoted(onceThere) + " ] && kill -0 $!; do :; done; kill -TERM $!; wait $!");
 }
 
 ProgramRun TestFolder::succeed(const std::vector<std::string>& arguments) const {

@@ -23,6 +23,7 @@ public:
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     void put(const std::string& name, const std::string& text) const;
     [[nodiscard]] std::string contents(const std::string& name) const;
     /// Names of all that lies in it, sorted.
@@ -30,7 +31,9 @@ public:
 
     /// Runs the program with arguments, in this folder, without a terminal.
     [[nodiscard]] ProgramRun run(const std::vector<std::string>& arguments) const;
-    /// The same, and expects that all goes well.
+    /// The same; once a file of that name is there, the program gets a SIGTERM.
+    [[nodiscard]] ProgramRun interrupt(const std::vector<std::string>& arguments, const std::string& onceThere) const;
+    /// As run(), and expects that all goes well.
     ProgramRun succeed(const std::vector<std::string>& arguments) const;
 
 private:

@@ -10,9 +10,10 @@ std::string group(const std::string& name, const std::string& element, const std
            R"(,{"ty":"fl","c":{"k":[1,0,0,1]},"o":{"k":100}},{"ty":"tr","p":{"k":)" + position + "}}]}";
 }
 
-std::string shapeLayer(const std::string& name, const std::string& elements) {
-    return R"({"ty":4,"nm":")" + name +
-           R"(","ip":0,"op":10,"ks":{"p":{"k":[50,50]},"a":{"a":0,"k":[0,0]}},"shapes":[)" + elements + "]}";
+std::string shapeLayer(const std::string& name, const std::string& elements,
+                       const std::string& more = R"("ip":0,"op":10)") {
+    return R"({"ty":4,"nm":")" + name + R"(","ks":{"p":{"k":[50,50]},"a":{"a":0,"k":[0,0]}},)" + more +
+           R"(,"shapes":[)" + elements + "]}";
 }
 
 const std::string square = R"({"ty":"rc","s":{"k":[20,20]},"p":{"k":[0,0]},"r":{"k":0}})";
@@ -44,6 +45,26 @@ TEST(Inspect, TellsTheShapeAndWarningsOfEachBody) {
         const TestFolder folder(document(shapeLayer("art", c.elements)));
         expectHas(folder.succeed({"inspect", "in.json"}).out, std::string(c.row) + "\n");
         expectHas(folder.succeed({"inspect", "in.json", "--json"}).out, c.json);
+    }
+}
+
+// The composition has the frames 0 to 9.
+TEST(Inspect, TellsWhenABodyIsNotThere) {
+    const struct {
+        const char* name;
+        const char* span;
+        const char* row;
+    } cases[] = {
+        {"at all times", R"("ip":0,"op":10)", "  shape  box\n"},
+        {"beyond both ends", R"("ip":-5,"op":50)", "  shape  box\n"},
+        {"comes late", R"("ip":3,"op":10)", "  shape  box, from frame 3\n"},
+        {"ends early", R"("ip":0,"op":9)", "  shape  box, until frame 9\n"},
+        {"both", R"("ip":3,"op":7)", "  shape  box, from frame 3 until frame 7\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const TestFolder folder(document(shapeLayer("art", group("g", square, "[0,0]"), c.span)));
+        expectHas(folder.succeed({"inspect", "in.json"}).out, c.row);
     }
 }
 
@@ -87,6 +108,21 @@ TEST(Separate, MakesALayerOfEachPart) {
     expectHas(solved.out, "2 bodies");
     // A circle starts at the centre of its group and falls 7.5 pixels in the first frame.
     expectHas(folder.contents("solved.json"), R"("t":1,"s":[80,57.5)");
+}
+
+TEST(Separate, SaysWhoseMasksAreLeftBehind) {
+    const std::string mask = R"({"mode":"a","inv":false,"o":{"a":0,"k":100},"pt":{"a":0,"k":{"c":true,)"
+                             R"("v":[[0,0],[0,9],[9,9]],"i":[[0,0],[0,0],[0,0]],"o":[[0,0],[0,0],[0,0]]}}})";
+    const auto masked = [](const std::string& masks) {
+        return R"("ip":0,"op":10,"hasMask":true,"masksProperties":[)" + masks + "]";
+    };
+    const TestFolder folder(document(shapeLayer("plain", twoParts) + "," + shapeLayer("one", twoParts, masked(mask)) +
+                                     "," + shapeLayer("two", twoParts, masked(mask + "," + mask))));
+    const std::string lines = "jostle: in.json: the groups of layer 2 \"one\" are separated without its mask\n"
+                              "jostle: in.json: the groups of layer 3 \"two\" are separated without its masks\n";
+    EXPECT_EQ(folder.run({"separate", "in.json", "-o", "out.json"}).err, lines);
+    expectHas(folder.run({"solve", "in.json", "--separate"}).err, lines);
+    EXPECT_EQ(folder.run({"separate", "in.json", "-o", "out.json", "--quiet"}).err, "");
 }
 
 TEST(Separate, LeavesAFileWithoutPartsAsItIs) {

@@ -79,7 +79,7 @@ inline DocumentLayer& addLayer(Document& document, LayerKind kind = LayerKind::S
 /// Makes the dimensions of the position separate streams.
 inline void separate(standalone::Transform& transform) {
     transform.separated = true;
-    transform.positionX = transform.positionY = constantStream(1, {60, 0, 0});
+    transform.dimensions.own().x = transform.dimensions.own().y = constantStream(1, {60, 0, 0});
 }
 
 inline void setParent(DocumentLayer& child, DocumentLayer& parent) {

@@ -28,7 +28,7 @@ TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
     };
     const auto keyOneDimension = [&](Transform& own, Transform&) {
         separate(own);
-        key(own.positionY, 20);
+        key(own.dimensions.own().y, 20);
     };
     const auto express = [](auto&, auto& p) { p.scale.hasExpression = p.scale.expressionEnabled = true; };
     const Case cases[] = {

@@ -29,7 +29,7 @@ struct Export : Imported {
 
     WriteReport tryToWrite(const std::vector<ExportResult>& results, int startFrame, const WriteProgress& progress) {
         const auto frames = static_cast<int>(results.at(0).positions.size());
-        const KeyframeJob job{scene, results, startFrame, startFrame + frames - 1, motionBlur};
+        const KeyframeJob job{scene, results, startFrame, startFrame + frames - 1, motionBlur, tolerance};
         HostChain chain(hosted.context());
         return writeKeyframes(chain, activeComposition(chain), job, progress);
     }
@@ -48,6 +48,7 @@ struct Export : Imported {
     }
 
     bool motionBlur = false;
+    double tolerance = 0.0;
 };
 
 void expectKeys(const standalone::Stream& stream, const std::vector<double>& frames,
@@ -91,6 +92,20 @@ TEST(KeyframeWriter, WritesKeysWhereTheSamplesChange) {
     EXPECT_FALSE(layer.autoOrient) << "it would turn the layer once more";
     EXPECT_EQ(job.hosted.host.outcome().inFrame, 30);
     EXPECT_EQ(job.hosted.host.outcome().outFrame, 35);
+}
+
+TEST(KeyframeWriter, LeavesOutKeysThatALineTells) {
+    Export job(animatedDocument());
+    job.tolerance = 0.1;
+    // One third of a pixel a frame, then back; the angle trembles within the tolerance. Values are written rounded.
+    const float third = 1.0f / 3.0f;
+    job.write({samplesOf({{0, 20}, {third, 20}, {2 * third, 20}, {1, 20}, {2 * third, 20}, {third, 20}},
+                         {5, 5.05f, 5, 5, 5, 5})},
+              0);
+    const DocumentLayer& layer = job.hosted.layer(0);
+    expectKeys(layer.transform.position, {0, 3, 5}, {0, 20, 7, 1, 20, 7, 0.333, 20, 7});
+    EXPECT_DOUBLE_EQ(layer.transform.position.keys.values[6], 0.333);
+    expectKeys(layer.transform.rotation, {0}, {5});
 }
 
 TEST(KeyframeWriter, TreatsStaticAndDeadBodiesAsTheirTypesSay) {
@@ -173,15 +188,15 @@ TEST(KeyframeWriter, WritesSeparatedDimensionsOneByOne) {
     document->pixelAspect = 2;
     DocumentLayer& layer = addLayer(*document);
     separate(layer.transform);
-    layer.transform.positionX.hasExpression = layer.transform.positionX.expressionEnabled = true;
-    animate(layer.transform.positionX, {150, 0, 0}, 50, {});
+    layer.transform.dimensions.own().x.hasExpression = layer.transform.dimensions.own().x.expressionEnabled = true;
+    animate(layer.transform.dimensions.own().x, {150, 0, 0}, 50, {});
     Export job(std::move(document));
     job.write({samplesOf({{10, 20}, {12, 20}, {14, 20}}, {0, 0, 0})}, 0);
     const auto& transform = job.hosted.layer(0).transform;
     EXPECT_TRUE(transform.separated);
-    EXPECT_FALSE(transform.positionX.expressionEnabled);
-    expectKeys(transform.positionX, {0, 1, 2}, {5, 6, 7}); // half as many pixels of twice the width
-    EXPECT_EQ(standalone::valueAt(transform.positionY, 0)[0], 20);
+    EXPECT_FALSE(transform.dimensions->x.expressionEnabled);
+    expectKeys(transform.dimensions->x, {0, 1, 2}, {5, 6, 7}); // half as many pixels of twice the width
+    EXPECT_EQ(standalone::valueAt(transform.dimensions->y, 0)[0], 20);
 }
 
 TEST(KeyframeWriter, TakesTheSampleBeforeForOneThatIsNoNumber) {

@@ -207,8 +207,8 @@ TEST(Matrices, AutoOrientFollowsTheWay) {
     layer.transform.position = quarter;
     EXPECT_NEAR(travelDirection(layer.transform, 15), 135, 0.01) << "the tangent of a quarter circle at half";
     layer.transform.separated = true;
-    layer.transform.positionX = single({0, 10}, {0, 10});
-    layer.transform.positionY = single({10, 20}, {0, 20});
+    layer.transform.dimensions.own().x = single({0, 10}, {0, 10});
+    layer.transform.dimensions.own().y = single({10, 20}, {0, 20});
     EXPECT_EQ(positionAt(layer.transform, 15), (Components{10, 10, 0}));
     EXPECT_NEAR(travelDirection(layer.transform, 2), 0, 1e-6) << "of dimensions of their own";
     EXPECT_NEAR(travelDirection(layer.transform, 15), 90, 1e-6);

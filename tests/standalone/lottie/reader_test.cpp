@@ -187,8 +187,8 @@ TEST(Reader, ExpressionsAndSeparatedDimensions) {
     const Transform& t = read.composition->layers[0]->transform;
     EXPECT_TRUE(t.separated);
     EXPECT_EQ(positionAt(t, 0), (Components{1, 2, 0}));
-    EXPECT_TRUE(t.positionX.hasExpression && t.positionX.expressionEnabled);
-    EXPECT_FALSE(t.positionY.hasExpression);
+    EXPECT_TRUE(t.dimensions->x.hasExpression && t.dimensions->x.expressionEnabled);
+    EXPECT_FALSE(t.dimensions->y.hasExpression);
     EXPECT_EQ(t.rotation.value[0], 30);
     ASSERT_EQ(read.notes.size(), 1u);
     EXPECT_NE(read.notes[0].find("layer 1 \"arm 1\""), std::string::npos) << read.notes[0];

@@ -29,10 +29,11 @@ void markAll(Composition& c) {
     for (const auto& layer : c.layers) {
         markTree(treeOf(c, *layer));
         Transform& t = layer->transform;
-        for (Stream* s : {&t.anchor, &t.position, &t.positionX, &t.positionY, &t.scale, &t.rotation, &t.opacity})
+        for (Stream* s :
+             {&t.anchor, &t.position, &t.dimensions.own().x, &t.dimensions.own().y, &t.scale, &t.rotation, &t.opacity})
             s->changed = !s->source.empty();
         if (t.separated)
-            t.position.changed = t.positionX.changed = t.positionY.changed = false;
+            t.position.changed = t.dimensions.own().x.changed = t.dimensions.own().y.changed = false;
     }
     c.changed = true;
 }
@@ -109,8 +110,8 @@ TEST(Writer, EditsOfAPosition) {
          R"({"a":0,"k":[1,2,3]})"},
         {"dimensions stay, their flag as a boolean", R"({"s":1,"x":{"k":1},"y":{"k":2,"x":"y"}})",
          [](Composition& c) {
-             bake(motionOf(c).positionX, {0, 2}, {0, 1});
-             setStatic(motionOf(c).positionY, 4);
+             bake(motionOf(c).dimensions.own().x, {0, 2}, {0, 1});
+             setStatic(motionOf(c).dimensions.own().y, 4);
          },
          R"({"s":true,"x":{"k":[{"t":0,"s":[0],"o":{"x":[0.167],"y":[0.167]},"i":{"x":[0.833],"y":[0.833]}},)"
          R"({"t":2,"s":[1]}],"a":1},"y":{"k":4,"a":0}})"},
@@ -262,6 +263,10 @@ TEST(Writer, NumbersArePlainDecimals) {
         {1.05, "1.05", "1.05"},
         {-12.999, "-12.999", "-12.999"},
         {12.9999, "13", "12.9999"},
+        {999.9996, "1000", "999.9996"},
+        {1007.04, "1007.04", "1007.04"},
+        {999999.01, "999999.01", "999999.01"},
+        {-12345678.5, "-12345678.5", "-12345678.5"},
         {1e15, "1000000000000000", "1000000000000000"},
         {1e21, "1000000000000000000000", "1000000000000000000000"},
         {1e-7, "0", "0.0000001"},

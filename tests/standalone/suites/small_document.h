@@ -58,8 +58,8 @@ inline std::unique_ptr<Composition> smallDocument() {
 
     auto middle = layerNamed("", 5, LayerKind::Shape);
     middle->transform.separated = true;
-    middle->transform.positionX = keyedStream(0, 100);
-    middle->transform.positionY = staticStream(1, 50);
+    middle->transform.dimensions.own().x = keyedStream(0, 100);
+    middle->transform.dimensions.own().y = staticStream(1, 50);
     document->layers.push_back(std::move(middle));
 
     auto bottom = layerNamed("holder", 7, LayerKind::Null);

@@ -151,7 +151,7 @@ TEST(TreeSuite, SeparatesAndJoinsDimensions) {
     EXPECT_EQ(transform.position.keys.frames, (std::vector<double>{0, 10}));
     EXPECT_EQ(transform.position.keys.values, (std::vector<double>{0, 50, 100, 50}));
     setSeparated(1);
-    EXPECT_EQ(transform.positionY.keys.values, (std::vector<double>{50, 50}));
+    EXPECT_EQ(transform.dimensions->y.keys.values, (std::vector<double>{50, 50}));
     EXPECT_NEAR(session.value(position, 5).three_d.x, 50, 1e-9);
     EXPECT_EQ(session.undo(), A_Err_NONE);
     EXPECT_FALSE(transform.separated);

@@ -1,4 +1,4 @@
-#include "standalone/commands/target_file.h"
+#include "persistence/target_file.h"
 
 #include <cerrno>
 #include <cstring>
@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace jostle::standalone {
+namespace jostle {
 
 namespace {
 
@@ -97,21 +97,6 @@ FileText readFile(const std::string& path, std::size_t mostBytes) {
     return file;
 }
 
-TargetFile::TargetFile(TargetFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)),
-      target_(std::move(other.target_)),
-      temporary_(std::move(other.temporary_)) {}
-
-TargetFile& TargetFile::operator=(TargetFile&& other) noexcept {
-    if (this != &other) {
-        discard();
-        descriptor_ = std::exchange(other.descriptor_, -1);
-        target_ = std::move(other.target_);
-        temporary_ = std::move(other.temporary_);
-    }
-    return *this;
-}
-
 TargetFile::~TargetFile() {
     discard();
 }
@@ -158,6 +143,8 @@ std::optional<std::string> TargetFile::open(const std::string& path) {
         }
         ::close(std::exchange(descriptor_, -1));
     }
+    // One that a killed run left behind may hold anything.
+    error_ = ::ftruncate(descriptor_, 0) == 0 ? 0 : errno;
     if (std::filesystem::exists(status)) {
         // Only a courtesy: a file system without permissions takes the default.
         (void)::fchmod(descriptor_, static_cast<mode_t>(status.permissions()) & 07777);
@@ -165,9 +152,18 @@ std::optional<std::string> TargetFile::open(const std::string& path) {
     return std::nullopt;
 }
 
-std::optional<std::string> TargetFile::commit(std::string_view contents) {
-    if (::ftruncate(descriptor_, 0) != 0 || !writeAll(descriptor_, contents) || ::fsync(descriptor_) != 0) {
-        const int error = errno;
+void TargetFile::write(std::string_view block) {
+    if (error_ == 0 && !writeAll(descriptor_, block)) {
+        error_ = errno;
+    }
+}
+
+std::optional<std::string> TargetFile::commit() {
+    if (error_ == 0 && ::fsync(descriptor_) != 0) {
+        error_ = errno;
+    }
+    if (error_ != 0) {
+        const int error = error_;
         discard();
         return "cannot be written: " + reason(error) + "; the file is as it was";
     }
@@ -180,11 +176,17 @@ std::optional<std::string> TargetFile::commit(std::string_view contents) {
     return std::nullopt;
 }
 
+std::optional<std::string> TargetFile::commit(std::string_view contents) {
+    write(contents);
+    return commit();
+}
+
 void TargetFile::discard() {
     if (descriptor_ >= 0) {
         ::unlink(temporary_.c_str());
         ::close(std::exchange(descriptor_, -1));
     }
+    error_ = 0;
 }
 
-} // namespace jostle::standalone
+} // namespace jostle

@@ -1,4 +1,4 @@
-#include "standalone/commands/target_file.h"
+#include "persistence/target_file.h"
 
 #include <gtest/gtest.h>
 
@@ -8,19 +8,16 @@
 
 #include <sys/stat.h>
 
-namespace jostle::standalone {
+#include "tests/support/own_path.h"
+
+namespace jostle {
 namespace {
 
 namespace fs = std::filesystem;
 
 class TargetFileTest : public testing::Test {
 protected:
-    TargetFileTest() {
-        const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
-        folder_ = fs::path(testing::TempDir()) / (std::string("jostle_target_") + test->name());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
+    TargetFileTest() { fs::create_directories(folder_); }
     ~TargetFileTest() override { fs::remove_all(folder_); }
 
     std::string path(const char* name) const { return (folder_ / name).string(); }
@@ -31,7 +28,7 @@ protected:
     }
     std::ptrdiff_t fileCount() const { return std::distance(fs::directory_iterator(folder_), {}); }
 
-    fs::path folder_;
+    fs::path folder_ = test::ownPath();
 };
 
 TEST_F(TargetFileTest, ReplacesWholeAndLeavesNothingBeside) {
@@ -128,4 +125,4 @@ TEST_F(TargetFileTest, ReadingTellsWhatIsWrong) {
 }
 
 } // namespace
-} // namespace jostle::standalone
+} // namespace jostle

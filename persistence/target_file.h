@@ -3,9 +3,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
-namespace jostle::standalone {
+namespace jostle {
 
 /// Contents of a whole file, or a message that says why it could not be read.
 struct FileText {
@@ -26,24 +25,30 @@ struct FileText {
 class TargetFile {
 public:
     TargetFile() = default;
-    TargetFile(TargetFile&& other) noexcept;
-    TargetFile& operator=(TargetFile&& other) noexcept;
     ~TargetFile();
+    TargetFile(const TargetFile&) = delete;
+    TargetFile& operator=(const TargetFile&) = delete;
 
     /// @param path  UTF-8; a symbolic link is followed, so that the file it names is replaced
     /// @return nothing if it is open; else why not and what to do
     [[nodiscard]] std::optional<std::string> open(const std::string& path);
 
-    /// Writes, flushes to the disk and renames; keeps the permissions of a file that stood there.
-    /// @return nothing if the target now holds `contents`; else a message, and the target is as it was
+    /// Adds to what the file will hold, at best in large blocks. What cannot be written is told by `commit`.
+    void write(std::string_view block);
+
+    /// Flushes what was written to the disk and renames; keeps the permissions of a file that stood there.
+    /// @return nothing if the target now holds what was written; else a message, and the target is as it was
+    [[nodiscard]] std::optional<std::string> commit();
+    /// The same of a file that holds this and no more.
     [[nodiscard]] std::optional<std::string> commit(std::string_view contents);
 
 private:
     void discard();
 
     int descriptor_ = -1;
+    int error_ = 0; ///< of the first write that failed
     std::string target_;
     std::string temporary_;
 };
 
-} // namespace jostle::standalone
+} // namespace jostle

@@ -1,0 +1,344 @@
+// What the main job adds to the steps of the engine.
+//
+// The job is that of the command line: a Lottie file is read, its bodies are made and played for 600 frames, and the
+// keyframes go through the host's suites into a new file. Beside it a second world of the same bodies is stepped alone,
+// frame by frame in turns, so that whatever else the machine does falls on both alike. Counted is the processor time
+// of this process: of the job all of it from before the file is opened until everything is given back, of the bare
+// world the steps. Each scene is done several times; printed are the medians, the ratio of each round's two, and what
+// is left over the steps for each keyframe. The memory is the peak of a process that does the job once and no more,
+// divided by bodies and frames.
+//
+//     solve_benchmark [rounds] [frames]
+//
+// Ends with 1 if a scene is over one of the limits, and with 2 if it cannot be measured.
+
+#include "benchmarks/solve_scenes.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "host/host_layer_motion.h"
+#include "host/keyframe_writer.h"
+#include "host/layer_import.h"
+#include "persistence/overrides.h"
+#include "simulation/gravity.h"
+#include "simulation/simulation_clock.h"
+#include "simulation/world_builder.h"
+#include "standalone/commands/layer_names.h"
+#include "standalone/commands/load.h"
+#include "standalone/commands/plugin_session.h"
+#include "standalone/commands/result.h"
+#include "standalone/commands/solve_summary.h"
+
+namespace {
+
+using namespace jostle;
+using namespace jostle::standalone;
+
+constexpr double greatestRatio = 1.03;
+constexpr double mostNanosecondsPerKey = 100;
+constexpr double mostBytesPerBodyAndFrame = 200;
+
+double processMilliseconds() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
+}
+
+/// The engine alone: what nobody could do without.
+class BareWorld {
+public:
+    explicit BareWorld(const Scene& scene) : scene_(scene), world_(createWorld()) {
+        buildWorld(scene_, *world_);
+        world_->SetGravity(panelGravity(scene_.globals));
+    }
+
+    void stepFrame() {
+        const int steps = scene_.globals.stepsPerFrame;
+        const auto stepTime = static_cast<float>(1.0 / scene_.fps / steps);
+        for (int i = 0; i < steps; ++i)
+            world_->Step(stepTime, 10, 10);
+    }
+
+    [[nodiscard]] const Scene& scene() const { return scene_; }
+
+private:
+    Scene scene_;
+    std::unique_ptr<b2World> world_;
+};
+
+/// Milliseconds of one round, and what it came to.
+struct Round {
+    double bare = 0;   ///< of the steps alone
+    double beside = 0; ///< of all that is not the job: the steps, and making the world for them
+    double job = 0;
+    double read = 0, simulate = 0, keyframe = 0, save = 0; ///< parts of the job
+    std::size_t keys = 0;
+    int bodies = 0;
+    std::size_t triangles = 0;
+    bool isAlike = true; ///< both worlds ended with the same places to the bit
+};
+
+/// The job with its world beside it.
+class Job {
+public:
+    enum class Bare { Without, First, Second };
+
+    /// @param bare  whether its world is built before the job's: where a world lies in memory counts for some
+    /// hundredths
+    Job(const SolveScene& scene, std::string folder, int frames, Bare bare)
+        : settings_(scene.settings), folder_(std::move(folder)), frames_(frames), bare_(bare) {}
+
+    /// @return nothing if the job failed
+    std::optional<Round> run() {
+        const double start = processMilliseconds();
+        const bool isDone = solve(start);
+        round_.job = processMilliseconds() - start - round_.beside;
+        return isDone ? std::optional(round_) : std::nullopt;
+    }
+
+private:
+    bool solve(double start) {
+        std::optional<LoadedDocument> document = loadDocument(folder_ + "/in.json");
+        if (!document)
+            return false;
+        DocumentHost host(std::move(document->composition), "in", folder_ + "/in.json", folder_ + "/preferences");
+        bool isBaked = false;
+        TargetFile target;
+        const bool isRun = runPlugin(host, [&](const HostContext& context) {
+            const ImportReport report = initFromComposition(context, scene_);
+            isBaked = report.error == A_Err_NONE && set(report) && !target.open(folder_ + "/out.json");
+            round_.read = processMilliseconds() - start;
+            isBaked = isBaked && simulate(context) && bake(context);
+        });
+        const double saving = processMilliseconds();
+        if (!isRun || !isBaked || !host.balance().allReturned())
+            return false;
+        if (writeResult(*document, host, folder_ + "/out.json", target) || target.commit())
+            return false;
+        round_.keys = bakedKeyCount(host.outcome());
+        round_.bodies = scene_.bodyCount();
+        round_.triangles = static_cast<std::size_t>(piecesOf(scene_.bodies.front()).triangles);
+        round_.save = processMilliseconds() - saving;
+        return true;
+    }
+
+    bool set(const ImportReport& report) {
+        const std::vector<NamedLayer> layers = namedLayers(report);
+        return std::all_of(settings_.begin(), settings_.end(), [&](const std::string& text) {
+            const std::optional<SettingOverride> setting = parseOverride(text);
+            return setting && !applyOverride(*setting, scene_, layers);
+        });
+    }
+
+    /// Runs something that is no part of the job.
+    template<class Work>
+    double beside(Work work) {
+        const double start = processMilliseconds();
+        work();
+        const double time = processMilliseconds() - start;
+        round_.beside += time;
+        return time;
+    }
+
+    bool simulate(const HostContext& context) {
+        std::optional<BareWorld> bare;
+        if (bare_ == Bare::First)
+            beside([&] { bare.emplace(scene_); });
+        const double start = processMilliseconds();
+        const double before = round_.beside;
+        HostLayerMotion motion(context);
+        FreePacer pacer;
+        SimulationClock clock(scene_, motion, pacer);
+        exportRun_.emplace(0, frames_ - 1);
+        clock.startExport(*exportRun_);
+        if (bare_ == Bare::Second)
+            beside([&] { bare.emplace(scene_); });
+        while (clock.isRunning()) {
+            // In turns, as the first of the two finds a colder cache.
+            const bool bareFirst = clock.frame() % 2 == 0;
+            if (bare && bareFirst)
+                round_.bare += beside([&] { bare->stepFrame(); });
+            clock.tick();
+            if (bare && !bareFirst)
+                round_.bare += beside([&] { bare->stepFrame(); });
+        }
+        round_.simulate = processMilliseconds() - start - (round_.beside - before);
+        if (bare)
+            beside([&] {
+                round_.isAlike = isAlike(bare->scene());
+                bare.reset();
+            });
+        return exportRun_->isComplete();
+    }
+
+    [[nodiscard]] bool isAlike(const Scene& other) const {
+        return std::equal(scene_.bodies.begin(), scene_.bodies.end(), other.bodies.begin(), other.bodies.end(),
+                          [](const BodyRecord& a, const BodyRecord& b) {
+                              return a.body->GetPosition() == b.body->GetPosition() &&
+                                     a.body->GetAngle() == b.body->GetAngle();
+                          });
+    }
+
+    bool bake(const HostContext& context) {
+        const double start = processMilliseconds();
+        HostChain chain(context);
+        const jostle::Composition composition = duplicateActiveComposition(chain);
+        const KeyframeJob job{scene_, exportRun_->results(), 0, frames_ - 1, false};
+        const WriteReport written = writeKeyframes(chain, composition, job, {});
+        round_.keyframe = processMilliseconds() - start;
+        return written.outcome == WriteOutcome::Done;
+    }
+
+    const std::vector<std::string>& settings_;
+    std::string folder_;
+    int frames_;
+    Bare bare_;
+    Scene scene_;
+    std::optional<ExportRun> exportRun_;
+    Round round_;
+};
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The folder of one scene, with its file in it; gone at the end.
+class SceneFolder {
+public:
+    explicit SceneFolder(const SolveScene& scene) {
+        std::string pattern = (std::filesystem::temp_directory_path() / "jostle-benchmark-XXXXXX").string();
+        if (::mkdtemp(pattern.data()) == nullptr)
+            return;
+        path_ = pattern;
+        std::ofstream(path_ + "/in.json", std::ios::binary) << scene.lottie;
+    }
+    ~SceneFolder() {
+        std::error_code error;
+        if (!path_.empty())
+            std::filesystem::remove_all(path_, error);
+    }
+    SceneFolder(const SceneFolder&) = delete;
+    SceneFolder& operator=(const SceneFolder&) = delete;
+
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+/// Peak of the memory of a process that does the job alone, in bytes; 0 if it failed.
+double peakBytes(const SolveScene& scene, const std::string& folder, int frames) {
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(Job(scene, folder, frames, Job::Bare::Without).run() ? 0 : 1);
+    int status = 0;
+    rusage usage{};
+    const bool isDone = child > 0 && ::wait4(child, &status, 0, &usage) == child && status == 0;
+    return isDone ? 1024.0 * static_cast<double>(usage.ru_maxrss) : 0;
+}
+
+struct Measured {
+    std::vector<Round> rounds;
+    double peak = 0; ///< bytes
+
+    template<class Value>
+    [[nodiscard]] double middle(Value value) const {
+        std::vector<double> values;
+        for (const Round& round : rounds)
+            values.push_back(value(round));
+        return median(values);
+    }
+};
+
+bool print(const char* name, const Measured& measured, int frames, bool isSmall) {
+    const Round& last = measured.rounds.back();
+    const double bare = measured.middle([](const Round& r) { return r.bare; });
+    const double job = measured.middle([](const Round& r) { return r.job; });
+    const double ratio = measured.middle([](const Round& r) { return r.job / r.bare; });
+    const double key =
+        measured.middle([](const Round& r) { return 1e6 * (r.job - r.bare) / static_cast<double>(r.keys); });
+    const double bytes = measured.peak / (static_cast<double>(last.bodies) * frames);
+    const bool isWithin =
+        (isSmall ? key <= mostNanosecondsPerKey : ratio <= greatestRatio) && bytes <= mostBytesPerBodyAndFrame;
+    const bool isAlike =
+        std::all_of(measured.rounds.begin(), measured.rounds.end(), [](const Round& r) { return r.isAlike; });
+    std::printf("%-10s %6d %9zu %9.1f %9.1f %7.4f %8.1f %8.1f  %s\n", name, last.bodies, last.keys, bare, job, ratio,
+                key, bytes,
+                !isAlike   ? "NOT THE SAME MOTION"
+                : isWithin ? "within"
+                           : "OVER");
+    std::printf("%-10s read %.1f, simulate %.1f, keyframe %.1f, save %.1f ms; first body %zu triangles; peak %.1f MB\n",
+                "", measured.middle([](const Round& r) { return r.read; }),
+                measured.middle([](const Round& r) { return r.simulate; }),
+                measured.middle([](const Round& r) { return r.keyframe; }),
+                measured.middle([](const Round& r) { return r.save; }), last.triangles, measured.peak / 1048576);
+    std::fflush(stdout);
+    return isWithin && isAlike;
+}
+
+/// @return the exit status
+int measure(const SolveScene& scene, int rounds, int frames, bool isSmall) {
+    const SceneFolder folder(scene);
+    Measured measured;
+    measured.peak = peakBytes(scene, folder.path(), frames);
+    for (int i = 0; i < rounds && measured.peak > 0; ++i) {
+        std::error_code error;
+        std::filesystem::remove(folder.path() + "/out.json", error); // throwing it away is no part of the job
+        const std::optional<Round> round =
+            Job(scene, folder.path(), frames, i % 2 == 0 ? Job::Bare::First : Job::Bare::Second).run();
+        if (!round)
+            break;
+        measured.rounds.push_back(*round);
+    }
+    if (measured.rounds.size() < static_cast<std::size_t>(rounds)) {
+        std::fprintf(stderr, "solve_benchmark: %s: the job failed\n", scene.name);
+        return 2;
+    }
+    return print(scene.name, measured, frames, isSmall) ? 0 : 1;
+}
+
+int argument(int argc, char** argv, int index, int otherwise) {
+    int value = otherwise;
+    if (index < argc) {
+        const std::string_view text = argv[index];
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        value = error == std::errc{} && end == text.data() + text.size() ? value : 0;
+    }
+    return value;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const int rounds = argument(argc, argv, 1, 5);
+    const int frames = argument(argc, argv, 2, 600);
+    if (rounds < 1 || frames < 2) {
+        std::fprintf(stderr, "usage: solve_benchmark [rounds] [frames, at least 2]\n");
+        return 2;
+    }
+    std::printf("limits: ratio %.2f; of the restless scene %.0f ns a key instead; %.0f bytes a body and frame\n",
+                greatestRatio, mostNanosecondsPerKey, mostBytesPerBodyAndFrame);
+    std::printf("%-10s %6s %9s %9s %9s %7s %8s %8s\n", "scene", "bodies", "keys", "bare ms", "job ms", "ratio",
+                "ns/key", "bytes");
+    int status = measure(restlessToSolve(100, frames), rounds, frames, true);
+    status = std::max(status, measure(circlesToSolve(1000, frames), rounds, frames, false));
+    status = std::max(status, measure(boxesToSolve(500, frames), rounds, frames, false));
+    return std::max(status, measure(compoundsToSolve(200, frames), rounds, frames, false));
+}

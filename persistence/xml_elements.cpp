@@ -1,0 +1,38 @@
+#include "persistence/xml_elements.h"
+
+#include <algorithm>
+
+namespace jostle {
+
+namespace {
+
+// A document takes some 30 times the memory of its text if it is made of the smallest elements. Settings have elements
+// of hundreds of characters, with attributes of a dozen or more, and never come near these.
+constexpr std::ptrdiff_t mostElements = 1000000;
+constexpr std::ptrdiff_t mostAttributes = 8000000;
+
+} // namespace
+
+bool parseXml(std::string_view text, tinyxml2::XMLDocument& document) {
+    const bool isModest = text.size() <= maximumSettingsBytes &&
+                          std::count(text.begin(), text.end(), '<') <= mostElements &&
+                          std::count(text.begin(), text.end(), '=') <= mostAttributes;
+    return isModest && document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
+}
+
+std::optional<double> valueOfText(const char* text, AttributeForm form, bool wholeWhenRead, std::size_t choiceCount,
+                                  bool negativeIsTrue) {
+    if (form == AttributeForm::Real && !wholeWhenRead) {
+        return realOf(text);
+    }
+    const std::int32_t value = integerOf(text);
+    if (form == AttributeForm::Boolean) {
+        return value > 0 || (negativeIsTrue && value < 0) ? 1.0 : 0.0;
+    }
+    if (choiceCount > 0 && (value < 0 || static_cast<std::size_t>(value) >= choiceCount)) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+} // namespace jostle

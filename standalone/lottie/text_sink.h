@@ -1,0 +1,99 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace jostle::standalone {
+
+/// Takes a text piece by piece and hands it on in blocks, so that a large one need never be in memory as a whole.
+class TextSink {
+public:
+    /// @param blockBytes  what is gathered before it is handed on; above 0
+    explicit TextSink(std::size_t blockBytes) : size_(blockBytes) {}
+    TextSink(const TextSink&) = delete;
+    TextSink& operator=(const TextSink&) = delete;
+    virtual ~TextSink() = default;
+
+    void write(std::string_view piece) {
+        if (piece.empty())
+            return;
+        while (piece.size() > size_ - used_ || !block_) {
+            const std::size_t part = block_ ? size_ - used_ : 0;
+            if (part > 0)
+                std::memcpy(block_.get() + used_, piece.data(), part);
+            used_ += part;
+            piece.remove_prefix(part);
+            makeRoom(std::min(piece.size(), size_ / 2));
+        }
+        std::memcpy(block_.get() + used_, piece.data(), piece.size());
+        used_ += piece.size();
+    }
+
+    /// Where at least so many characters may be put, until `take`.
+    [[nodiscard]] char* room(std::size_t most) {
+        if (!block_ || size_ - used_ < most)
+            makeRoom(most);
+        return block_.get() + used_;
+    }
+    /// @param end  behind what was put into the room
+    void take(const char* end) { used_ = static_cast<std::size_t>(end - block_.get()); }
+
+protected:
+    /// Receives the text, in order.
+    virtual void drain(std::string_view block) = 0;
+
+    /// Hands on what was gathered; to be called at the end.
+    void flush() {
+        if (used_ > 0)
+            drain({block_.get(), std::exchange(used_, 0)});
+    }
+    /// Drops what was gathered.
+    void forget() { used_ = 0; }
+
+private:
+    // Whole pages are handed on as long as there are some: a file that grows by other pieces costs twice as much.
+    void makeRoom(std::size_t most) {
+        constexpr std::size_t page = 4096;
+        const std::size_t whole = used_ - used_ % page;
+        if (whole > 0 && size_ - used_ < most) {
+            drain({block_.get(), whole});
+            std::memmove(block_.get(), block_.get() + whole, used_ - whole);
+            used_ -= whole;
+        }
+        if (block_ && size_ - used_ >= most)
+            return;
+        while (size_ - used_ < most)
+            size_ *= 2;
+        std::unique_ptr<char[]> larger(new char[size_]); // not cleared: that would touch it all
+        if (used_ > 0)
+            std::memcpy(larger.get(), block_.get(), used_);
+        block_ = std::move(larger);
+    }
+
+    std::unique_ptr<char[]> block_;
+    std::size_t size_;
+    std::size_t used_ = 0;
+};
+
+/// Gathers the text in a string.
+class StringSink : public TextSink {
+public:
+    StringSink() : TextSink(4096) {}
+    /// All of it; only once.
+    [[nodiscard]] std::string text() {
+        flush();
+        return std::move(text_);
+    }
+
+private:
+    void drain(std::string_view block) override { text_ += block; }
+
+    std::string text_;
+};
+
+} // namespace jostle::standalone

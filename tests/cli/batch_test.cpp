@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include "tests/cli/program.h"
+
+namespace jostle::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// Three files that can be solved and two that cannot, the second and the last.
+void putFiles(const TestFolder& folder) {
+    folder.put("a.json", document(solid("box", 1)));
+    folder.put("b.json", "{}");
+    folder.put("c.json", document(solid("box", 1) + "," + solid("floor", 2, "[50,90,0]")));
+    folder.put("d.json", sample("android-Parenting.json"));
+    folder.put("e.json", "[");
+}
+
+TEST(Batch, SolvesWhatCanBeAndNamesTheRest) {
+    const TestFolder folder;
+    putFiles(folder);
+    const ProgramRun run = folder.run({"solve", "a.json", "b.json", "c.json", "d.json", "e.json", "-o", "new/folder"});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_NE(run.out.find("3 of 5 files solved; failed: b.json, e.json\n"), std::string::npos) << run.out;
+    EXPECT_NE(run.err.find("jostle: b.json: "), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("jostle: e.json: "), std::string::npos) << run.err;
+    ASSERT_EQ(folder.run({"solve", "d.json", "-o", "alone.json", "-q"}).exitStatus, 0);
+    EXPECT_EQ(folder.contents("new/folder/d.json"), folder.contents("alone.json"));
+    EXPECT_NE(folder.contents("new/folder/a.json"), "");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "new/folder/b.json"));
+}
+
+TEST(Batch, IsTheSameHoweverManyRunAtOnce) {
+    const TestFolder folder;
+    putFiles(folder);
+    ProgramRun runs[2];
+    const char* const jobs[] = {"1", "5"};
+    Names results;
+    for (int i = 0; i < 2; ++i) {
+        runs[i] = folder.run({"solve", "d.json", "e.json", "c.json", "b.json", "a.json", "-o", "out", "--json",
+                              "--quiet", "--jobs", jobs[i]});
+        EXPECT_EQ(runs[i].exitStatus, 1);
+        for (const char* name : {"a.json", "c.json", "d.json"}) {
+            results.push_back(folder.contents(std::string("out/") + name));
+        }
+        std::filesystem::remove_all(folder.path() / "out");
+    }
+    EXPECT_EQ(runs[0].out, runs[1].out);
+    EXPECT_EQ(runs[0].err, runs[1].err);
+    EXPECT_EQ(Names(results.begin(), results.begin() + 3), Names(results.begin() + 3, results.end()));
+    EXPECT_NE(runs[0].out.find(R"({"input":"e.json","solved":false,"message":")"), std::string::npos) << runs[0].out;
+    EXPECT_NE(runs[0].out.find(R"("solved":3,"failed":2,"interrupted":false})"), std::string::npos) << runs[0].out;
+}
+
+TEST(Batch, GoesBesideTheInputsOrInPlaceToo) {
+    const TestFolder folder;
+    const std::string input = document(solid("box", 1));
+    folder.put("a.json", input);
+    folder.put("b.json", input);
+    ASSERT_EQ(folder.run({"solve", "a.json", "b.json", "-q"}).exitStatus, 0);
+    EXPECT_EQ(folder.names(), (Names{"a-solved.json", "a.json", "b-solved.json", "b.json"}));
+    EXPECT_EQ(folder.contents("a.json"), input);
+    ASSERT_EQ(folder.run({"solve", "a.json", "b.json", "--in-place", "-q"}).exitStatus, 0);
+    EXPECT_EQ(folder.names(), (Names{"a-solved.json", "a.json", "b-solved.json", "b.json"}));
+    EXPECT_NE(folder.contents("b.json"), input);
+}
+
+TEST(Batch, ASingleFileGoesIntoAFolderToo) {
+    const TestFolder folder;
+    folder.put("a.json", document(solid("box", 1)));
+    ASSERT_EQ(folder.run({"solve", "a.json", "-o", "out/", "-q"}).exitStatus, 0);
+    EXPECT_NE(folder.contents("out/a.json"), "");
+}
+
+TEST(Batch, AnInterruptionEndsAllInOrder) {
+    // Sixty bodies in one place take long enough to part.
+    std::string layers;
+    for (int number = 1; number <= 60; ++number) {
+        layers += (number > 1 ? "," : "") + solid("box", number);
+    }
+    const TestFolder folder;
+    for (const char* name : {"a.json", "b.json", "c.json"}) {
+        folder.put(name, document(layers));
+    }
+    std::filesystem::create_directories(folder.path() / "out");
+    folder.put("out/a.json", "old");
+    const ProgramRun run = folder.interrupt(
+        {"solve", "a.json", "b.json", "c.json", "-o", "out", "--end", "100000", "-j", "2"}, "out/.b.json.jostle-part");
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_NE(run.err.find("jostle: a.json: interrupted"), std::string::npos) << run.err;
+    EXPECT_NE(run.out.find("interrupted: 0 of 3 files solved"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("c.json (not begun)"), std::string::npos) << run.out;
+    EXPECT_EQ(folder.contents("out/a.json"), "old");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path() / "out"), {}), 1);
+}
+
+TEST(Batch, RefusesBeforeAnythingRuns) {
+    struct Case {
+        const char* name;
+        Names arguments;
+        const char* says;
+        int exitStatus;
+    };
+    const Case cases[] = {
+        {"two results of one name", {"a.json", "sub/a.json", "-o", "out"}, "a.json and sub/a.json", 2},
+        {"the same file twice", {"a.json", "./a.json"}, "a.json and ./a.json", 2},
+        {"a result over its input", {"a.json", "b.json", "-o", "."}, "is the input itself", 2},
+        {"a result over another's input", {"sub/a.json", "a.json", "-o", ".", "--in-place"}, "a.json", 2},
+        {"samples of which one", {"a.json", "b.json", "-o", "out", "--samples", "s.json"}, "--samples", 2},
+        {"a file for a folder", {"a.json", "b.json", "-o", "file"}, "is no folder", 1},
+        {"no folder", {"a.json", "b.json", "-o", ""}, "names no folder", 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const TestFolder folder;
+        std::filesystem::create_directories(folder.path() / "sub");
+        for (const char* name : {"a.json", "b.json", "sub/a.json"}) {
+            folder.put(name, document(solid("box", 1)));
+        }
+        folder.put("file", "");
+        Names arguments{"solve"};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        const ProgramRun run = folder.run(arguments);
+        EXPECT_EQ(run.exitStatus, c.exitStatus);
+        EXPECT_NE(run.err.find(c.says), std::string::npos) << run.err;
+        EXPECT_EQ(folder.names(), (Names{"a.json", "b.json", "file", "sub"}));
+        EXPECT_EQ(folder.contents("a.json"), document(solid("box", 1)));
+    }
+}
+
+} // namespace
+} // namespace jostle::test

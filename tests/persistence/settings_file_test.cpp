@@ -1,0 +1,79 @@
+#include "persistence/settings_file.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "persistence/user_preferences.h"
+#include "tests/persistence/loading.h"
+#include "tests/support/own_path.h"
+
+namespace jostle {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SettingsFileTest : public testing::Test {
+protected:
+    SettingsFileTest() { fs::create_directories(folder_); }
+    ~SettingsFileTest() override { fs::remove_all(folder_); }
+
+    [[nodiscard]] std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    [[nodiscard]] HostContext context() const { return {host_.basic(), host_.pluginId()}; }
+    [[nodiscard]] SettingsTarget target() { return {loading_.scene, loading_.strip, {}}; }
+
+    fs::path folder_ = test::ownPath();
+    standalone::DocumentHost host_{emptyDocument(), "scene", "", folder_ / "preferences.txt"};
+    Loading loading_;
+};
+
+TEST_F(SettingsFileTest, ComesBackAndIsRemembered) {
+    loading_.body().density = 3;
+    // Not plain ASCII.
+    const std::string file = path("\xC3\xA4\xE5\xBF\xAB.xml");
+    ASSERT_TRUE(saveSettings(context(), file, mostRecentFileKey, loading_.scene, loading_.strip, &loading_.messages));
+    EXPECT_EQ(readPreferences(context()).mostRecentSettingsFile, file);
+    loading_.body().density = 1;
+    ASSERT_TRUE(saveSettings(context(), path("b.xml"), nullptr, loading_.scene, loading_.strip, nullptr));
+    EXPECT_EQ(loadSettings(context(), file, false, target(), &loading_.messages), LoadResult::Complete);
+    EXPECT_EQ(loading_.body().density, 3);
+    EXPECT_EQ(loadSettings(context(), path("b.xml"), true, target(), &loading_.messages), LoadResult::Complete);
+    EXPECT_EQ(readPreferences(context()).mostRecentSettingsFile, path("b.xml"));
+    EXPECT_EQ(loading_.messages.texts, std::vector<std::string>{});
+}
+
+TEST_F(SettingsFileTest, ThatCannotBeReadOrWrittenIsReported) {
+    std::ofstream(path("no.xml")) << "<JostleSettings/>";
+    EXPECT_EQ(loadSettings(context(), path("missing.xml"), true, target(), &loading_.messages), LoadResult::Unreadable);
+    EXPECT_EQ(loadSettings(context(), path("no.xml"), true, target(), &loading_.messages), LoadResult::GlobalsMissing);
+    EXPECT_EQ(readPreferences(context()).mostRecentSettingsFile, "");
+    EXPECT_FALSE(saveSettings(context(), path("no/such/a.xml"), autoSavedFileKey, loading_.scene, loading_.strip,
+                              &loading_.messages));
+    EXPECT_EQ(readPreferences(context()).autoSavedSettingsFile, "");
+    ASSERT_EQ(loading_.messages.texts.size(), 3u);
+    EXPECT_EQ(loading_.messages.texts[0],
+              "The settings file '" + path("missing.xml") + "' cannot be found or its format is not supported.");
+    EXPECT_EQ(
+        loading_.messages.texts[2].rfind("The settings file '" + path("no/such/a.xml") + "' cannot be written: ", 0),
+        0u)
+        << loading_.messages.texts[2];
+}
+
+TEST_F(SettingsFileTest, SavedOnQuittingIsLoadedAtTheStartIfWanted) {
+    loading_.body().density = 3;
+    EXPECT_FALSE(autoLoadSettings(context(), target(), &loading_.messages)) << "not unless it was asked for";
+    for (const bool isWanted : {false, true}) {
+        loading_.body().density = 3;
+        autoSaveSettings(context(), folder_.string(), isWanted, loading_.scene, loading_.strip, &loading_.messages);
+        EXPECT_TRUE(fs::exists(folder_ / ".jostle_autosave.xml"));
+        loading_.body().density = 1;
+        EXPECT_EQ(autoLoadSettings(context(), target(), &loading_.messages), isWanted);
+        EXPECT_EQ(loading_.body().density, isWanted ? 3 : 1);
+    }
+    EXPECT_EQ(readPreferences(context()).mostRecentSettingsFile, "");
+    EXPECT_EQ(loading_.messages.texts, std::vector<std::string>{});
+}
+
+} // namespace
+} // namespace jostle

@@ -1,0 +1,349 @@
+#include "persistence/settings_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "persistence/apply_settings.h"
+#include "persistence/xml_elements.h"
+#include "tests/persistence/loading.h"
+
+namespace jostle {
+namespace {
+
+const std::string unreadable = "The settings file 'file.xml' cannot be found or its format is not supported.\n";
+const std::string notSettings = "Unsupported settings format.\n";
+const std::string otherVersion =
+    "This file was created with a different version of Jostle. Some errors might occur during import.\n";
+const std::string noGlobals = "Unsupported settings format (Global Settings).\n";
+const std::string noBodies = "Unsupported settings format (Bodies Settings)\n";
+
+std::string repeated(const std::string& text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i) {
+        result += text;
+    }
+    return result;
+}
+
+TEST(SettingsReader, ABodyTakesEveryValueOfItsElement) {
+    Loading loading;
+    ASSERT_EQ(
+        loading.load(bodyFile(
+            R"(type="4" density="2.5" friction="0.25" restitution="0.75" meshPrecision="5" )"
+            R"(linearVelocityMagnitude="3" linearVelocityDirection="45" angularVelocity="-2" linearDamping="0.5" )"
+            R"(angularDamping="0.125" aematicDamping="0.75" aematicTension="2" categoryBits="8" maskBits="-2" )"
+            R"(fixedRotation="1" gravityScale="-1.5" useConvexHull="2" magnetismType="2" magnetIntensity="20" )"
+            R"(magnetDistance="50" acceptMagnetism="-1" openShapeLineWidth="0.1" colorR="0.5" colorG="1" )"
+            R"(colorB="0" positionX="-1.5" positionY="2.5" angle="0.5" aematicAnchorX="0.25" )"
+            R"(aematicAnchorY="-0.25")")),
+        LoadResult::Complete);
+    const BodyRecord& body = loading.body();
+    EXPECT_EQ(body.type, BodyType::AEmatic);
+    const float reals[][2] = {
+        {body.density, 2.5f},         {body.friction, 0.25f},
+        {body.restitution, 0.75f},    {body.linearVelocityMagnitude, 3},
+        {body.angularVelocity, -2},   {body.linearVelocityDirection, 45},
+        {body.linearDamping, 0.5f},   {body.angularDamping, 0.125f},
+        {body.aematicDamping, 0.75f}, {body.aematicTension, 2},
+        {body.gravityScale, -1.5f},   {body.magnetIntensity, 20},
+        {body.magnetDistance, 50},    {body.openShapeLineWidth, 0.065f},
+        {body.angle, 0.5f},           {body.linearVelocityMagnitudeStored, 3},
+    };
+    for (const auto& [actual, expected] : reals) {
+        EXPECT_EQ(actual, expected);
+    }
+    EXPECT_EQ(body.meshPrecision, 5);
+    EXPECT_EQ(body.categoryBits, 8);
+    EXPECT_EQ(body.maskBits, 65534); // the lower 16 bits of -2
+    EXPECT_TRUE(body.fixedRotation);
+    EXPECT_TRUE(body.useConvexHull);
+    EXPECT_FALSE(body.acceptMagnetism); // a body's flag holds above 0 only
+    EXPECT_EQ(body.magnetismType, 2);
+    EXPECT_EQ(body.position, b2Vec2(-1.5f, 2.5f));
+    EXPECT_EQ(body.positionStored, body.position);
+    EXPECT_EQ(body.aematicAnchor, b2Vec2(0.25f, -0.25f));
+    EXPECT_EQ(body.userData->color, (Rgb{0.5f, 1, 0}));
+    EXPECT_TRUE(body.userData->isRepulsive);
+    EXPECT_TRUE(loading.scene.hasAEmatic && loading.scene.hasMagnets && !loading.scene.hasKinematic);
+    EXPECT_EQ(groupLetter(body.categoryBits), 'D');
+    EXPECT_EQ(groupLetter(3), 'A') << "no single group";
+    EXPECT_EQ(loading.refreshed, std::vector<std::int32_t>{0});
+    EXPECT_EQ(loading.messages.texts, std::vector<std::string>{});
+}
+
+TEST(SettingsReader, WhatABodyLacksHasItsDefault) {
+    Loading loading;
+    for (BodyRecord& body : loading.scene.bodies) {
+        body.density = 7;
+        body.type = BodyType::Static;
+        body.maskBits = 3;
+        body.acceptMagnetism = false;
+        body.position = {5, 5};
+    }
+    // Halves of pairs count for nothing, and so does what stands for no type.
+    ASSERT_EQ(loading.load(bodyFile(R"(type="6" magnetismType="-1" positionX="9" colorR="1" colorB="1" )"
+                                    R"(anchoringX="1" anchoringY="2" aematicAnchorX="3")")),
+              LoadResult::Complete);
+    EXPECT_EQ(loading.body().density, 1);
+    EXPECT_EQ(loading.body().type, BodyType::Dynamic);
+    EXPECT_EQ(loading.body().magnetismType, 0);
+    EXPECT_EQ(loading.body().maskBits, 65535);
+    EXPECT_TRUE(loading.body().acceptMagnetism);
+    EXPECT_EQ(loading.body().position, b2Vec2(0, 0));
+    EXPECT_EQ(loading.body().color.green, 0.5) << "the one value without a default";
+    EXPECT_EQ(loading.body().aematicAnchor, b2Vec2(1, 2)) << "by its old name";
+    EXPECT_EQ(loading.body(1).density, 7) << "a body that the file does not name";
+    EXPECT_EQ(loading.refreshed, std::vector<std::int32_t>{});
+
+    ASSERT_EQ(loading.load(bodyFile(R"(anchoringX="1" anchoringY="2" aematicAnchorX="3" aematicAnchorY="4")")),
+              LoadResult::Complete);
+    EXPECT_EQ(loading.body().aematicAnchor, b2Vec2(3, 4)) << "the newer name";
+}
+
+TEST(SettingsReader, TheFirstElementOfALayerCounts) {
+    Loading loading;
+    const std::string bodies = R"(<body layerID="9" density="9"/><body layerID="2" density="2"/>)"
+                               R"(<body layerID="2" density="3"/>)";
+    ASSERT_EQ(loading.load(settingsFile(globalSections + "<bodies>" + bodies + "</bodies>")), LoadResult::Complete);
+    EXPECT_EQ(loading.body(1).density, 2);
+}
+
+TEST(SettingsReader, GlobalValuesGoThroughThePanels) {
+    struct Case {
+        const char* sections;
+        std::function<double(const Scene&)> value;
+        double expected;
+    };
+    const auto zoom = [](const Scene& s) { return s.preview.zoom; };
+    const auto divider = [](const Scene& s) { return s.globals.timeDivider; };
+    const auto tolerance = [](const Scene& s) { return s.globals.tolerance; };
+    const auto steps = [](const Scene& s) { return s.globals.stepsPerFrame; };
+    const auto magnitude = [](const Scene& s) { return s.globals.magnitude; };
+    const auto direction = [](const Scene& s) { return s.globals.direction; };
+    const auto green = [](const Scene& s) { return s.preview.bgColor.green; };
+    const auto layer = [](const Scene& s) { return s.globals.takeValueFrom ? s.globals.layerIndex : -1; };
+    const auto list = [](const Scene& s) { return s.globals.layerListEnabled ? 1 : 0; };
+    const Case cases[] = {
+        {R"(<preview zoom="99.9"/><solver/><gravity/>)", zoom, 99},
+        {R"(<preview zoom="0.4"/><solver/><gravity/>)", zoom, 1},
+        {R"(<preview zoom="9999"/><solver/><gravity/>)", zoom, 2000},
+        {R"(<preview panX="-1.5"/><solver/><gravity/>)", [](const Scene& s) { return s.preview.panX; }, -1.5},
+        {R"(<preview bgColorR="1" bgColorG="0.5" bgColorB="0"/><solver/><gravity/>)", green, 127},
+        {R"(<preview bgColorG="0.5" bgColorB="0"/><solver/><gravity/>)", green, defaultBackground.green},
+        {R"(<preview/><solver timeDivider="0"/><gravity/>)", divider, 0.01},
+        {R"(<preview/><solver timeDivider="20.12345"/><gravity/>)", divider, 20.123},
+        {R"(<preview/><solver tolerance="49.5"/><gravity/>)", tolerance, 49},
+        {R"(<preview/><solver tolerance="0.5"/><gravity/>)", tolerance, 0.001},
+        {R"(<preview/><solver tolerance="500"/><gravity/>)", tolerance, 100},
+        {R"(<preview/><solver stepsPerFrame="0"/><gravity/>)", steps, 1},
+        {R"(<preview/><solver stepsPerFrame="3.9"/><gravity/>)", steps, 3},
+        {R"(<preview/><solver stepsPerFrame="11"/><gravity/>)", steps, 10},
+        {R"(<preview/><solver/><gravity magnitude="-5"/>)", magnitude, 0},
+        {R"(<preview/><solver/><gravity magnitude="2.0009"/>)", magnitude, 2},
+        {R"(<preview/><solver/><gravity magnitude="51"/>)", magnitude, 50},
+        {R"(<preview/><solver/><gravity/>)", magnitude, 70},
+        {R"(<preview/><solver/><gravity direction="-90"/>)", direction, 0},
+        {R"(<preview/><solver/><gravity direction="720"/>)", direction, 360},
+        {R"(<preview/><solver/><gravity layerIndex="2"/>)", layer, -1},
+        {R"(<preview/><solver/><gravity takeValueFrom="1" layerIndex="2"/>)", layer, 2},
+        {R"(<preview/><solver/><gravity takeValueFrom="1" layerIndex="3"/>)", layer, -1},
+        {R"(<preview/><solver/><gravity takeValueFrom="1" layerIndex="3"/>)", list, 1},
+        {R"(<preview/><solver/><gravity takeValueFrom="1" layerIndex="-1"/>)", layer, -1},
+        {R"(<preview/><solver/><gravity takeValueFrom="-1" layerIndex="2"/>)", list, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.sections);
+        Loading loading;
+        loading.scene.globals.magnitude = 70; // typed, and more than the slider has
+        EXPECT_EQ(loading.load(settingsFile(c.sections + std::string("<bodies><body layerID=\"1\"/></bodies>"))),
+                  LoadResult::Complete);
+        EXPECT_DOUBLE_EQ(c.value(loading.scene), c.expected);
+    }
+}
+
+/// A file whose joints and snapshots a scene without a snapshot shows.
+std::string file(const std::string& sections, const std::string& version = "") {
+    return settingsFile(sections + R"(<joints><joint type="3" bodyAId="0" bodyBId="1" bodyALayerID="1" )"
+                                   R"(bodyBLayerID="2"/></joints><presets><preset/></presets>)",
+                        version);
+}
+
+/// What is left of a load, a letter each: zoom, time divider, gravity, body, joint, snapshot. "-" is as it was before,
+/// "D" a default.
+std::string survivorsOf(const Loading& loading) {
+    const auto seen = [](double value, double before, double byDefault, char mark) {
+        return value == before ? '-' : value == byDefault ? 'D' : mark;
+    };
+    const Scene& scene = loading.scene;
+    return {seen(scene.preview.zoom, 400, 250, 'z'),
+            seen(scene.globals.timeDivider, 3, 1, 't'),
+            seen(scene.globals.magnitude, 7, 10, 'g'),
+            seen(scene.bodies[0].density, 2, 1, 'b'),
+            scene.joints.at(0).type == JointType::Pivot ? '-' : 'j',
+            loading.strip.items().empty() ? '-' : 's'};
+}
+
+TEST(SettingsReader, OfABrokenFileIsKeptWhatCameBeforeTheFault) {
+    const std::string preview = R"(<preview zoom="100"/>)";
+    const std::string solver = R"(<solver timeDivider="2"/>)";
+    const std::string gravity = R"(<gravity magnitude="5"/>)";
+    const std::string globals = preview + solver + gravity;
+    const std::string known = globals + R"(<bodies><body layerID="1" density="3"/></bodies>)";
+    const std::string unknown = globals + R"(<bodies><body layerID="7" density="3"/></bodies>)";
+    const std::string newer = R"( majorVersion="1" minorVersion="3")";
+    const std::string entities = "<!DOCTYPE x [<!ENTITY a \"&b;&b;\"><!ENTITY b \"&a;\">]>";
+    struct Case {
+        const char* name;
+        std::string text;
+        std::string messages; ///< with a line break after each
+        const char* survivors;
+    };
+    const Case cases[] = {
+        {"whole", file(known), "", "ztgbjs"},
+        {"empty", "", unreadable, "------"},
+        {"blank", " \n", unreadable, "------"},
+        {"no XML", "settings", unreadable, "------"},
+        {"cut off", file(known).substr(0, 200), unreadable, "------"},
+        {"a wrong end", settingsFile("<preview></solver>"), unreadable, "------"},
+        {"an open quote", settingsFile("<preview zoom=\"1/>"), unreadable, "------"},
+        {"very deep", settingsFile(repeated("<a>", 200000)), unreadable, "------"},
+        {"entities of its own", entities + file(known), unreadable, "------"},
+        {"unknown entities", file(R"(<preview zoom="&a;1"/>)" + known), "", "ztgbjs"},
+        {"many snapshots", settingsFile(known + "<presets>" + repeated("<preset/>", 1001) + "</presets>"), unreadable,
+         "------"},
+        {"many attributes", settingsFile("<a " + repeated("a=\"\" ", 8000001) + "/>"), unreadable, "------"},
+        {"many elements", settingsFile(repeated("<a/>", 1000001)), unreadable, "------"},
+        {"too large", std::string(maximumSettingsBytes + 1, ' '), unreadable, "------"},
+        {"another root", "<Settings/>", notSettings, "------"},
+        {"a comment only", "<!-- -->", notSettings, "------"},
+        {"a newer version", file(known, newer), otherVersion, "ztgbjs"},
+        {"this version", file(known, R"( majorVersion="1" minorVersion="2")"), "", "ztgbjs"},
+        {"half a version", file(known, R"( majorVersion="2")"), "", "ztgbjs"},
+        {"no preview", file(solver + gravity), noGlobals, "------"},
+        {"no solver", file(preview + gravity), noGlobals, "z-----"},
+        {"no gravity", file(preview + solver), noGlobals, "zt----"},
+        {"a newer version without gravity", file(preview + solver, newer), otherVersion + noGlobals, "zt----"},
+        {"no bodies", file(globals), noBodies, "ztg---"},
+        {"bodies without a body", file(globals + "<bodies><b/></bodies>"), noBodies, "ztg---"},
+        {"unknown layers", file(unknown), "", "DDD---"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Loading loading;
+        loading.scene.preview.zoom = 400;
+        loading.scene.globals.timeDivider = 3;
+        loading.scene.globals.magnitude = 7;
+        loading.scene.bodies[0].density = 2;
+        addJoint(loading.scene, JointType::Pivot, 0, 1);
+        const LoadResult result = loading.load(c.text);
+        EXPECT_EQ(result == LoadResult::Complete, std::string(c.survivors) == "ztgbjs");
+        std::string messages;
+        for (const std::string& text : loading.messages.texts) {
+            messages += text + "\n";
+        }
+        EXPECT_EQ(messages, c.messages);
+        EXPECT_EQ(survivorsOf(loading), c.survivors);
+    }
+}
+
+std::string jointElement(const std::string& attributes) {
+    return "<joint " + attributes + "/>";
+}
+
+TEST(SettingsReader, JointsTakeTheirValuesAndReplaceAllThatThereAre) {
+    Loading loading;
+    addJoint(loading.scene, JointType::Pivot, 0, 1);
+    const std::string ends = R"(bodyAId="1" bodyBId="0" bodyALayerID="2" bodyBLayerID="1" )";
+    const std::string anchors = R"(anchorAX="1" anchorAY="2" anchorBX="3" anchorBY="4" )";
+    const std::string joints =
+        jointElement(R"(type="0" frequency="2" damping="0.5" collideConnected="0" )" + ends + anchors) +
+        jointElement(R"(type="1" anchorX="1" anchorY="2" enableLimit="-1" lowerAngle="-45" upperAngle="90" )"
+                     R"(enableMotor="1" motorSpeed="3" maxMotorTorque="4" collideConnected="2" )" +
+                     ends) +
+        jointElement(R"(type="2" axisX="0" axisY="1" enableLimit="1" lowerTranslation="-1" upperTranslation="2" )"
+                     R"(enableMotor="0" motorSpeed="-1" maxMotorForce="5" collideConnected="0" )" +
+                     ends) +
+        jointElement(R"(type="3" springiness="2" damping="0.25" desiredLength="1.5" )" + ends + anchors);
+    ASSERT_EQ(loading.load(bodyFile(R"(positionX="-1" positionY="0")", "<joints>" + joints + "</joints>")),
+              LoadResult::Complete);
+    const std::vector<JointRecord>& read = loading.scene.joints;
+    ASSERT_EQ(read.size(), 4u);
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        EXPECT_EQ(read[i].row, static_cast<std::int32_t>(i));
+        EXPECT_EQ(read[i].type, static_cast<JointType>(i));
+        EXPECT_EQ(read[i].bodyAId, 1);
+        EXPECT_EQ(read[i].bodyBId, 0);
+        EXPECT_EQ(read[i].userData->color, jointColor(read[i].type));
+    }
+    EXPECT_EQ(read[0].anchorA, b2Vec2(1, 2));
+    EXPECT_EQ(read[0].anchorBStored, b2Vec2(3, 4));
+    EXPECT_TRUE(read[0].frequency == 2 && read[0].damping == 0.5f && !read[0].collideConnected);
+    EXPECT_EQ(read[1].anchorStored, b2Vec2(1, 2));
+    EXPECT_TRUE(read[1].enableLimit) << "any number but 0";
+    EXPECT_TRUE(read[1].lowerAngle == -45 && read[1].upperAngle == 90 && read[1].enableMotor &&
+                read[1].motorSpeed == 3 && read[1].maxMotorTorque == 4 && read[1].collideConnected);
+    EXPECT_EQ(read[2].axisStored, b2Vec2(0, 1));
+    EXPECT_EQ(read[2].anchor, loading.body(1).position) << "of its body A, as loaded";
+    EXPECT_TRUE(read[2].enableLimit && read[2].lowerTranslation == -1 && read[2].upperTranslation == 2 &&
+                !read[2].enableMotor && read[2].motorSpeed == -1 && read[2].maxMotorForce == 5);
+    EXPECT_TRUE(read[3].springiness == 2 && read[3].damping == 0.25f && read[3].desiredLength == 1.5f);
+    EXPECT_EQ(loading.body().connectedJoints.size(), 4u);
+    EXPECT_TRUE(loading.scene.preview.showsJoints);
+
+    // Without any in the file there are none; of the rest a joint has the defaults of a new one.
+    ASSERT_EQ(loading.load(bodyFile(R"(positionX="-1" positionY="0.5")",
+                                    "<joints>" + jointElement("type=\"3\" anchorAX=\"1\" " + ends) + "</joints>")),
+              LoadResult::Complete);
+    EXPECT_EQ(loading.scene.joints.at(0).damping, 0.5f);
+    EXPECT_EQ(loading.scene.joints[0].desiredLength, 3) << "from (2, 0.5) to (-1, 0.5): half an anchor is none";
+    ASSERT_EQ(loading.load(bodyFile("")), LoadResult::Complete);
+    EXPECT_TRUE(loading.scene.joints.empty() && loading.body().connectedJoints.empty());
+}
+
+TEST(SettingsReader, JointsThatCannotBeResolvedAreDropped) {
+    const std::string ends = R"( bodyAId="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")";
+    const std::string dropped[] = {
+        R"(type="0" bodyAId="2" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
+        R"(type="0" bodyAId="-1" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
+        R"(type="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="2")",
+        R"(type="0" bodyAId="0" bodyBId="1" bodyALayerID="1" bodyBLayerID="9")",
+        R"(type="0" bodyAId="0" bodyBId="1")", // as files had it before the layers' identifiers
+        R"(type="4")" + ends,
+        R"(type="-1")" + ends,
+        ends,
+    };
+    std::string joints;
+    for (const std::string& attributes : dropped) {
+        joints += jointElement(attributes);
+    }
+    Loading loading;
+    ASSERT_EQ(loading.load(bodyFile("", "<joints>" + joints + "</joints>")), LoadResult::Complete);
+    EXPECT_TRUE(loading.scene.joints.empty() && !loading.scene.preview.showsJoints);
+}
+
+// A rounded rectangle, whose corners get more points the higher the precision is, at the composition's centre.
+TEST(SettingsReader, ShapesAreReadAnewForTheirMeshSettings) {
+    Imported imported(shapeLayer(group(rect("[80,40]", "[0,0]", "15") + "," + fill("[1,0,0,1]"))));
+    SnapshotStrip strip;
+    const LayerAccess layers{
+        1, [&](std::int32_t index) { (void)refreshBody(imported.hosted.context(), imported.scene, index); }};
+    const auto load = [&](const std::string& mesh) {
+        const std::string body = "<body layerID=\"" + std::to_string(imported.body().layerID) +
+                                 R"(" colorR="0" colorG="1" colorB="0" positionX="0.5" positionY="0" )" + mesh + "/>";
+        EXPECT_EQ(readSettings(settingsFile(globalSections + "<bodies>" + body + "</bodies>"), "file.xml",
+                               {imported.scene, strip, layers}, nullptr),
+                  LoadResult::Complete);
+        EXPECT_EQ(imported.body().position, b2Vec2(0.5f, 0));
+        EXPECT_EQ(imported.body().color.green, 1) << "not the shape's";
+        return piecesText(imported.body());
+    };
+    const std::string before = piecesText(imported.body());
+    const std::string finer = load(R"(meshPrecision="8")");
+    EXPECT_NE(finer, before);
+    EXPECT_EQ(load(""), before) << "back from other settings to the default ones";
+    EXPECT_EQ(load(R"(meshPrecision="8")"), finer);
+}
+
+} // namespace
+} // namespace jostle
