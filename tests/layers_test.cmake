@@ -5,16 +5,19 @@ cmake_minimum_required(VERSION 3.25)
 set(rooms geometry simulation host persistence editing preview workbench standalone plugin)
 
 # Folder by folder, what it may include of the above. The most particular folder that holds a file decides.
-set(folders geometry simulation host persistence standalone standalone/document standalone/fonts standalone/lottie
-    standalone/pictures preview)
-set(may_include_qt standalone/pictures preview)
+set(folders geometry simulation host persistence editing preview workbench standalone standalone/document
+    standalone/fonts standalone/lottie standalone/pictures standalone/window)
+set(may_include_qt editing preview workbench standalone/pictures)
 set(may_include_geometry geometry)
 set(may_include_simulation geometry simulation)
 set(may_include_host geometry simulation host)
 set(may_include_persistence geometry simulation host persistence)
+set(may_include_editing geometry simulation host persistence editing)
+set(may_include_preview ${may_include_editing} preview)
+set(may_include_workbench ${may_include_preview} workbench)
 set(may_include_standalone geometry simulation host persistence standalone)
+set(may_include_standalone/window ${may_include_standalone} workbench)
 set(may_include_standalone/pictures ${may_include_standalone} preview)
-set(may_include_preview geometry simulation host persistence editing preview)
 set(may_include_standalone/document host standalone)
 set(may_include_standalone/fonts standalone)
 set(may_include_standalone/lottie host standalone)

@@ -1,0 +1,19 @@
+#include "editing/frame_samples.h"
+
+#include <box2d/b2_body.h>
+
+namespace jostle {
+
+void FrameSamples::add(int frame, const Scene& scene) {
+    const std::size_t bytes = scene.bodies.size() * sizeof(BodySample);
+    if (frame != count() || (frames_.size() + 1) * bytes > memoryLimit_) {
+        return;
+    }
+    std::vector<BodySample>& samples = frames_.emplace_back();
+    samples.reserve(scene.bodies.size());
+    for (const BodyRecord& record : scene.bodies) {
+        samples.push_back({record.body->GetPosition(), record.body->GetAngle(), record.isDormant});
+    }
+}
+
+} // namespace jostle
