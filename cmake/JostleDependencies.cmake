@@ -56,14 +56,6 @@ add_library(Jostle::Glu INTERFACE IMPORTED GLOBAL)
 target_include_directories(Jostle::Glu SYSTEM INTERFACE "${JOSTLE_GLU_INCLUDE_DIR}")
 target_link_libraries(Jostle::Glu INTERFACE "${JOSTLE_GLU_LIBRARY}")
 
-if(JOSTLE_GUI)
-    find_package(Qt6 6.4 QUIET COMPONENTS Widgets OpenGLWidgets)
-    if(NOT Qt6_FOUND)
-        message(FATAL_ERROR "Qt was not found: run scripts/setup.sh (Debian: qt6-base-dev), "
-            "or configure with -DJOSTLE_GUI=OFF")
-    endif()
-endif()
-
 if(JOSTLE_TESTS)
     find_package(GTest QUIET)
     if(NOT TARGET GTest::gtest_main)
