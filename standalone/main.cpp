@@ -16,6 +16,7 @@
 #include "standalone/commands/solve_batch.h"
 #ifdef JOSTLE_GUI
 #include "standalone/pictures/add_commands.h"
+#include "standalone/window/add_command.h"
 #endif
 
 namespace {
@@ -249,6 +250,8 @@ int main(int argc, char** argv) {
     std::string solvePreview;
     PictureOptions solvePicture;
     addPreview(*app.get_subcommand("solve"), solvePreview, solvePicture);
+    OpenOptions openOptions;
+    addOpen(app, openOptions, setDescription, animationDescription);
 #endif
     try {
         app.parse(argc, argv);
@@ -267,6 +270,8 @@ int main(int argc, char** argv) {
 #ifdef JOSTLE_GUI
     } else if (app.got_subcommand("render")) {
         status = runGuarded(renderOptions.input, [&] { return runRender(renderOptions); });
+    } else if (app.got_subcommand("open")) {
+        status = runGuarded(openOptions.input, [&] { return runOpen(openOptions); });
     } else {
         status = runWithPreview(solveRequest, solvePreview, solvePicture);
 #else
