@@ -75,7 +75,7 @@ endif()
 
 # The preview and the window. Pictures need Qt's Gui module alone, and libgif where they move.
 if(JOSTLE_GUI)
-    find_package(Qt6 6.4 QUIET COMPONENTS Core Gui Widgets OpenGL OpenGLWidgets)
+    find_package(Qt6 6.4 QUIET COMPONENTS Core Gui Widgets OpenGL OpenGLWidgets Test)
     find_package(GIF QUIET)
     if(NOT TARGET Qt6::Gui OR NOT TARGET Qt6::OpenGLWidgets OR NOT TARGET GIF::GIF)
         message(FATAL_ERROR "Qt 6.4 or libgif was not found: run scripts/setup.sh (Debian: qt6-base-dev libgif-dev), "

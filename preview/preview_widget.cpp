@@ -83,7 +83,9 @@ private:
 } // namespace
 
 PreviewWidget::PreviewWidget(SimulationView& simulation, Painter painter, QWidget* parent)
-    : QWidget(parent), simulation_(simulation), usesOpenGl_(painter == Painter::WhatWorks && GlPainter::isSupported()),
+    : QWidget(parent),
+      simulation_(simulation),
+      usesOpenGl_(painter == Painter::WhatWorks && GlPainter::isSupported()),
       surface_(usesOpenGl_ ? static_cast<QWidget*>(new GlSurface(*this)) : new ImageSurface(*this)) {
     setObjectName("simulationPreviewWidget");
     setMinimumSize(160, 90);
@@ -149,8 +151,7 @@ void PreviewWidget::findPoses() {
     poses_.clear();
     for (std::size_t i = 0; i < samples.size(); ++i) {
         const BodySample& sample = samples[i];
-        poses_.push_back(
-            {sample.position, sample.angle, isOutOfTime(scene.bodies[i], times), sample.isDormant});
+        poses_.push_back({sample.position, sample.angle, isOutOfTime(scene.bodies[i], times), sample.isDormant});
     }
 }
 

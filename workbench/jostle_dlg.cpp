@@ -12,8 +12,11 @@
 namespace jostle {
 
 JostleDlg::JostleDlg(SimulationView& simulation, PreviewWidget::Painter painter)
-    : simulation_(simulation), preview_(new PreviewWidget(simulation, painter)), timeline_(new Timeline(simulation)),
-      zoomRow_(new ZoomRow(simulation, *preview_)), transportRow_(new TransportRow(simulation)),
+    : simulation_(simulation),
+      preview_(new PreviewWidget(simulation, painter)),
+      timeline_(new Timeline(simulation)),
+      zoomRow_(new ZoomRow(simulation, *preview_)),
+      transportRow_(new TransportRow(simulation)),
       toolsNoteSt_(new QLabel) {
     setObjectName("JostleDlgClass");
     resize(1306, 850);

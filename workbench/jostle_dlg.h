@@ -19,8 +19,7 @@ class JostleDlg final : public QMainWindow {
 
 public:
     /// @param simulation  must outlive the window
-    explicit JostleDlg(SimulationView& simulation,
-                       PreviewWidget::Painter painter = PreviewWidget::Painter::WhatWorks);
+    explicit JostleDlg(SimulationView& simulation, PreviewWidget::Painter painter = PreviewWidget::Painter::WhatWorks);
 
     /// Titles the window with what it is about.
     void setNames(const QString& project, const QString& composition);

@@ -11,9 +11,9 @@ namespace jostle {
 namespace {
 
 constexpr int widgetHeight = 34;
-constexpr double margin = 12.0;       // room for half of the playhead, and for the numbers at the ends
-constexpr double trackTop = 22.0;     // of the line of simulated frames
-constexpr double trackHeight = 5.0;   // likewise
+constexpr double margin = 12.0;        // room for half of the playhead, and for the numbers at the ends
+constexpr double trackTop = 22.0;      // of the line of simulated frames
+constexpr double trackHeight = 5.0;    // likewise
 constexpr double labelDistance = 70.0; // at least, between numbers
 constexpr QColor accent(235, 175, 30);
 
