@@ -104,6 +104,7 @@ void drawOutline(const PlacedBody& placed, const Stroke& stroke, float unit, Dra
                        [&circle](b2Vec2 corner) { return circle.center + circle.radius * corner; });
         Stroke around = stroke;
         around.width = std::max(stroke.width, circleWidth);
+        around.casing = Stroke::none;
         strokes.path(corners, around, true);
     }
 }

@@ -1,29 +1,31 @@
 #pragma once
 
 #include "preview/draw_list.h"
+#include "preview/flat_triangles.h"
 #include "preview/view_transform.h"
 
 #include <QOpenGLBuffer>
-#include <QOpenGLExtraFunctions>
+#include <QOpenGLFunctions>
 #include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
 #include <QSize>
 #include <QSurfaceFormat>
 
-#include <array>
-#include <cstddef>
+#include <optional>
+#include <vector>
 
 namespace jostle {
 
-/// Paints a drawing with OpenGL 3.3: one program, and for each list of the drawing a call for its triangles, its lines
-/// and its points, however many they are. Strokes and discs become quads in the vertex shader, so that their widths
-/// do not depend on what the driver allows.
+/// Paints a drawing with OpenGL 3.3: all of it in one buffer and one call.
+///
+/// The fragment shader smooths strokes and discs, and so the edges of bodies, on which their outlines lie. Graphics
+/// cards take several samples in each pixel besides, which smooths the rest; without a card that would take most of
+/// the time of a frame.
 class GlPainter {
 public:
-    /// What the painter needs of a context: version, and several samples in each pixel.
-    [[nodiscard]] static QSurfaceFormat format();
-    /// Whether such a context can be made on this display, and takes the shaders. [user-interface thread]
-    [[nodiscard]] static bool isSupported();
+    /// The format of a context for the painter; nothing if none can be made on this display, or it does not take the
+    /// shaders. [user-interface thread]
+    [[nodiscard]] static std::optional<QSurfaceFormat> supportedFormat();
 
     /// To be called once in the context that it is to paint in.
     /// @return whether the shaders were taken; if not, `paint` must not be called
@@ -37,30 +39,12 @@ public:
     void paint(const Drawing& drawing, const ViewTransform& view, QSize pixelSize);
 
 private:
-    /// The same numbers as in the vertex shader.
-    enum Kind : int { triangles = 0, lines = 1, points = 2 };
-    struct Array {
-        QOpenGLVertexArrayObject attributes;
-        QOpenGLBuffer buffer{QOpenGLBuffer::VertexBuffer};
-    };
-    struct Attribute {
-        unsigned location;
-        int count;
-        unsigned type;
-        std::size_t offset;
-    };
-
-    void describe(Kind kind, std::size_t stride, std::initializer_list<Attribute> attributes);
-    void paintList(const DrawList& list, float originX, float originY, float scale);
-    void upload(Kind kind, const void* data, std::size_t bytes);
-
-    QOpenGLExtraFunctions* gl_ = nullptr;
+    QOpenGLFunctions* gl_ = nullptr;
     QOpenGLShaderProgram program_;
-    std::array<Array, 3> arrays_;
-    int originLocation_ = -1;
-    int scaleLocation_ = -1;
+    QOpenGLVertexArrayObject attributes_;
+    QOpenGLBuffer buffer_{QOpenGLBuffer::VertexBuffer};
     int pictureLocation_ = -1;
-    int kindLocation_ = -1;
+    std::vector<FlatVertex> triangles_; ///< of the last picture, for their memory
 };
 
 } // namespace jostle

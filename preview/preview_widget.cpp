@@ -14,6 +14,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <optional>
 
 namespace jostle {
 
@@ -24,8 +25,8 @@ constexpr int trailFrames = 600; // of the past, at most
 /// The picture by OpenGL.
 class GlSurface final : public QOpenGLWidget {
 public:
-    explicit GlSurface(PreviewWidget& preview) : QOpenGLWidget(&preview), preview_(preview) {
-        setFormat(GlPainter::format());
+    GlSurface(PreviewWidget& preview, const QSurfaceFormat& format) : QOpenGLWidget(&preview), preview_(preview) {
+        setFormat(format);
     }
     ~GlSurface() override { releasePainter(); }
 
@@ -83,10 +84,11 @@ private:
 } // namespace
 
 PreviewWidget::PreviewWidget(SimulationView& simulation, Painter painter, QWidget* parent)
-    : QWidget(parent),
-      simulation_(simulation),
-      usesOpenGl_(painter == Painter::WhatWorks && GlPainter::isSupported()),
-      surface_(usesOpenGl_ ? static_cast<QWidget*>(new GlSurface(*this)) : new ImageSurface(*this)) {
+    : QWidget(parent), simulation_(simulation) {
+    const std::optional<QSurfaceFormat> format =
+        painter == Painter::WhatWorks ? GlPainter::supportedFormat() : std::nullopt;
+    usesOpenGl_ = format.has_value();
+    surface_ = format ? static_cast<QWidget*>(new GlSurface(*this, *format)) : new ImageSurface(*this);
     setObjectName("simulationPreviewWidget");
     setMinimumSize(160, 90);
     surface_->setAttribute(Qt::WA_TransparentForMouseEvents);

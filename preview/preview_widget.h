@@ -65,8 +65,8 @@ private:
     void selectAt(QPointF position, bool adds);
 
     SimulationView& simulation_;
-    const bool usesOpenGl_;
-    QWidget* surface_;
+    bool usesOpenGl_ = false;
+    QWidget* surface_ = nullptr;
     QLabel* note_ = nullptr; ///< only without OpenGL
     ViewTransform view_;
     ViewOptions options_;
