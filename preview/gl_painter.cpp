@@ -17,7 +17,7 @@ layout(location = 0) in vec2 at;
 layout(location = 1) in vec4 color;
 layout(location = 2) in vec2 offset;
 layout(location = 3) in float radius;
-uniform vec2 picture;
+uniform vec4 toClip;
 out vec4 fill;
 out vec2 off;
 out float reach;
@@ -26,7 +26,7 @@ void main() {
     fill = color;
     off = offset;
     reach = radius + 0.5;
-    gl_Position = vec4(at.x / picture.x * 2.0 - 1.0, 1.0 - at.y / picture.y * 2.0, 0.0, 1.0);
+    gl_Position = vec4(at * toClip.xy + toClip.zw, 0.0, 1.0);
 }
 )";
 
@@ -56,7 +56,7 @@ bool isSoftware(QOpenGLContext& context) {
 
 } // namespace
 
-std::optional<QSurfaceFormat> GlPainter::supportedFormat() {
+std::optional<GlPainter::Support> GlPainter::support() {
     QSurfaceFormat format;
     format.setVersion(3, 3);
     format.setProfile(QSurfaceFormat::CoreProfile);
@@ -72,12 +72,13 @@ std::optional<QSurfaceFormat> GlPainter::supportedFormat() {
         return std::nullopt;
     }
     constexpr int samples = 4;
-    format.setSamples(isSoftware(context) ? 0 : samples);
+    const bool software = isSoftware(context);
+    format.setSamples(software ? 0 : samples);
     GlPainter painter;
     const bool works = painter.initialize();
     painter.release();
     context.doneCurrent();
-    return works ? std::optional(format) : std::nullopt;
+    return works ? std::optional(Support{format, software}) : std::nullopt;
 }
 
 bool GlPainter::initialize() {
@@ -92,7 +93,7 @@ bool GlPainter::initialize() {
         return false;
     }
     gl_ = context->functions();
-    pictureLocation_ = program_.uniformLocation("picture");
+    toClipLocation_ = program_.uniformLocation("toClip");
     attributes_.create();
     buffer_.create();
     buffer_.setUsagePattern(QOpenGLBuffer::StreamDraw);
@@ -117,7 +118,7 @@ void GlPainter::release() {
     program_.removeAllShaders();
 }
 
-void GlPainter::paint(const Drawing& drawing, const ViewTransform& view, QSize pixelSize) {
+void GlPainter::paint(const Drawing& drawing, const ViewTransform& view, QSize pixelSize, Rows rows) {
     const auto channel = [](std::uint8_t value) { return static_cast<float>(value) / 255.0f; };
     const Rgba background = drawing.background;
     gl_->glViewport(0, 0, pixelSize.width(), pixelSize.height());
@@ -129,7 +130,9 @@ void GlPainter::paint(const Drawing& drawing, const ViewTransform& view, QSize p
     // The picture itself stays opaque whatever is drawn on it.
     gl_->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     program_.bind();
-    program_.setUniformValue(pictureLocation_, static_cast<float>(view.width), static_cast<float>(view.height));
+    const float up = rows == Rows::BottomUp ? 1.0f : -1.0f;
+    program_.setUniformValue(toClipLocation_, 2.0f / static_cast<float>(view.width),
+                             -2.0f * up / static_cast<float>(view.height), -1.0f, up);
     const QOpenGLVertexArrayObject::Binder bound(&attributes_);
     buffer_.bind();
     // A new store each time, so that what is still being drawn from the old one need not be waited for.

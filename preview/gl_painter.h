@@ -23,9 +23,17 @@ namespace jostle {
 /// the time of a frame.
 class GlPainter {
 public:
-    /// The format of a context for the painter; nothing if none can be made on this display, or it does not take the
-    /// shaders. [user-interface thread]
-    [[nodiscard]] static std::optional<QSurfaceFormat> supportedFormat();
+    /// What this display offers the painter.
+    struct Support {
+        QSurfaceFormat format;   ///< of a context that the painter takes
+        bool isSoftware = false; ///< the processor does the work of a graphics card
+    };
+    /// @return nothing if no context can be made, or it does not take the shaders. [user-interface thread]
+    [[nodiscard]] static std::optional<Support> support();
+
+    /// Which row of the framebuffer is the picture's uppermost: the last one, as on a screen, or the first one, as in
+    /// an image.
+    enum class Rows { BottomUp, TopDown };
 
     /// To be called once in the context that it is to paint in.
     /// @return whether the shaders were taken; if not, `paint` must not be called
@@ -36,14 +44,14 @@ public:
     /// Fills the context's present framebuffer, its background first.
     /// @param view       its width and height are the picture's
     /// @param pixelSize  of the framebuffer
-    void paint(const Drawing& drawing, const ViewTransform& view, QSize pixelSize);
+    void paint(const Drawing& drawing, const ViewTransform& view, QSize pixelSize, Rows rows);
 
 private:
     QOpenGLFunctions* gl_ = nullptr;
     QOpenGLShaderProgram program_;
     QOpenGLVertexArrayObject attributes_;
     QOpenGLBuffer buffer_{QOpenGLBuffer::VertexBuffer};
-    int pictureLocation_ = -1;
+    int toClipLocation_ = -1;
     std::vector<FlatVertex> triangles_; ///< of the last picture, for their memory
 };
 

@@ -1,20 +1,16 @@
 #include "preview/preview_widget.h"
 
 #include "editing/picking.h"
-#include "preview/gl_painter.h"
-#include "preview/image_painter.h"
 #include "preview/overlays.h"
+#include "preview/surfaces.h"
 #include "simulation/body_behaviours.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QOpenGLWidget>
-#include <QPainter>
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <optional>
 
 namespace jostle {
 
@@ -22,73 +18,13 @@ namespace {
 
 constexpr int trailFrames = 600; // of the past, at most
 
-/// The picture by OpenGL.
-class GlSurface final : public QOpenGLWidget {
-public:
-    GlSurface(PreviewWidget& preview, const QSurfaceFormat& format) : QOpenGLWidget(&preview), preview_(preview) {
-        setFormat(format);
-    }
-    ~GlSurface() override { releasePainter(); }
-
-protected:
-    void initializeGL() override {
-        // The context ends, and another begins, when the window is moved into another one.
-        connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &GlSurface::releasePainter);
-        isReady_ = painter_.initialize();
-    }
-    void paintGL() override {
-        if (isReady_) {
-            painter_.paint(preview_.drawing(), preview_.view(), size() * devicePixelRatio());
-        }
-    }
-
-private:
-    void releasePainter() {
-        if (isReady_) {
-            makeCurrent();
-            painter_.release();
-            doneCurrent();
-            isReady_ = false;
-        }
-    }
-
-    PreviewWidget& preview_;
-    GlPainter painter_;
-    bool isReady_ = false;
-};
-
-/// The picture without it.
-class ImageSurface final : public QWidget {
-public:
-    explicit ImageSurface(PreviewWidget& preview) : QWidget(&preview), preview_(preview) {
-        setAttribute(Qt::WA_OpaquePaintEvent);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        const QSize pixels = size() * devicePixelRatio();
-        if (image_.size() != pixels) {
-            image_ = QImage(pixels, QImage::Format_RGB32);
-        }
-        paintImage(preview_.drawing(), preview_.view(), image_);
-        image_.setDevicePixelRatio(devicePixelRatio());
-        QPainter(this).drawImage(0, 0, image_);
-        image_.setDevicePixelRatio(1.0);
-    }
-
-private:
-    PreviewWidget& preview_;
-    QImage image_;
-};
-
 } // namespace
 
 PreviewWidget::PreviewWidget(SimulationView& simulation, Painter painter, QWidget* parent)
     : QWidget(parent), simulation_(simulation) {
-    const std::optional<QSurfaceFormat> format =
-        painter == Painter::WhatWorks ? GlPainter::supportedFormat() : std::nullopt;
-    usesOpenGl_ = format.has_value();
-    surface_ = format ? static_cast<QWidget*>(new GlSurface(*this, *format)) : new ImageSurface(*this);
+    surface_ = painter == Painter::WhatWorks ? makeGlSurface(*this) : nullptr;
+    usesOpenGl_ = surface_ != nullptr;
+    surface_ = usesOpenGl_ ? surface_ : makeImageSurface(*this);
     setObjectName("simulationPreviewWidget");
     setMinimumSize(160, 90);
     surface_->setAttribute(Qt::WA_TransparentForMouseEvents);

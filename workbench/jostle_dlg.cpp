@@ -4,6 +4,7 @@
 #include "workbench/transport_row.h"
 #include "workbench/zoom_row.h"
 
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QShortcut>
@@ -36,6 +37,10 @@ void JostleDlg::layOut() {
     column->setContentsMargins(0, 0, 0, 6);
     column->setSpacing(2);
     column->addWidget(preview_, 1);
+    auto* edge = new QFrame;
+    edge->setFixedHeight(1);
+    edge->setStyleSheet("background-color: rgb(18,18,18);");
+    column->addWidget(edge);
     column->addWidget(timeline_);
     auto* zoom = new QHBoxLayout;
     zoom->setContentsMargins(8, 0, 4, 0);

@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QColorDialog>
 #include <QFontDatabase>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
@@ -82,7 +83,15 @@ void ZoomRow::addZoomButtons(QHBoxLayout& row) {
 
 void ZoomRow::addViewButtons(QHBoxLayout& row) {
     bgColorBtn_ = addButton(row, "bgColorBtn", {}, tr("Background colour"));
-    bgColorBtn_->setFixedSize(22, 22);
+    bgColorBtn_->setFixedSize(20, 20);
+    // A rim, as the colour may be that of the window.
+    auto* rim = new QFrame(this);
+    rim->setObjectName("bgColorRim");
+    rim->setStyleSheet("QFrame#bgColorRim { border: 1px solid rgb(120,120,120); }");
+    auto* inside = new QHBoxLayout(rim);
+    inside->setContentsMargins(1, 1, 1, 1);
+    inside->addWidget(bgColorBtn_);
+    row.addWidget(rim);
     setBackground(toQColor(preview_.style().background));
     connect(bgColorBtn_, &QToolButton::clicked, this, &ZoomRow::OnBGColorBtn);
     row.addSpacing(4);

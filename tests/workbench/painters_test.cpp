@@ -70,7 +70,7 @@ QImage pictureAt(int frame, PreviewWidget::Painter painter) {
 }
 
 TEST(Painters, giveTheSamePicture) {
-    if (!GlPainter::supportedFormat()) {
+    if (!GlPainter::support()) {
         ASSERT_EQ(std::getenv("JOSTLE_TEST_OPENGL"), nullptr) << "this display was to have OpenGL";
         GTEST_SKIP() << "no OpenGL on this display";
     }
@@ -87,7 +87,7 @@ TEST(Painters, giveTheSamePicture) {
 TEST(Painters, theWindowSaysWhatItDoesWithout) {
     for (const auto painter : {PreviewWidget::Painter::WhatWorks, PreviewWidget::Painter::Image}) {
         Window window(everythingScene(), painter);
-        const bool expected = painter == PreviewWidget::Painter::WhatWorks && GlPainter::supportedFormat().has_value();
+        const bool expected = painter == PreviewWidget::Painter::WhatWorks && GlPainter::support().has_value();
         EXPECT_EQ(window.dialog.preview().usesOpenGl(), expected);
         const auto* const note = window.dialog.findChild<QLabel*>("painterNoteSt");
         EXPECT_EQ(note != nullptr && note->isVisible(), !expected);
