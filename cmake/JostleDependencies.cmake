@@ -78,7 +78,7 @@ if(JOSTLE_GUI)
     find_package(Qt6 6.4 QUIET COMPONENTS Core Gui Widgets OpenGL OpenGLWidgets Test)
     find_package(GIF QUIET)
     if(NOT TARGET Qt6::Gui OR NOT TARGET Qt6::OpenGLWidgets OR NOT TARGET GIF::GIF)
-        message(FATAL_ERROR "Qt 6.4 or libgif was not found: run scripts/setup.sh (Debian: qt6-base-dev libgif-dev), "
+        message(FATAL_ERROR "Qt 6.4 or libgif was not found: run scripts/setup.sh (Debian: qt6-base-dev libqt6opengl6-dev libgif-dev), "
             "or configure with -DJOSTLE_GUI=OFF for a build without pictures and windows")
     endif()
 endif()

@@ -8,8 +8,8 @@ deps="$root/deps"
 archives="$deps/archives"
 
 packages=(g++ cmake ninja-build patch rapidjson-dev libcli11-dev libglu1-mesa-dev libgtest-dev libbenchmark-dev
-    libfreetype-dev libharfbuzz-dev libfontconfig-dev libzip-dev zlib1g-dev libtinyxml2-dev
-    fonts-dejavu-core qt6-base-dev libgif-dev libgl1-mesa-dri xvfb xauth)
+    libfreetype-dev libharfbuzz-dev libfontconfig-dev libzip-dev zlib1g-dev libtinyxml2-dev fonts-dejavu-core
+    qt6-base-dev libqt6opengl6-dev libgif-dev libgl1-mesa-dri xvfb xauth)
 
 # Name in deps/; Debian source package and version; the archive in it; its SHA-256; the folder below deps/NAME that
 # receives the files; how many leading folders they lose; what is unpacked.
