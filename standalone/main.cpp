@@ -251,7 +251,7 @@ int main(int argc, char** argv) {
     PictureOptions solvePicture;
     addPreview(*app.get_subcommand("solve"), solvePreview, solvePicture);
     OpenOptions openOptions;
-    addOpen(app, openOptions, setDescription, animationDescription);
+    addSetup(addOpen(app, openOptions, animationDescription), openOptions.settings, openOptions.sets);
 #endif
     try {
         app.parse(argc, argv);

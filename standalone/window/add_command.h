@@ -6,17 +6,13 @@
 
 namespace jostle::standalone {
 
-/// Adds the command that opens the window.
-/// @param setDescription, animationDescription  as for the other commands
-inline void addOpen(CLI::App& app, OpenOptions& options, const char* setDescription, const char* animationDescription) {
+/// Adds the command that opens the window, without its settings.
+/// @param animationDescription  as for the other commands
+inline CLI::App& addOpen(CLI::App& app, OpenOptions& options, const char* animationDescription) {
     CLI::App* command = app.add_subcommand("open", "Shows the simulation of a Lottie file in a window.");
     command->add_option("input", options.input, "Lottie file (.json or .lottie)")->required()->type_name("IN");
     command->add_option("--animation", options.animation, animationDescription)->type_name("ID");
-    command->add_option("--set", options.sets, setDescription)
-        ->type_name("KEY=VALUE")
-        ->expected(1)
-        ->take_all()
-        ->allow_extra_args(false);
+    return *command;
 }
 
 } // namespace jostle::standalone

@@ -5,32 +5,29 @@
 #include <optional>
 #include <utility>
 
-#include "persistence/overrides.h"
-#include "standalone/commands/layer_names.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/options.h"
 #include "standalone/commands/plugin_session.h"
+#include "standalone/commands/settings_input.h"
 #include "workbench/launch.h"
 
 namespace jostle::standalone {
 
 namespace {
 
-/// @return whether all were set; if not, a line on standard error has told why
-bool applySets(const std::vector<std::string>& sets, const ImportReport& report, Scene& scene) {
-    const std::vector<NamedLayer> layers = namedLayers(report);
-    for (const std::string& text : sets) {
-        const std::optional<SettingOverride> setting = parseOverride(text);
-        if (!setting) {
-            complain("--set " + text, "is not KEY=VALUE with a key such as floor.type or gravity.magnitude");
-            return false;
-        }
-        if (const std::optional<std::string> error = applyOverride(*setting, scene, layers)) {
-            complain("--set " + text, *error);
-            return false;
-        }
+/// Lays the settings of the command over the scene.
+/// @return exitDone if all is well; else a line on standard error has told why
+int applyOptions(const OpenOptions& options, const HostContext& context, Scene& scene, const ImportReport& report) {
+    SnapshotStrip unused;
+    const SettingsTarget target{scene, unused, layerAccess(context, scene, report, nullptr)};
+    if (!options.settings.empty() && !applySettingsFile(context, options.settings, target, false)) {
+        return exitFailed;
     }
-    return true;
+    if (const std::optional<Refusal> refusal = applySets("--set", options.sets, report, target)) {
+        complain(refusal->about, refusal->message);
+        return exitWrongUse;
+    }
+    return exitDone;
 }
 
 /// Without a display the library of windows ends the process.
@@ -48,9 +45,11 @@ bool hasDisplay() {
 
 int showWindow(const OpenOptions& options, DocumentHost& host) {
     LaunchOutcome outcome = LaunchOutcome::NotRead;
+    int prepared = exitDone;
     const bool started = runPlugin(host, [&](const HostContext& context) {
-        outcome = launch(context, [&options](Scene& scene, const ImportReport& report) {
-            return applySets(options.sets, report, scene);
+        outcome = launch(context, [&](Scene& scene, const ImportReport& report) {
+            prepared = applyOptions(options, context, scene, report);
+            return prepared == exitDone;
         });
     });
     if (!started) {
@@ -63,7 +62,7 @@ int showWindow(const OpenOptions& options, DocumentHost& host) {
         complain(options.input, "the layers cannot be read");
         return exitFailed;
     case LaunchOutcome::CalledOff:
-        return exitWrongUse;
+        return prepared;
     case LaunchOutcome::Closed:
         break;
     }

@@ -8,6 +8,7 @@ namespace jostle::standalone {
 struct OpenOptions {
     std::string input;
     std::string animation;         ///< identifier in an archive; empty for the first
+    std::string settings;          ///< settings file; empty: none
     std::vector<std::string> sets; ///< KEY=VALUE
 };
 
