@@ -24,7 +24,7 @@ Rgba faded(Rgba color, float width) {
 }
 
 FlatVertex* addQuad(const FlatVertex (&corners)[4], FlatVertex* out) {
-    for (const std::size_t corner : {0, 1, 2, 2, 1, 3}) {
+    for (const int corner : {0, 1, 2, 2, 1, 3}) {
         *out++ = corners[corner];
     }
     return out;

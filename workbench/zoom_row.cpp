@@ -91,7 +91,7 @@ void ZoomRow::addViewButtons(QHBoxLayout& row) {
     auto* inside = new QHBoxLayout(rim);
     inside->setContentsMargins(1, 1, 1, 1);
     inside->addWidget(bgColorBtn_);
-    row.addWidget(rim);
+    row.addWidget(rim, 0, Qt::AlignVCenter);
     setBackground(toQColor(preview_.style().background));
     connect(bgColorBtn_, &QToolButton::clicked, this, &ZoomRow::OnBGColorBtn);
     row.addSpacing(4);
