@@ -26,7 +26,12 @@ SimulationView::SimulationView(Scene scene, LayerMotion& layers, WallPacer pacer
       clock_(scene_, layers, pacer_),
       selection_(scene_) {
     timer_.setTimerType(Qt::PreciseTimer);
-    connect(&timer_, &QTimer::timeout, this, &SimulationView::updatePhysics);
+    // Counted from the end of a tick: a timer that keeps its own beat would make up for what the pacer waits off.
+    timer_.setSingleShot(true);
+    connect(&timer_, &QTimer::timeout, this, [this] {
+        updatePhysics();
+        timer_.start();
+    });
     connect(&selection_, &SelectionModel::changed, this, &SimulationView::pictureChanged);
     beginAgain();
 }

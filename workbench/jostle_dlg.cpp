@@ -7,6 +7,7 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -20,7 +21,7 @@ JostleDlg::JostleDlg(SimulationView& simulation, PreviewWidget::Painter painter)
       transportRow_(new TransportRow(simulation)),
       toolsNoteSt_(new QLabel) {
     setObjectName("JostleDlgClass");
-    resize(1306, 850);
+    resize(QSize(1306, 850).boundedTo(screen()->availableSize()));
     toolsNoteSt_->setObjectName("toolsNoteSt");
     connect(transportRow_, &TransportRow::noteChanged, toolsNoteSt_, &QLabel::setText);
     layOut();

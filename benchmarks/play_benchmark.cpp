@@ -1,0 +1,60 @@
+// Does the window hold the rate of the composition? play_benchmark [pyramid or circles [CIRCLES [SECONDS]]], on a
+// display (xvfb-run).
+//
+// Plays a scene in the real window, with its preview 1280 pixels wide, and prints frames a second by the wall clock
+// beside those of the composition, and the processor's time for a frame, all threads together.
+
+#include "editing/simulation_view.h"
+#include "tests/support/scenes.h"
+#include "workbench/jostle_dlg.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <string_view>
+
+namespace {
+
+double processorMilliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    QApplication application(count, arguments);
+    const bool isPyramid = count > 1 && std::string_view(arguments[1]) == "pyramid";
+    const int circles = count > 2 ? std::atoi(arguments[2]) : 300;
+    const int seconds = count > 3 ? std::atoi(arguments[3]) : 8;
+    jostle::StillLayers layers;
+    jostle::SimulationView view(isPyramid ? jostle::boxPyramid() : jostle::circlesInBox(circles), layers);
+    jostle::JostleDlg window(view);
+    window.show();
+    window.preview().zoomToFit();
+    view.start();
+    view.play();
+    QElapsedTimer watch;
+    double processorStart = 0.0;
+    int firstFrame = 0;
+    // The first second is for the window to come up.
+    QTimer::singleShot(1000, [&] {
+        watch.start();
+        processorStart = processorMilliseconds();
+        firstFrame = view.frame();
+    });
+    QTimer::singleShot(1000 * (seconds + 1), [&] {
+        const double wall = static_cast<double>(watch.elapsed());
+        const int frames = view.frame() - firstFrame;
+        std::printf("%d bodies, preview %d by %d: %.1f of %.1f frames a second, %.2f ms of the processor a frame\n",
+                    view.scene().bodyCount(), window.preview().width(), window.preview().height(),
+                    1000.0 * frames / wall, view.scene().fps, (processorMilliseconds() - processorStart) / frames);
+        QApplication::quit();
+    });
+    return QApplication::exec();
+}
