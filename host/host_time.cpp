@@ -25,7 +25,7 @@ A_Time hostTimeOf(double seconds) {
     return {fitted(std::round(seconds * samplingScale)), samplingScale};
 }
 
-A_Time timeOfFrame(A_Time frameDuration, int frame) {
+A_Time reducedTimeOfFrame(A_Time frameDuration, int frame) {
     std::int64_t value = static_cast<std::int64_t>(frameDuration.value) * frame;
     std::int64_t scale = frameDuration.scale;
     const auto tooLong = [&] { return value != static_cast<std::int32_t>(value); };

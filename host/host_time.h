@@ -13,9 +13,18 @@ inline constexpr A_Time sampleTime{0, 1};
 /// not finite or do not fit give the nearest time that does.
 [[nodiscard]] A_Time hostTimeOf(double seconds);
 
+/// As `timeOfFrame`, where the value has to be made smaller.
+[[nodiscard]] A_Time reducedTimeOfFrame(A_Time frameDuration, int frame);
+
 /// Time of a frame, exact wherever it fits the 32 bits of the value.
 /// @param frameDuration  duration of one frame, of a scale above 0
-[[nodiscard]] A_Time timeOfFrame(A_Time frameDuration, int frame);
+[[nodiscard]] inline A_Time timeOfFrame(A_Time frameDuration, int frame) {
+    // In long rows for the keys of one stream, and nearly always short enough.
+    const std::int64_t value = static_cast<std::int64_t>(frameDuration.value) * frame;
+    if (value == static_cast<std::int32_t>(value))
+        return {static_cast<std::int32_t>(value), frameDuration.scale};
+    return reducedTimeOfFrame(frameDuration, frame);
+}
 
 /// A time in frames; 0 if one of the two has a scale of 0 or the duration is 0.
 [[nodiscard]] double framesOf(A_Time time, A_Time frameDuration);

@@ -26,6 +26,9 @@ public:
     /// The table, valid as long as the handler; null if the host does not hand it out.
     template<class Suite>
     [[nodiscard]] const Suite* get() {
+        // Nearly always the one asked for last, and each name is at one address.
+        if (last_.name == Suite::suiteName && last_.version == Suite::suiteVersion)
+            return static_cast<const Suite*>(last_.table);
         return static_cast<const Suite*>(acquire(Suite::suiteName, Suite::suiteVersion));
     }
 
@@ -36,13 +39,11 @@ private:
         const void* table = nullptr;
     };
 
-    const void* acquire(const char* name, std::int32_t version) {
-        // Nearly always the one asked for last, and each name is at one address.
-        if (last_ < count_ && slots_[last_].name == name && slots_[last_].version == version)
-            return slots_[last_].table;
+    // Not inline: every call of the host would be many times as long.
+    [[gnu::noinline]] const void* acquire(const char* name, std::int32_t version) {
         for (std::size_t i = 0; i < count_; ++i) {
             if (slots_[i].version == version && std::strcmp(slots_[i].name, name) == 0) {
-                last_ = i;
+                last_ = {name, version, slots_[i].table};
                 return slots_[i].table;
             }
         }
@@ -62,5 +63,5 @@ private:
     const SPBasicSuite* basic_;
     std::array<Slot, 18> slots_{}; // one for each table of host/suites.h
     std::size_t count_ = 0;
-    std::size_t last_ = 0; ///< found last
+    Slot last_; ///< found last, by the name it was asked for with
 };

@@ -1,62 +1,71 @@
 #include "simulation/export_run.h"
 
-#include <box2d/b2_body.h>
-
 #include <algorithm>
-#include <cstdint>
+#include <cstddef>
+#include <utility>
 
 namespace jostle {
 
 namespace {
 
-// Samples go to each body's lists several frames at a time: to write to two lists of every body in every frame would
-// fill the caches that the solver lives in.
-constexpr std::size_t framesAtOnce = 16;
+// Samples go to each body's lists when the run is over: to write to two lists of every body in every frame would fill
+// the caches that the solver lives in. Until then they are kept in blocks, which never have to be copied to grow.
+constexpr std::size_t framesInBlock = 64;
+
+// How many bodies ahead one is asked for: they lie apart, and a thousand of them do not stay in the first cache.
+constexpr std::size_t bodiesAhead = 12;
 
 } // namespace
 
 void ExportRun::begin(const Scene& scene) {
-    // Nearly every run is shorter. A longer one grows by doubling, and so far from every frame, where room for the
-    // longest range would take a gigabyte for a thousand bodies that may be stopped at once.
-    constexpr std::int64_t firstBlock = 4096;
-    const std::int64_t frames = static_cast<std::int64_t>(endFrame_) - startFrame_ + 1;
-    const auto count = static_cast<std::size_t>(std::min(frames, firstBlock));
     results_.resize(scene.bodies.size());
-    recent_.reserve(std::min(count, framesAtOnce) * results_.size());
+    bodies_.resize(scene.bodies.size());
     for (std::size_t k = 0; k < results_.size(); ++k) {
-        results_[k].positions.reserve(count);
-        results_[k].rotations.reserve(count);
-        results_[k].layerAnchor = scene.bodies[results_.size() - 1 - k].layerAnchor;
+        const BodyRecord& record = scene.bodies[results_.size() - 1 - k];
+        results_[k].layerAnchor = record.layerAnchor;
+        bodies_[k] = record.body;
     }
-}
-
-void ExportRun::handOut() {
-    const std::size_t count = results_.size();
-    for (std::size_t k = 0; k < count; ++k) {
-        for (std::size_t i = k; i < recent_.size(); i += count) {
-            results_[k].positions.push_back(recent_[i].position);
-            results_[k].rotations.push_back(recent_[i].rotation);
-        }
-    }
-    recent_.clear();
 }
 
 void ExportRun::sample(int frame, const Scene& scene) {
-    if (results_.empty()) {
+    if (results_.empty())
         begin(scene);
-    }
-    for (auto record = scene.bodies.rbegin(); record != scene.bodies.rend(); ++record) {
-        recent_.push_back(
-            {scene.worldToPixels(record->body->GetPosition()), radiansToDegrees(record->body->GetAngle())});
+    const std::size_t count = bodies_.size();
+    if (blocks_.empty() || blocks_.back().size() >= framesInBlock * count)
+        blocks_.emplace_back().reserve(framesInBlock * count);
+    std::vector<Sample>& block = blocks_.back();
+    for (std::size_t k = 0; k < count; ++k) {
+        __builtin_prefetch(bodies_[std::min(k + bodiesAhead, count - 1)]);
+        const b2Body& body = *bodies_[k];
+        block.push_back({scene.worldToPixels(body.GetPosition()), radiansToDegrees(body.GetAngle())});
     }
     isComplete_ = frame == endFrame_;
-    if (recent_.size() >= framesAtOnce * results_.size()) {
-        handOut();
-    }
 }
 
 const std::vector<ExportResult>& ExportRun::results() {
-    handOut();
+    const std::size_t count = results_.size();
+    std::size_t samples = 0;
+    for (const std::vector<Sample>& block : blocks_)
+        samples += block.size();
+    for (ExportResult& result : results_) {
+        result.positions.reserve(result.positions.size() + samples / count);
+        result.rotations.reserve(result.rotations.size() + samples / count);
+    }
+    for (std::vector<Sample>& block : std::exchange(blocks_, {})) {
+        for (std::size_t k = 0; k < count; ++k) {
+            ExportResult& result = results_[k];
+            const std::size_t before = result.positions.size();
+            const std::size_t added = block.size() / count;
+            result.positions.resize(before + added);
+            result.rotations.resize(before + added);
+            const Sample* sample = block.data() + k;
+            for (std::size_t i = before; i < before + added; ++i, sample += count) {
+                result.positions[i] = sample->position;
+                result.rotations[i] = sample->rotation;
+            }
+        }
+        block = {};
+    }
     return results_;
 }
 

@@ -2,6 +2,7 @@
 
 #include "simulation/scene.h"
 
+#include <box2d/b2_body.h>
 #include <box2d/b2_math.h>
 
 #include <vector>
@@ -29,10 +30,9 @@ public:
     /// Whether a frame is to be sampled.
     [[nodiscard]] bool contains(int frame) const { return startFrame_ <= frame && frame <= endFrame_; }
 
-    /// Appends where every body stands now. The first call makes room for the range, so that later ones allocate
-    /// nothing in the first 4096 frames, and seldom after them.
+    /// Appends where every body stands now.
     /// @param frame  one of the range; the last one completes the run
-    /// @param scene  its bodies must be built, and stay the same in number through a run
+    /// @param scene  its bodies must be built, and stay the same ones through a run
     void sample(int frame, const Scene& scene);
 
     /// Whether the end frame has been sampled.
@@ -49,13 +49,13 @@ private:
     };
 
     void begin(const Scene& scene);
-    void handOut();
 
     int startFrame_;
     int endFrame_;
     bool isComplete_ = false;
     std::vector<ExportResult> results_;
-    std::vector<Sample> recent_; ///< of some frames, one after the other, not yet in the results
+    std::vector<const b2Body*> bodies_;       ///< in the order of the results
+    std::vector<std::vector<Sample>> blocks_; ///< of some frames each, one after the other, not yet in the results
 };
 
 } // namespace jostle

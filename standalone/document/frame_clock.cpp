@@ -66,19 +66,7 @@ HostTime FrameClock::timeOf(double frame) const {
     return coarse(value * std::max(finest, 1.0), scale * std::max(finest, 1.0));
 }
 
-double FrameClock::frameAt(HostTime time) const {
-    if (time.scale == 0)
-        return 0;
-    // By the duration and not by the rate, so that what timeOf gave comes back however far the two differ.
-    const double numerator = static_cast<double>(time.value) * duration_.scale;
-    const double denominator = static_cast<double>(time.scale) * duration_.value;
-    return snap(numerator / denominator);
-}
-
-double FrameClock::snap(double frame) {
-    // Nearly every frame is whole, and rounding is a call.
-    if (std::abs(frame) < largestValue && static_cast<double>(static_cast<std::int32_t>(frame)) == frame)
-        return frame;
+double FrameClock::snapBetween(double frame) {
     const double whole = std::round(frame);
     const double tolerance = std::max(0.001, 2e-6 * std::abs(frame));
     return std::abs(frame - whole) <= tolerance ? whole : frame;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 namespace jostle::standalone {
@@ -30,12 +31,27 @@ public:
     [[nodiscard]] HostTime timeOf(double frame) const;
 
     /// Frame at a time, snapped. A scale of 0 gives frame 0.
-    [[nodiscard]] double frameAt(HostTime time) const;
+    [[nodiscard]] double frameAt(HostTime time) const {
+        if (time.scale == 0)
+            return 0;
+        // By the duration and not by the rate, so that what timeOf gave comes back however far the two differ.
+        const double numerator = static_cast<double>(time.value) * duration_.scale;
+        const double denominator = static_cast<double>(time.scale) * duration_.value;
+        return snap(numerator / denominator);
+    }
 
     /// The nearest integer if `frame` differs from it by at most 0.001, or 2e-6 times itself; else `frame`.
-    [[nodiscard]] static double snap(double frame);
+    [[nodiscard]] static double snap(double frame) {
+        // Nearly every frame is whole, and rounding is a call.
+        constexpr double most = 2147483647;
+        if (std::abs(frame) < most && static_cast<double>(static_cast<std::int32_t>(frame)) == frame)
+            return frame;
+        return snapBetween(frame);
+    }
 
 private:
+    [[nodiscard]] static double snapBetween(double frame);
+
     double frameRate_ = 25;
     HostTime duration_{1, 25};
 };

@@ -99,31 +99,74 @@ KeyBatch* batchOf(AEGP_AddKeyframesInfoH handle) {
     return batch;
 }
 
+/// Finds out what a batch is for, and all of it that every key needs.
+StreamRef* lookedUp(KeyBatch& batch) {
+    StreamRef* ref = keyedLeaf(batch.stream);
+    batch.target = ref != nullptr && keyComponents(*ref->node) == batch.components ? ref : nullptr;
+    batch.checkedAt = state().revision();
+    if (batch.target == nullptr)
+        return nullptr;
+    const TreeNode& leaf = *ref->node;
+    batch.clock = ref->layer->comp->composition->clock;
+    batch.given = static_cast<std::size_t>(suiteComponents(leaf));
+    // Of a colour the suites' layout is another one.
+    batch.isPlain = leaf.stream != nullptr && leaf.stream->keys.empty() && typeOf(leaf) != AEGP_StreamType_COLOR;
+    batch.present = batch.isPlain ? leafValueAt(*ref->layer->layer, leaf, 0) : Components{};
+    return ref;
+}
+
 /// What a batch is for, if its stream is still usable and still has the components that the batch began with.
 StreamRef* targetOf(KeyBatch* batch) {
     if (batch == nullptr)
         return nullptr;
     // Asked for with every key, and as a rule nothing has happened since the last one.
-    if (batch->target != nullptr && batch->checkedAt == state().revision())
-        return batch->target;
-    StreamRef* ref = keyedLeaf(batch->stream);
-    batch->target = ref != nullptr && keyComponents(*ref->node) == batch->components ? ref : nullptr;
-    batch->checkedAt = state().revision();
-    return batch->target;
+    return batch->target != nullptr && batch->checkedAt == state().revision() ? batch->target : lookedUp(*batch);
 }
 
-/// As `HostState::isValueFor`. A value that was read from the batch's own stream is of its type.
-bool isValueFor(const KeyBatch& batch, const StreamRef& ref, const AEGP_StreamValue2* value) {
-    const bool isOwn = value != nullptr && value->streamH == batch.stream && ref.openValues > 0;
-    return (isOwn && ref.node->path == nullptr) || state().isValueFor(*ref.node, value);
+/// The batch, if a key of it is nothing but its numbers and all else is known; else null, and no fault.
+KeyBatch* plainBatch(AEGP_AddKeyframesInfoH handle) {
+    KeyBatch* batch = state().batches.find(handle);
+    return batch != nullptr && batch->target != nullptr && batch->isPlain && batch->checkedAt == state().revision()
+               ? batch
+               : nullptr;
 }
 
-A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_Time* time, A_long* index) {
+/// Adds a key with the present value, which holds until one is set. @return its index
+A_long addPlainKey(KeyBatch& batch, const A_Time& time) {
+    const auto index = static_cast<A_long>(batch.keys.frames.size());
+    batch.keys.frames.push_back(batch.clock.frameAt({time.value, time.scale}));
+    for (std::size_t c = 0; c < batch.components; ++c)
+        batch.keys.values.push_back(batch.present[c]);
+    return index;
+}
+
+A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& value) {
+    const Components numbers{value.three_d.x, batch.given > 1 ? value.three_d.y : 0,
+                             batch.given > 2 ? value.three_d.z : 0};
+    if (!isFinite(numbers))
+        return A_Err_PARAMETER;
+    double* key = batch.keys.values.data() + place * batch.components;
+    key[0] = numbers[0];
+    if (batch.given > 1 && batch.components > 1)
+        key[1] = numbers[1];
+    if (batch.given > 2 && batch.components > 2)
+        key[2] = numbers[2];
+    return A_Err_NONE;
+}
+
+// The ways of any key, out of line to keep those of most of them short.
+
+[[gnu::noinline]] A_Err addAnyKey(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_Time* time,
+                                  A_long* index) {
     KeyBatch* batch = batchOf(handle);
     const StreamRef* ref = targetOf(batch);
     if (ref == nullptr || !isValid(mode) || !state().isValid(time) || index == nullptr)
         return A_Err_PARAMETER;
-    const double frame = frameAt(*ref->layer->comp, *time);
+    if (batch->isPlain) {
+        *index = addPlainKey(*batch, *time);
+        return A_Err_NONE;
+    }
+    const double frame = batch->clock.frameAt({time->value, time->scale});
     *index = static_cast<A_long>(batch->keys.frames.size());
     batch->keys.frames.push_back(frame);
     // The present value holds until one is set.
@@ -137,13 +180,15 @@ A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_T
     return A_Err_NONE;
 }
 
-A_Err setAddKeyframe(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_StreamValue2* value) {
+[[gnu::noinline]] A_Err setAnyKey(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_StreamValue2* value) {
     KeyBatch* batch = batchOf(handle);
     const StreamRef* ref = targetOf(batch);
     if (ref == nullptr || index < 0 || static_cast<std::size_t>(index) >= batch->keys.frames.size() ||
-        !isValueFor(*batch, *ref, value))
+        !state().isValueFor(*ref->node, value))
         return A_Err_PARAMETER;
     const auto place = static_cast<std::size_t>(index);
+    if (batch->isPlain)
+        return setPlainKey(*batch, place, value->val);
     if (ref->node->path != nullptr) {
         const PathValue& outline = *state().maskOutlines.find(value->val.mask);
         if (!isFinite(outline))
@@ -154,9 +199,26 @@ A_Err setAddKeyframe(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_Str
     const Components components = fromSuiteValue(*ref->node, value->val);
     if (!isFinite(components))
         return A_Err_PARAMETER;
-    const auto given = std::min(batch->components, static_cast<std::size_t>(suiteComponents(*ref->node)));
+    const auto given = std::min(batch->components, batch->given);
     std::copy_n(components.data(), given, batch->keys.values.data() + place * batch->components);
     return A_Err_NONE;
+}
+
+A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_Time* time, A_long* index) {
+    KeyBatch* batch = plainBatch(handle);
+    if (batch == nullptr || !isValid(mode) || time == nullptr || time->scale == 0 || index == nullptr)
+        return addAnyKey(handle, mode, time, index);
+    *index = addPlainKey(*batch, *time);
+    return A_Err_NONE;
+}
+
+A_Err setAddKeyframe(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_StreamValue2* value) {
+    KeyBatch* batch = plainBatch(handle);
+    // A value that was read from the batch's own stream is of its type.
+    if (batch == nullptr || value == nullptr || value->streamH != batch->stream || batch->target->openValues == 0 ||
+        index < 0 || static_cast<std::size_t>(index) >= batch->keys.frames.size())
+        return setAnyKey(handle, index, value);
+    return setPlainKey(*batch, static_cast<std::size_t>(index), value->val);
 }
 
 A_Err endAddKeyframes(A_Boolean commit, AEGP_AddKeyframesInfoH handle) {

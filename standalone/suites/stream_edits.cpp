@@ -1,7 +1,6 @@
 #include "standalone/suites/stream_edits.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <numeric>
 
@@ -123,10 +122,6 @@ Components fromSuiteValue(const TreeNode& leaf, const AEGP_StreamVal2& value) {
     default:
         return {value.three_d.x, value.three_d.y, value.three_d.z};
     }
-}
-
-bool isFinite(const Components& value) {
-    return std::all_of(value.begin(), value.end(), [](double component) { return std::isfinite(component); });
 }
 
 void setStaticValue(LayerEntry& entry, Stream& stream, int count, const Components& value) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+
 #include "host/suites.h"
 #include "standalone/suites/host_state.h"
 
@@ -18,7 +20,9 @@ namespace jostle::standalone {
 [[nodiscard]] Components fromSuiteValue(const TreeNode& leaf, const AEGP_StreamVal2& value);
 
 /// Whether no component is infinite or not a number.
-[[nodiscard]] bool isFinite(const Components& value);
+[[nodiscard]] inline bool isFinite(const Components& value) {
+    return std::isfinite(value[0]) && std::isfinite(value[1]) && std::isfinite(value[2]);
+}
 
 /// Gives a stream without keys a value. One that is bit for bit its present value changes nothing.
 /// @param count  how many components of `value` count; those of the stream beyond keep theirs
