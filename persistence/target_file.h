@@ -46,7 +46,9 @@ private:
     void discard();
 
     int descriptor_ = -1;
-    int error_ = 0; ///< of the first write that failed
+    int error_ = 0;            ///< of the first write that failed
+    std::size_t written_ = 0;  ///< bytes
+    std::size_t reserved_ = 0; ///< up to where places on the disk were asked for
     std::string target_;
     std::string temporary_;
 };

@@ -25,7 +25,11 @@ public:
 
     /// @return behind the copy
     [[nodiscard]] char* copyTo(char* at) const {
-        if (size_ <= slack)
+        if (size_ <= 16)
+            std::memcpy(at, text_.data(), 16);
+        else if (size_ <= 64)
+            std::memcpy(at, text_.data(), 64);
+        else if (size_ <= slack)
             std::memcpy(at, text_.data(), slack);
         else
             std::memcpy(at, text_.data(), size_);

@@ -14,7 +14,8 @@ namespace jostle::standalone {
 class TextSink {
 public:
     /// @param blockBytes  what is gathered before it is handed on; above 0
-    explicit TextSink(std::size_t blockBytes) : size_(blockBytes) {}
+    explicit TextSink(std::size_t blockBytes)
+        : size_(blockBytes), capacity_(blockBytes + std::min(blockBytes, mostBeyond)) {}
     TextSink(const TextSink&) = delete;
     TextSink& operator=(const TextSink&) = delete;
     virtual ~TextSink() = default;
@@ -22,8 +23,8 @@ public:
     void write(std::string_view piece) {
         if (piece.empty())
             return;
-        while (piece.size() > size_ - used_ || !block_) {
-            const std::size_t part = block_ ? size_ - used_ : 0;
+        while (piece.size() > capacity_ - used_ || !block_) {
+            const std::size_t part = block_ ? capacity_ - used_ : 0;
             if (part > 0)
                 std::memcpy(block_.get() + used_, piece.data(), part);
             used_ += part;
@@ -36,7 +37,7 @@ public:
 
     /// Where at least so many characters may be put, until `take`.
     [[nodiscard]] char* room(std::size_t most) {
-        if (!block_ || size_ - used_ < most)
+        if (!block_ || capacity_ - used_ < most)
             makeRoom(most);
         return block_.get() + used_;
     }
@@ -56,27 +57,30 @@ protected:
     void forget() { used_ = 0; }
 
 private:
-    // Whole pages are handed on as long as there are some: a file that grows by other pieces costs twice as much.
+    static constexpr std::size_t mostBeyond = 16384; ///< bytes
+
+    // Blocks of just their size are handed on, as long as there is one: a file that grows by other pieces costs up to
+    // twice as much.
     void makeRoom(std::size_t most) {
-        constexpr std::size_t page = 4096;
-        const std::size_t whole = used_ - used_ % page;
-        if (whole > 0 && size_ - used_ < most) {
+        const std::size_t whole = used_ - used_ % size_;
+        if (whole > 0) {
             drain({block_.get(), whole});
             std::memmove(block_.get(), block_.get() + whole, used_ - whole);
             used_ -= whole;
         }
-        if (block_ && size_ - used_ >= most)
+        if (block_ && capacity_ - used_ >= most)
             return;
-        while (size_ - used_ < most)
-            size_ *= 2;
-        std::unique_ptr<char[]> larger(new char[size_]); // not cleared: that would touch it all
+        while (capacity_ - used_ < most)
+            capacity_ *= 2;
+        std::unique_ptr<char[]> larger(new char[capacity_]); // not cleared: that would touch it all
         if (used_ > 0)
             std::memcpy(larger.get(), block_.get(), used_);
         block_ = std::move(larger);
     }
 
     std::unique_ptr<char[]> block_;
-    std::size_t size_;
+    std::size_t size_;     ///< of what is handed on, but for the end
+    std::size_t capacity_; ///< of the block: what goes beyond that size waits for the next one
     std::size_t used_ = 0;
 };
 
