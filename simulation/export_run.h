@@ -49,6 +49,7 @@ private:
     };
 
     void begin(const Scene& scene);
+    void append(const std::vector<Sample>& block, std::size_t k);
 
     int startFrame_;
     int endFrame_;
