@@ -88,10 +88,10 @@ struct KeyBatch {
     StreamRef* target = nullptr;       ///< what `stream` led to when the host's `revision` was `checkedAt`
     std::uint64_t checkedAt = 0;
     // Of the target as it was then:
-    FrameClock clock{};          ///< its composition's
-    bool isPlain = false;        ///< its value is the same at all times, and a suite carries all of its components
-    Components present{};        ///< that value
-    std::size_t given = 0;       ///< how many components a suite carries of it
+    FrameClock clock{};    ///< its composition's
+    bool isPlain = false;  ///< its value is the same at all times, and a suite carries all of its components
+    Components present{};  ///< that value
+    std::size_t given = 0; ///< how many components a suite carries of it
 };
 
 /// Copies of elements and masks, cut off from where they were.
