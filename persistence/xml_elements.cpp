@@ -10,13 +10,27 @@ namespace {
 // of hundreds of characters, with attributes of a dozen or more, and never come near these.
 constexpr std::ptrdiff_t mostElements = 1000000;
 constexpr std::ptrdiff_t mostAttributes = 8000000;
+// The library compares each attribute with all those before it.
+constexpr std::ptrdiff_t mostAttributesOfOne = 1000;
+
+/// Whether no two "<" have more than so many "=" between them.
+bool hasShortElements(std::string_view text) {
+    while (!text.empty()) {
+        const std::string_view element = text.substr(0, text.find('<', 1));
+        if (std::count(element.begin(), element.end(), '=') > mostAttributesOfOne) {
+            return false;
+        }
+        text.remove_prefix(element.size());
+    }
+    return true;
+}
 
 } // namespace
 
 bool parseXml(std::string_view text, tinyxml2::XMLDocument& document) {
     const bool isModest = text.size() <= maximumSettingsBytes &&
                           std::count(text.begin(), text.end(), '<') <= mostElements &&
-                          std::count(text.begin(), text.end(), '=') <= mostAttributes;
+                          std::count(text.begin(), text.end(), '=') <= mostAttributes && hasShortElements(text);
     return isModest && document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
 }
 

@@ -78,6 +78,7 @@ void addSetup(CLI::App& command, std::string& settings, std::vector<std::string>
               const std::string& group = "Options") {
     command.add_option("--settings", settings, "Settings file (.xml) to lay over the composition, before --set")
         ->type_name("FILE")
+        ->check([](const std::string& name) { return name.empty() ? "is empty; name a settings file" : std::string(); })
         ->group(group);
     command.add_option("--set", sets, setDescription)
         ->type_name("KEY=VALUE")
