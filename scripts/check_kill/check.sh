@@ -68,7 +68,13 @@ for ((i = 1; i <= kills; i++)); do
     microseconds=$((milliseconds * factor * (RANDOM % 1000) / 10))
     sleep "$((microseconds / 1000000)).$(printf %06d $((microseconds % 1000000)))"
     kill -KILL "$process" 2>/dev/null || endedFirst=$((endedFirst + 1))
-    wait "$process" 2>/dev/null || true
+    status=0
+    wait "$process" 2>/dev/null || status=$?
+    # Killed, or at its end before that.
+    if ((status != 128 + 9 && status != 0)); then
+        echo "kill $i: ended with status $status" >&2
+        bad=$((bad + 1))
+    fi
     # Jobs of a batch hear that it is gone, and end in order; the group is empty when the last has.
     while kill -0 -- "-$process" 2>/dev/null; do sleep 0.01; done
     state "$folder" "${names[@]}"
