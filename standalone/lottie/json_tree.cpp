@@ -26,6 +26,24 @@ bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
+// What may end a value, to be told by one look at each character.
+enum : unsigned char { bracket = 1, comma = 2, space = 4, quote = 8 };
+constexpr std::array<unsigned char, 256> makeKinds() {
+    std::array<unsigned char, 256> kinds{};
+    for (const unsigned char c : {'{', '}', '[', ']'})
+        kinds[c] = bracket;
+    for (const unsigned char c : {' ', '\t', '\n', '\r'})
+        kinds[c] = space;
+    kinds[','] = comma;
+    kinds['"'] = quote;
+    return kinds;
+}
+constexpr std::array<unsigned char, 256> kinds = makeKinds();
+
+unsigned char kindOf(char c) {
+    return kinds[static_cast<unsigned char>(c)];
+}
+
 /// Whether a number that no double holds is too large, and not too small. Only for such numbers.
 bool isTooLarge(std::string_view number) {
     std::ptrdiff_t exponent = 0;
@@ -264,22 +282,24 @@ std::uint32_t JsonTree::endOfString(std::uint32_t begin) const {
 
 /// End of a value that has no node.
 std::uint32_t JsonTree::endOfSmall(std::uint32_t begin) const {
+    const char* const text = text_.data();
     std::uint32_t at = begin;
-    if (text_[at] == '"')
+    if (text[at] == '"')
         return endOfString(at);
-    if (text_[at] != '{' && text_[at] != '[') {
-        while (at < text_.size() && text_[at] != ',' && text_[at] != ']' && text_[at] != '}' && !isSpace(text_[at]))
+    if (text[at] != '{' && text[at] != '[') {
+        while (at < text_.size() && !(kindOf(text[at]) & (bracket | comma | space)))
             ++at;
         return at;
     }
     int depth = 0;
     do {
-        const char c = text_[at];
-        if (c == '"') {
+        while (!(kindOf(text[at]) & (bracket | quote)))
+            ++at;
+        if (text[at] == '"') {
             at = endOfString(at);
             continue;
         }
-        depth += c == '{' || c == '[' ? 1 : c == '}' || c == ']' ? -1 : 0;
+        depth += text[at] == '{' || text[at] == '[' ? 1 : -1;
         ++at;
     } while (depth > 0);
     return at;
@@ -348,6 +368,20 @@ JsonValue JsonValue::operator[](std::string_view name) const {
             found = child;
     }
     return found;
+}
+
+JsonMembers::JsonMembers(const JsonValue& object) {
+    if (!object.isObject())
+        return;
+    constexpr std::size_t usual = 16;
+    members_.reserve(usual);
+    forEachChild(object, [&](const JsonValue& member) { members_.push_back(member); });
+}
+
+JsonValue JsonMembers::operator[](std::string_view name) const {
+    const auto found =
+        std::find_if(members_.rbegin(), members_.rend(), [&](const JsonValue& member) { return member.hasKey(name); });
+    return found == members_.rend() ? JsonValue{} : *found;
 }
 
 JsonValue JsonValue::firstChild() const {
@@ -445,7 +479,10 @@ bool JsonValue::hasKey(std::string_view name) const {
     if (keyEnd_ == 0)
         return false;
     const std::string_view raw = rawKey();
-    return raw == name || (raw.find('\\') != std::string_view::npos && unescaped(raw) == name);
+    // Escapes are longer than what they stand for.
+    return raw.size() == name.size()
+               ? raw == name
+               : raw.size() > name.size() && raw.find('\\') != std::string_view::npos && unescaped(raw) == name;
 }
 
 SourceSpan JsonValue::keySpan() const {

@@ -134,6 +134,22 @@ private:
     std::uint32_t node_ = 0; ///< its own, or the first one behind its begin
 };
 
+/// The members of an object, found once for those who look up several of them.
+class JsonMembers {
+public:
+    /// @param object  what is none has no members
+    explicit JsonMembers(const JsonValue& object);
+
+    /// As that of the object.
+    [[nodiscard]] JsonValue operator[](std::string_view name) const;
+    /// In the order of the text.
+    [[nodiscard]] auto begin() const { return members_.begin(); }
+    [[nodiscard]] auto end() const { return members_.end(); }
+
+private:
+    std::vector<JsonValue> members_;
+};
+
 /// Calls `visit` with each member of an object or element of an array.
 template<class Visit>
 void forEachChild(const JsonValue& parent, const Visit& visit) {

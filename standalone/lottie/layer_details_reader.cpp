@@ -25,7 +25,7 @@ NodeKind elementKind(const JsonValue& type) {
     return NodeKind::OtherElement;
 }
 
-bool isTransform(const JsonValue& element) {
+bool isTransform(const JsonMembers& element) {
     return element["ty"].string() == factsOf(NodeKind::GroupTransform).member;
 }
 
@@ -99,15 +99,22 @@ class TreeReader {
 public:
     TreeReader(PropertyReader properties, FormatRules rules) : properties_{std::move(properties)}, rules_{rules} {}
 
-    void readShapes(TreeNode& list, const JsonValue& elements) {
+    /// @return the transform among the elements of a group, of several the last, else Missing
+    JsonValue readShapes(TreeNode& list, const JsonValue& elements) {
         list.source = elements.isArray() ? elements.span() : SourceSpan{};
+        JsonValue transform;
         if (!elements.isArray())
-            return;
+            return transform;
         forEachChild(elements, [&](const JsonValue& element) {
-            if (!element.isObject() || (list.kind == NodeKind::GroupContents && isTransform(element)))
+            if (!element.isObject())
                 return;
-            readElement(list, element);
+            const JsonMembers members(element);
+            if (list.kind == NodeKind::GroupContents && isTransform(members))
+                transform = element;
+            else
+                readElement(list, element, members);
         });
+        return transform;
     }
 
     void readMasks(TreeNode& parade, const JsonValue& masks) {
@@ -115,54 +122,40 @@ public:
         forEachChild(masks, [&](const JsonValue& mask) {
             if (!mask.isObject())
                 return;
-            TreeNode& node = addNode(parade, NodeKind::Mask);
-            describe(node, mask);
-            readLeaves(node, mask);
+            readNode(addNode(parade, NodeKind::Mask), mask, JsonMembers(mask));
         });
     }
 
 private:
-    static void describe(TreeNode& node, const JsonValue& object) {
-        node.source = object.span();
-        node.name = object["nm"].string();
-    }
-
-    void readElement(TreeNode& list, const JsonValue& element) {
-        TreeNode& node = addNode(list, elementKind(element["ty"]));
-        describe(node, element);
-        if (node.kind == NodeKind::OtherElement && !isTransform(element))
-            node.matchName = cutShort(element["mn"].string(), 40);
-        if (node.kind != NodeKind::Group) {
-            readLeaves(node, element);
-        } else if (depth_ < deepestGroup) {
+    void readElement(TreeNode& list, const JsonValue& element, const JsonMembers& members) {
+        TreeNode& node = addNode(list, elementKind(members["ty"]));
+        if (node.kind == NodeKind::OtherElement && !isTransform(members))
+            node.matchName = cutShort(members["mn"].string(), 40);
+        readNode(node, element, members);
+        if (node.kind == NodeKind::Group && depth_ < deepestGroup) {
             ++depth_;
-            readGroup(node, element["it"]);
+            readGroup(node, members["it"]);
             --depth_;
         }
     }
 
     void readGroup(TreeNode& group, const JsonValue& elements) {
-        readShapes(*childOf(group, NodeKind::GroupContents), elements);
-        if (!elements.isArray())
-            return;
-        JsonValue found; // the last one, as of doubled members
-        forEachChild(elements, [&](const JsonValue& element) { found = isTransform(element) ? element : found; });
-        if (!found)
-            return;
-        TreeNode& transform = *childOf(group, NodeKind::GroupTransform);
-        describe(transform, found);
-        readLeaves(transform, found);
+        if (const JsonValue transform = readShapes(*childOf(group, NodeKind::GroupContents), elements))
+            readNode(*childOf(group, NodeKind::GroupTransform), transform, JsonMembers(transform));
     }
 
-    void readLeaves(TreeNode& node, const JsonValue& object) {
+    void readNode(TreeNode& node, const JsonValue& object, const JsonMembers& members) {
+        node.source = object.span();
+        node.name = members["nm"].string();
         for (const auto& leaf : node.children) {
-            const JsonValue property = object[factsOf(*leaf).member];
-            if (property)
-                readLeaf(*leaf, property, object);
+            if (factsOf(*leaf).form == ValueForm::None)
+                continue;
+            if (const JsonValue property = members[factsOf(*leaf).member])
+                readLeaf(*leaf, property, members);
         }
     }
 
-    void readLeaf(TreeNode& leaf, const JsonValue& property, const JsonValue& owner) {
+    void readLeaf(TreeNode& leaf, const JsonValue& property, const JsonMembers& owner) {
         leaf.source = property.span();
         const FieldForm form = fieldFormOf(leaf.kind);
         if (form == FieldForm::Outline) {
@@ -251,7 +244,7 @@ LottieDetails::LottieDetails(std::shared_ptr<const LottieSource> source)
       properties_{source_->tree.root()["slots"]} {}
 
 std::shared_ptr<TreeNode> LottieDetails::readTree(Layer& layer) const {
-    const JsonValue object = source_->tree.valueAt(layer.source);
+    const JsonMembers members(source_->tree.valueAt(layer.source));
     auto root = bareTree(layer);
     TreeNode& transform = *root->children.back();
     transform.source = layer.transform.source;
@@ -260,8 +253,8 @@ std::shared_ptr<TreeNode> LottieDetails::readTree(Layer& layer) const {
     TreeReader reader(properties_, rules_);
     std::ptrdiff_t place = 0;
     if (layer.kind == LayerKind::Shape)
-        reader.readShapes(insertNode(*root, place++, NodeKind::VectorsRoot), object["shapes"]);
-    if (const JsonValue masks = object["masksProperties"]; hasObjects(masks))
+        reader.readShapes(insertNode(*root, place++, NodeKind::VectorsRoot), members["shapes"]);
+    if (const JsonValue masks = members["masksProperties"]; hasObjects(masks))
         reader.readMasks(insertNode(*root, place, NodeKind::MaskParade), masks);
     return root;
 }

@@ -42,7 +42,7 @@ bool isSeparated(const JsonValue& property) {
     return property["x"].isObject();
 }
 
-std::string_view rotationMember(const JsonValue& transform, bool threeD) {
+std::string_view rotationMember(const JsonMembers& transform, bool threeD) {
     return rotationMember(transform["r"], transform["rz"], threeD);
 }
 

@@ -26,7 +26,8 @@ constexpr std::size_t slotBytesLimit = std::size_t{64} << 20;
 [[nodiscard]] bool isSeparated(const JsonValue& property);
 
 /// The name of the member of a transform that holds the rotation.
-[[nodiscard]] std::string_view rotationMember(const JsonValue& transform, bool threeD);
+/// @param transform  its members
+[[nodiscard]] std::string_view rotationMember(const JsonMembers& transform, bool threeD);
 
 /// Makes streams of properties, old and new forms alike, looking up slots.
 class PropertyReader {

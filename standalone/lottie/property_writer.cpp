@@ -28,8 +28,8 @@ void replaceValue(ObjectEdit& property, bool animated, TextPrinter value) {
 }
 
 /// Whether the property's expression is to go.
-bool losesExpression(const JsonValue& property, bool had, bool has) {
-    return had && !has && property["x"];
+bool losesExpression(const ObjectEdit& property, bool had, bool has) {
+    return had && !has && property.member("x");
 }
 
 } // namespace
@@ -44,7 +44,7 @@ void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const Strea
                            TextEdits& edits) {
     if (!stream.changed)
         return;
-    const JsonValue property = owner.object()[name];
+    const JsonValue property = owner.member(name);
     if (!property.isObject()) {
         owner.set(name, propertyText(stream, form, owner.style()));
         return;
@@ -52,8 +52,8 @@ void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const Strea
     ObjectEdit edit(property, style_);
     const Stream before = properties_.stream(property, form);
     const bool enabled = stream.hasExpression && stream.expressionEnabled;
-    if (sameMotion(before, stream) && (!before.hasExpression || enabled || property["x"])) {
-        if (losesExpression(property, before.hasExpression, enabled))
+    if (sameMotion(before, stream) && (!before.hasExpression || enabled || edit.member("x"))) {
+        if (losesExpression(edit, before.hasExpression, enabled))
             edit.remove("x");
     } else {
         replaceValue(edit, isAnimated(stream),
@@ -66,7 +66,7 @@ void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const PathS
                            std::string_view closedName, TextEdits& edits) {
     if (!path.changed)
         return;
-    const JsonValue property = owner.object()[name];
+    const JsonValue property = owner.member(name);
     const bool closed = path.values.empty() ? path.value.closed : path.values.front().closed;
     if (rules_.closedOutside)
         owner.set(closedName, closed ? "true" : "false");
@@ -75,13 +75,13 @@ void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const PathS
         return;
     }
     ObjectEdit edit(property, style_);
-    const JsonValue flag = owner.object()[closedName];
+    const JsonValue flag = owner.member(closedName);
     const bool outside = rules_.closedOutside && flag;
     const PathStream before =
         properties_.path(property, rules_, outside ? std::optional<bool>{flag.flag()} : std::optional<bool>{});
     const bool enabled = path.hasExpression && path.expressionEnabled;
-    if (sameMotion(before, path) && (!before.hasExpression || enabled || property["x"])) {
-        if (losesExpression(property, before.hasExpression, enabled))
+    if (sameMotion(before, path) && (!before.hasExpression || enabled || edit.member("x"))) {
+        if (losesExpression(edit, before.hasExpression, enabled))
             edit.remove("x");
     } else {
         replaceValue(edit, path.frames.size() > 1,

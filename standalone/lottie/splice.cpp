@@ -153,7 +153,8 @@ TextStyle entryStyle(const JsonValue& array, const TextStyle& owner, const TextS
     return style;
 }
 
-ObjectEdit::ObjectEdit(const JsonValue& object, const TextStyle& document) : object_{object}, style_{document} {
+ObjectEdit::ObjectEdit(const JsonValue& object, const TextStyle& document)
+    : object_{object}, members_{object}, style_{document} {
     const std::string_view lead = leadIn(object);
     if (lead.find('\n') != std::string_view::npos)
         style_.indent = afterLineBreak(lead);
@@ -166,7 +167,7 @@ std::string ObjectEdit::separator() const {
 }
 
 void ObjectEdit::set(std::string_view name, std::string value) {
-    if (const JsonValue present = object_[name]) {
+    if (const JsonValue present = members_[name]) {
         if (present.text() == value)
             return;
         replaced_.replace(present.span(), std::move(value));
@@ -186,7 +187,7 @@ void ObjectEdit::setString(std::string_view name, std::string_view utf8) {
 }
 
 void ObjectEdit::setPrinted(std::string_view name, TextPrinter print) {
-    if (const JsonValue present = object_[name]) {
+    if (const JsonValue present = members_[name]) {
         replaced_.replacePrinted(present.span(), std::move(print));
         return;
     }
@@ -196,7 +197,8 @@ void ObjectEdit::setPrinted(std::string_view name, TextPrinter print) {
 }
 
 void ObjectEdit::remove(std::string_view name) {
-    removed_.emplace_back(name);
+    if (members_[name])
+        removed_.emplace_back(name);
 }
 
 void ObjectEdit::commit(TextEdits& edits) {
@@ -206,7 +208,7 @@ void ObjectEdit::commit(TextEdits& edits) {
     std::uint32_t keptEnd = 0;      // end of the last member kept
     std::uint32_t removedBegin = 0; // of members at the front
     std::uint32_t last = 0;
-    forEachChild(object_, [&](const JsonValue& member) {
+    for (const JsonValue& member : members_) {
         const bool goes =
             std::any_of(removed_.begin(), removed_.end(), [&](const std::string& name) { return member.hasKey(name); });
         if (goes && keptEnd != 0)
@@ -218,7 +220,7 @@ void ObjectEdit::commit(TextEdits& edits) {
         if (!goes)
             keptEnd = member.span().end;
         last = member.span().end;
-    });
+    }
     if (keptEnd == 0 && removedBegin != 0)
         edits.replace({removedBegin, last}, {});
     if (inserted_.empty())

@@ -95,7 +95,9 @@ public:
     /// @param document  style of the document as a whole
     ObjectEdit(const JsonValue& object, const TextStyle& document);
 
-    [[nodiscard]] const JsonValue& object() const { return object_; }
+    /// A member of the object as it stands in the text; of several the last, else Missing.
+    [[nodiscard]] JsonValue member(std::string_view name) const { return members_[name]; }
+    [[nodiscard]] const JsonMembers& members() const { return members_; }
     /// Style for what stands inside this object.
     [[nodiscard]] const TextStyle& style() const { return style_; }
 
@@ -113,6 +115,7 @@ private:
     [[nodiscard]] std::string separator() const;
 
     JsonValue object_;
+    JsonMembers members_;
     TextStyle style_;
     TextEdits replaced_;   ///< values of members
     std::string inserted_; ///< members with a comma between them

@@ -15,8 +15,8 @@ const Stream& streamOf(const Record& record, const Field<Record>& field) {
     return record.*std::get<Stream Record::*>(field.member);
 }
 
-std::string_view memberName(const Field<Transform>& field, const JsonValue& object, bool threeD) {
-    return field.name == "r" ? rotationMember(object, threeD) : field.name;
+std::string_view memberName(const Field<Transform>& field, const JsonMembers& members, bool threeD) {
+    return field.name == "r" ? rotationMember(members, threeD) : field.name;
 }
 
 bool dimensionsChanged(const Transform& transform) {
@@ -35,7 +35,7 @@ std::string separatedText(const Transform& transform, const TextStyle& style) {
 }
 
 void writePosition(PropertyWriter& properties, const Transform& transform, ObjectEdit& owner, TextEdits& edits) {
-    const JsonValue position = owner.object()["p"];
+    const JsonValue position = owner.member("p");
     if (!transform.separated) {
         if (transform.position.changed && isSeparated(position))
             owner.set("p", propertyText(transform.position, FieldForm::Point, owner.style()));
@@ -70,7 +70,7 @@ ObjectText membersOf(const Layer& layer, const TextStyle& style, bool all) {
             if (all || dimensionsChanged(transform))
                 text.add("p", separatedText(transform, style));
         } else if (stream.changed || (all && !skew)) {
-            text.add(memberName(field, {}, layer.threeD), propertyText(stream, field.form, style));
+            text.add(memberName(field, JsonMembers({}), layer.threeD), propertyText(stream, field.form, style));
         }
     }
     return text;
@@ -89,7 +89,7 @@ void writeTransform(PropertyWriter& properties, const Layer& layer, ObjectEdit& 
     const Transform& transform = layer.transform;
     if (!isChanged(transform))
         return;
-    const JsonValue object = layerEdit.object()["ks"];
+    const JsonValue object = layerEdit.member("ks");
     if (!object.isObject()) {
         TextStyle plain = layerEdit.style();
         plain.newline.clear();
@@ -104,8 +104,8 @@ void writeTransform(PropertyWriter& properties, const Layer& layer, ObjectEdit& 
         if (field.name == "p")
             writePosition(properties, transform, inner, edits);
         else
-            properties.write(inner, memberName(field, object, layer.threeD), streamOf(transform, field), field.form,
-                             edits);
+            properties.write(inner, memberName(field, inner.members(), layer.threeD), streamOf(transform, field),
+                             field.form, edits);
     }
     inner.commit(edits);
 }

@@ -38,7 +38,7 @@ void TreeWriter::write(const Layer& layer, ObjectEdit& layerEdit, TextEdits& edi
         return;
     if (const TreeNode* shapes = childOf(*layer.tree, NodeKind::VectorsRoot)) {
         if (isRebuilt(*shapes)) {
-            const JsonValue array = layerEdit.object()["shapes"];
+            const JsonValue array = layerEdit.member("shapes");
             const auto entries = entriesOf(*shapes, styleWithin(array, layerEdit.style()));
             layerEdit.set("shapes", listText(array, layerEdit.style(), entries));
         } else {
@@ -74,7 +74,7 @@ void TreeWriter::writeMasks(const TreeNode& parade, ObjectEdit& layerEdit, TextE
         layerEdit.remove("hasMask");
         return;
     }
-    const JsonValue array = layerEdit.object()["masksProperties"];
+    const JsonValue array = layerEdit.member("masksProperties");
     const auto entries = entriesOf(parade, styleWithin(array, layerEdit.style()));
     layerEdit.set("hasMask", "true");
     layerEdit.set("masksProperties", listText(array, layerEdit.style(), entries));
@@ -92,7 +92,7 @@ void TreeWriter::writeNode(const TreeNode& node, TextEdits& edits) {
         writeGroup(node, edit, edits);
     else
         writeLeaves(node, edit, edits);
-    if (named && object["nm"].string() != node.name)
+    if (named && edit.member("nm").string() != node.name)
         edit.setString("nm", node.name);
     edit.commit(edits);
 }
@@ -130,7 +130,7 @@ void TreeWriter::writeLeaves(const TreeNode& node, ObjectEdit& edit, TextEdits& 
 void TreeWriter::writeGroup(const TreeNode& group, ObjectEdit& edit, TextEdits& edits) {
     const TreeNode* contents = childOf(group, NodeKind::GroupContents);
     const TreeNode* transform = childOf(group, NodeKind::GroupTransform);
-    const JsonValue array = edit.object()["it"];
+    const JsonValue array = edit.member("it");
     const bool hasTransform = transform && !transform->source.empty();
     const bool addsTransform = transform && !hasTransform && isTouched(*transform);
     if (contents && !isRebuilt(*contents)) {

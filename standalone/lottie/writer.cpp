@@ -112,7 +112,7 @@ private:
         if (!object.isObject())
             return;
         ObjectEdit edit(object, properties_.style());
-        if (layer.changed && object["nm"].string() != layer.name)
+        if (layer.changed && edit.member("nm").string() != layer.name)
             edit.setString("nm", layer.name);
         if (layer.changed || moved) {
             writeFlags(layer, edit);
@@ -135,7 +135,8 @@ private:
 
     static void writeFlags(const Layer& layer, ObjectEdit& edit) {
         Layer before;
-        readFields(layerFields, edit.object(), before);
+        for (const JsonValue& member : edit.members())
+            readField(layerFields, member, before);
         for (const auto& field : layerFields) {
             if (field.use != FieldUse::Write)
                 continue;
@@ -152,7 +153,7 @@ private:
     static void writeParent(const Layer& layer, ObjectEdit& edit) {
         if (!layer.parent)
             edit.remove("parent");
-        else if (edit.object()["parent"].integer(noParent) != layer.parent->id)
+        else if (edit.member("parent").integer(noParent) != layer.parent->id)
             edit.set("parent", std::to_string(layer.parent->id));
     }
 
