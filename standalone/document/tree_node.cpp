@@ -137,11 +137,118 @@ Stream* transformStream(Transform& transform, NodeKind kind) {
     }
 }
 
-std::shared_ptr<TreeNode> emptyNode(NodeKind kind, TreeNode* parent) {
-    auto node = std::make_shared<TreeNode>();
-    node->kind = kind;
-    node->parent = parent;
+/// Whether nodes of a kind have one child of another from their beginning to their end.
+constexpr bool isFixedChild(const NodeFacts& child, const NodeFacts& parent) {
+    return child.parent == parent.kind && child.kind != parent.kind && parent.grouping == named &&
+           parent.kind != K::Root;
+}
+
+struct FixedNodes {
+    std::uint8_t children = 0; ///< fixed ones
+    std::uint8_t total = 1;    ///< nodes in all, with itself
+    std::uint8_t streams = 0;  ///< of the nodes in all
+};
+
+constexpr std::array<FixedNodes, nodeKindCount> countFixedNodes() {
+    std::array<FixedNodes, nodeKindCount> all{};
+    // A kind stands behind the one that holds it.
+    for (std::size_t i = nodeKindCount; i-- > 0;) {
+        all[i].streams = facts[i].form != F::None && facts[i].form != F::Path ? 1 : 0;
+        for (const NodeFacts& below : facts) {
+            if (isFixedChild(below, facts[i])) {
+                const FixedNodes& within = all[static_cast<std::size_t>(below.kind)];
+                ++all[i].children;
+                all[i].total = static_cast<std::uint8_t>(all[i].total + within.total);
+                all[i].streams = static_cast<std::uint8_t>(all[i].streams + within.streams);
+            }
+        }
+    }
+    return all;
+}
+constexpr std::array<FixedNodes, nodeKindCount> fixedNodes = countFixedNodes();
+
+/// The places of a node and of all that it always has, side by side in memory.
+class NodeBlock {
+public:
+    NodeBlock(NodeKind kind, bool hasOwnStreams) : places_(std::make_shared<Places>()) {
+        const FixedNodes& count = fixedNodes[static_cast<std::size_t>(kind)];
+        places_->nodes = std::vector<TreeNode>(count.total);
+        if (hasOwnStreams)
+            places_->streams = std::vector<Stream>(count.streams);
+        nextNode_ = places_->nodes.data();
+        nextStream_ = places_->streams.data();
+    }
+
+    TreeNode& takeNode() { return *nextNode_++; }
+    Stream& takeStream() { return *nextStream_++; }
+    /// The first node, which holds all others.
+    [[nodiscard]] std::shared_ptr<TreeNode> node() const { return {places_, places_->nodes.data()}; }
+
+private:
+    struct Places {
+        std::vector<TreeNode> nodes;
+        std::vector<Stream> streams;
+    };
+    std::shared_ptr<Places> places_;
+    TreeNode* nextNode_ = nullptr;
+    Stream* nextStream_ = nullptr;
+};
+
+/// A child that lies beside its parent.
+std::shared_ptr<TreeNode> fixedChild(TreeNode& node) {
+    return {std::shared_ptr<TreeNode>(), &node};
+}
+
+/// Makes a node with the streams that its facts ask for, and all that it always has.
+TreeNode& fill(NodeBlock& block, NodeKind kind, TreeNode* parent, bool hasOwnStreams) {
+    const NodeFacts& fact = factsOf(kind);
+    TreeNode& node = block.takeNode();
+    node.kind = kind;
+    node.parent = parent;
+    if (fact.form == F::Path) {
+        node.path = std::make_shared<PathStream>();
+    } else if (fact.form != F::None && hasOwnStreams) {
+        node.stream = node.own = &block.takeStream();
+        node.stream->components = componentsOf(fact.form);
+        std::fill_n(node.stream->value.begin(), node.stream->components, fact.defaultValue);
+    }
+    const std::size_t count = fixedNodes[static_cast<std::size_t>(kind)].children;
+    node.children.reserve(count);
+    for (const NodeFacts* below = &fact + 1; node.children.size() < count; ++below) {
+        if (isFixedChild(*below, fact))
+            node.children.push_back(fixedChild(fill(block, below->kind, &node, hasOwnStreams)));
+    }
     return node;
+}
+
+std::shared_ptr<TreeNode> newNode(NodeKind kind, TreeNode* parent, bool hasOwnStreams) {
+    NodeBlock block(kind, hasOwnStreams);
+    fill(block, kind, parent, hasOwnStreams);
+    return block.node();
+}
+
+TreeNode& copyInto(NodeBlock& block, const TreeNode& node, TreeNode* parent) {
+    TreeNode& copy = block.takeNode();
+    copy.kind = node.kind;
+    copy.name = node.name;
+    copy.parent = parent;
+    copy.stream = node.stream;
+    if (node.own) {
+        copy.stream = copy.own = &block.takeStream();
+        *copy.own = *node.own;
+    }
+    if (node.path)
+        copy.path = std::make_shared<PathStream>(*node.path);
+    copy.matchName = node.matchName;
+    copy.source = node.source;
+    copy.rotoBezier = node.rotoBezier;
+    copy.listChanged = node.listChanged;
+    copy.hasSeparatedSource = node.hasSeparatedSource;
+    copy.children.reserve(node.children.size());
+    const bool areFixed = fixedNodes[static_cast<std::size_t>(node.kind)].children > 0;
+    for (const auto& child : node.children)
+        copy.children.push_back(areFixed ? fixedChild(copyInto(block, *child, &copy)) : copied(*child, &copy));
+    return copy;
 }
 
 /// Points the leaves of a transform at the streams of a layer.
@@ -165,45 +272,18 @@ TreeNode* childOf(const TreeNode& node, NodeKind kind) {
 }
 
 TreeNode& addNode(TreeNode& parent, NodeKind kind) {
-    const NodeFacts& fact = factsOf(kind);
-    TreeNode& node = *parent.children.emplace_back(emptyNode(kind, &parent));
-    if (fact.form == F::Path) {
-        node.path = std::make_shared<PathStream>();
-    } else if (fact.form != F::None) {
-        node.own = std::make_shared<Stream>();
-        node.own->components = componentsOf(fact.form);
-        node.own->value.fill(0);
-        std::fill_n(node.own->value.begin(), node.own->components, fact.defaultValue);
-        node.stream = node.own.get();
-    }
-    for (const NodeFacts& below : facts) {
-        if (below.parent == kind && below.kind != kind && fact.grouping == Grouping::Named)
-            addNode(node, below.kind);
-    }
-    return node;
+    return *parent.children.emplace_back(newNode(kind, &parent, true));
 }
 
 std::shared_ptr<TreeNode> copied(const TreeNode& node, TreeNode* parent) {
-    auto copy = std::make_shared<TreeNode>(node);
-    copy->parent = parent;
-    if (node.own) {
-        copy->own = std::make_shared<Stream>(*node.own);
-        copy->stream = copy->own.get();
-    }
-    if (node.path)
-        copy->path = std::make_shared<PathStream>(*node.path);
-    for (auto& child : copy->children)
-        child = copied(*child, copy.get());
-    return copy;
+    NodeBlock block(node.kind, node.kind != K::TransformGroup);
+    copyInto(block, node, parent);
+    return block.node();
 }
 
 std::shared_ptr<TreeNode> bareTree(Layer& layer) {
-    auto root = emptyNode(K::Root, nullptr);
-    TreeNode& group = *root->children.emplace_back(emptyNode(K::TransformGroup, root.get()));
-    for (const NodeFacts& fact : facts) {
-        if (fact.parent == K::TransformGroup)
-            group.children.push_back(emptyNode(fact.kind, &group));
-    }
+    auto root = newNode(K::Root, nullptr, false);
+    root->children.push_back(newNode(K::TransformGroup, root.get(), false));
     bindTransform(*root, layer);
     return root;
 }

@@ -110,6 +110,9 @@ struct NodeFacts {
 
 /// One node of the tree. Nodes keep their addresses for as long as anything holds them.
 ///
+/// The children that a named group always has lie beside it in memory and last as long as it does: the pointers to
+/// them own nothing. Those of a list, which come and go, are owned by it.
+///
 /// A leaf has its numbers in `stream`, or its outline in `path`. Elements are the children of VectorsRoot and
 /// GroupContents; a Group's children are its GroupContents and its GroupTransform.
 struct TreeNode {
@@ -117,8 +120,8 @@ struct TreeNode {
     std::string name; ///< UTF-8; empty if the file has none
     TreeNode* parent = nullptr;
     std::vector<std::shared_ptr<TreeNode>> children;
-    Stream* stream = nullptr;         ///< in `own`, or in the layer's transform
-    std::shared_ptr<Stream> own;      ///< null for leaves of the layer's transform
+    Stream* stream = nullptr;         ///< of leaves with numbers: `own`, or one of the layer's transform
+    Stream* own = nullptr;            ///< beside the node in memory; null for leaves of the layer's transform
     std::shared_ptr<PathStream> path; ///< of MaskShape and PathShape
     std::string matchName;            ///< of OtherElement alone: the element's own, at most 40 bytes
     SourceSpan source;                ///< the object (of a leaf: the property) in the source text; empty if new
