@@ -97,7 +97,9 @@ ShapeDefList buildShapeList(const std::vector<ShapeDef>& circleShapes, const std
     for (const Triangle& triangle : triangles) {
         tempShapes.push_back(reversed(closedOutline({triangle.begin(), triangle.end()})));
     }
-    return {std::move(tempShapes)};
+    ShapeDefList list;
+    list.push_back(std::move(tempShapes));
+    return list;
 }
 
 BodyMesh assemble(const std::vector<ShapeDef>& circleShapes, const std::vector<ShapeDef>& boxShapes,

@@ -41,6 +41,12 @@ PlacedShape place(b2Vec2 position, const AccumulatedTransform& accumulated, cons
     return placed;
 }
 
+void reserveVertices(ShapeDef& shape, std::size_t count) {
+    for (std::vector<b2Vec2>* list : {&shape.verts, &shape.inTangents, &shape.outTangents}) {
+        list->reserve(count);
+    }
+}
+
 /// Adds a vertex and its handles, all turned by the shape's angle.
 void addTurned(PlacedShape& placed, b2Vec2 vertex, b2Vec2 in, b2Vec2 out) {
     placed.shape.verts.push_back(rotateAround(vertex, placed.shapePos, placed.shapeAngle));
@@ -158,6 +164,7 @@ PlacedShape makeRect(const RectParameters& rect, const AccumulatedTransform& acc
     const float r = rect.roundness > shortSide / 2.0f ? shortSide / 2.0f - 0.001f : rect.roundness;
     const float k = r * quarterHandle;
     const b2Vec2 none = b2Vec2_zero;
+    reserveVertices(placed.shape, 8);
     addTurned(placed, {left + r, top}, {-k, 0}, none);
     addTurned(placed, {right - r, top}, none, {k, 0});
     addTurned(placed, {right, top + r}, {0, -k}, none);
@@ -180,6 +187,7 @@ PlacedShape makeEllipse(const EllipseParameters& ellipse, const AccumulatedTrans
     const float b = size.y / 2.0f;
     const float kx = a * quarterHandle;
     const float ky = b * quarterHandle;
+    reserveVertices(placed.shape, 4);
     addTurned(placed, {c.x, c.y - b}, {-kx, 0}, {kx, 0});
     addTurned(placed, {c.x + a, c.y}, {0, -ky}, {0, ky});
     addTurned(placed, {c.x, c.y + b}, {kx, 0}, {-kx, 0});

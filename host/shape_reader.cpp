@@ -63,6 +63,7 @@ FreePath readPath(const HostChain& chain, const HostOutline& outline) {
     path.segmentCount = outline.segmentCount();
     path.closed = !outline.isOpen();
     const int count = outline.vertexCount();
+    path.vertices.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int index = 0; index < count; ++index) {
         const AEGP_MaskVertex v = outline.vertex(index);
         if (chain.failed())
@@ -160,7 +161,7 @@ void ShapeReader::take(PlacedShape placed, bool isPath) {
         boxes_.push_back(placed.shape);
     // Each element is a group of its own.
     if (placed.shape.verts.size() >= 2)
-        groups_.push_back({std::move(placed.shape)});
+        groups_.emplace_back().push_back(std::move(placed.shape));
 }
 
 void ShapeReader::takePath(const Stream& element) {

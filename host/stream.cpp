@@ -143,12 +143,11 @@ Stream Stream::childAt(int index) const {
     return {*chain_, handle};
 }
 
-std::string Stream::matchName() const {
+MatchName Stream::matchName() const {
     std::array<A_char, AEGP_MAX_STREAM_MATCH_NAME_SIZE> name{};
     if (!exists() || !chain_->call<&AEGP_DynamicStreamSuite5::AEGP_GetMatchName>(handle_, name.data()))
         return {};
-    name.back() = '\0';
-    return name.data();
+    return MatchName(name);
 }
 
 std::u16string Stream::shownName() const {
@@ -175,12 +174,13 @@ void Stream::remove() const {
 std::vector<NamedStream> childrenOf(const Stream& group) {
     std::vector<NamedStream> children;
     const int count = group.childCount();
+    children.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int index = 0; index < count; ++index) {
         Stream child = group.childAt(index);
         if (!child.exists())
             continue;
-        std::string name = child.matchName();
-        children.push_back({std::move(child), std::move(name)});
+        const MatchName name = child.matchName();
+        children.push_back({std::move(child), name});
     }
     return children;
 }

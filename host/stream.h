@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -10,6 +12,21 @@ namespace jostle {
 
 /// Whether a stream's value is what the host shows, or the value under its expression.
 enum class Expressions : A_Boolean { Applied = 0, Ignored = 1 };
+
+/// The host's own name of a kind of stream, ASCII and never translated. Empty if the host gave none.
+class MatchName {
+public:
+    MatchName() = default;
+    explicit MatchName(const std::array<A_char, AEGP_MAX_STREAM_MATCH_NAME_SIZE>& text) : text_(text) {
+        text_.back() = '\0';
+    }
+
+    operator std::string_view() const { return text_.data(); }
+    friend bool operator==(const MatchName& name, std::string_view text) { return std::string_view(name) == text; }
+
+private:
+    std::array<A_char, AEGP_MAX_STREAM_MATCH_NAME_SIZE> text_{};
+};
 
 /// A stream's value as the host handed it out. Disposed of at the end of its life.
 class StreamValue {
@@ -82,8 +99,7 @@ public:
     [[nodiscard]] Stream child(const char* matchName) const;
     [[nodiscard]] int childCount() const;
     [[nodiscard]] Stream childAt(int index) const;
-    /// The host's own name of its kind, ASCII and never translated.
-    [[nodiscard]] std::string matchName() const;
+    [[nodiscard]] MatchName matchName() const;
     /// What the user sees.
     [[nodiscard]] std::u16string shownName() const;
     /// Whether it has children rather than a value.
@@ -104,7 +120,7 @@ private:
 /// A child of a group of streams, with its match name.
 struct NamedStream {
     Stream stream;
-    std::string matchName;
+    MatchName matchName;
 };
 
 /// The children of a group, in order; those that the host gave until the chain failed.

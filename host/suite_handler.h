@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <span>
 
 #include "host/suites.h"
 
@@ -41,11 +43,16 @@ private:
 
     // Not inline: every call of the host would be many times as long.
     [[gnu::noinline]] const void* acquire(const char* name, std::int32_t version) {
-        for (std::size_t i = 0; i < count_; ++i) {
-            if (slots_[i].version == version && std::strcmp(slots_[i].name, name) == 0) {
-                last_ = {name, version, slots_[i].table};
-                return slots_[i].table;
-            }
+        const auto slots = std::span(slots_.data(), count_);
+        auto found = std::find_if(slots.begin(), slots.end(),
+                                  [&](const Slot& slot) { return slot.name == name && slot.version == version; });
+        if (found == slots.end()) // the same name may stand at another address in another library
+            found = std::find_if(slots.begin(), slots.end(), [&](const Slot& slot) {
+                return slot.version == version && std::strcmp(slot.name, name) == 0;
+            });
+        if (found != slots.end()) {
+            last_ = {name, version, found->table};
+            return found->table;
         }
         if (!basic_ || count_ == slots_.size())
             return nullptr;

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] double frameAt(HostTime time) const {
         if (time.scale == 0)
             return 0;
+        if (time.scale == duration_.scale && duration_.value == 1)
+            return time.value;
         // By the duration and not by the rate, so that what timeOf gave comes back however far the two differ.
         const double numerator = static_cast<double>(time.value) * duration_.scale;
         const double denominator = static_cast<double>(time.scale) * duration_.value;
