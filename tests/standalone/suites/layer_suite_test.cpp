@@ -16,28 +16,28 @@ void expectMatrix(const A_Matrix4& matrix, const double (&expected)[4][4]) {
 // the holder, comes to (0, 60) + (100, 100); its corner lies (-10, -5) from there: (5, -20) more.
 constexpr double childToWorld[4][4] = {{0, 2, 0, 0}, {-1, 0, 0, 0}, {0, 0, 1, 0}, {105, 140, 0, 1}};
 
-struct UnparentCase {
-    const char* name;
-    double ownRotation, ownScaleX, ownScaleY;
-    double rotation, scaleX, scaleY;
-};
-
 // The holder's rows are (0, 2), (-1, 0), its determinant 2; the child's anchor ends at (100, 160) as above.
 // At 45 degrees, c = sqrt(1/2): rows (-c, 2c), (-c, -2c), so the turn is atan2(2, -1), x sqrt(2.5), y 2 / sqrt(2.5).
-constexpr UnparentCase unparentCases[] = {
-    {"the parent's own turn and scale", 0, 100, 100, 90, 200, 100},
-    {"a mirrored layer stays mirrored in x", 0, -100, 100, 90, -200, 100},
-    {"a layer mirrored in y", 0, 100, -50, 90, 200, -50},
-    {"turns are counted on, not cut", 720, 100, 100, 810, 200, 100},
-    {"a lean is lost, the area is not", 45, 100, 100, 116.56505117707799, 158.11388300841898, 126.49110640673517},
-};
+using Pair = std::pair<double, double>;
 
 TEST(LayerSuite, FoldsTheParentInWhenItIsTakenAway) {
-    for (const UnparentCase& c : unparentCases) {
-        SCOPED_TRACE(c.name);
+    // Its rotation and scale before and after.
+    const std::tuple<const char*, double, Pair, double, Pair> cases[] = {
+        {"the parent's own turn and scale", 0, {100, 100}, 90, {200, 100}},
+        {"a mirrored layer stays mirrored in x", 0, {-100, 100}, 90, {-200, 100}},
+        {"a layer mirrored in y", 0, {100, -50}, 90, {200, -50}},
+        {"turns are counted on, not cut", 720, {100, 100}, 810, {200, 100}},
+        {"a lean is lost, the area is not",
+         45,
+         {100, 100},
+         116.56505117707799,
+         {158.11388300841898, 126.49110640673517}},
+    };
+    for (const auto& [name, ownRotation, ownScale, rotation, scale] : cases) {
+        SCOPED_TRACE(name);
         auto document = smallDocument();
-        document->layers[child]->transform.rotation.value[0] = c.ownRotation;
-        document->layers[child]->transform.scale.value = {c.ownScaleX, c.ownScaleY, 0};
+        document->layers[child]->transform.rotation.value[0] = ownRotation;
+        document->layers[child]->transform.scale.value = {ownScale.first, ownScale.second, 0};
         Session session(std::move(document));
         ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
         EXPECT_EQ(got(session.layers().AEGP_GetLayerParent, session.layer(child)), nullptr);
@@ -45,9 +45,9 @@ TEST(LayerSuite, FoldsTheParentInWhenItIsTakenAway) {
         EXPECT_EQ(layer.parentId, noParent);
         EXPECT_NEAR(layer.transform.position.value[0], 100, tolerance);
         EXPECT_NEAR(layer.transform.position.value[1], 160, tolerance);
-        EXPECT_NEAR(layer.transform.rotation.value[0], c.rotation, tolerance);
-        EXPECT_NEAR(layer.transform.scale.value[0], c.scaleX, tolerance);
-        EXPECT_NEAR(layer.transform.scale.value[1], c.scaleY, tolerance);
+        EXPECT_NEAR(layer.transform.rotation.value[0], rotation, tolerance);
+        EXPECT_NEAR(layer.transform.scale.value[0], scale.first, tolerance);
+        EXPECT_NEAR(layer.transform.scale.value[1], scale.second, tolerance);
         EXPECT_TRUE(layer.changed);
     }
 }
@@ -81,70 +81,32 @@ TEST(LayerSuite, LeavesKeyframedStreamsAloneWhenUnparenting) {
     EXPECT_FALSE(rotation.changed);
 }
 
-struct StateCase {
-    const char* name;
-    LayerKind kind;
-    bool hidden, matteSource;
-    AEGP_ObjectType type;
-    AEGP_LayerFlags flags;
-};
-
-constexpr StateCase stateCases[] = {
-    {"a solid", LayerKind::Solid, false, false, AEGP_ObjectType_AV, 1},
-    {"switched off", LayerKind::Solid, true, false, AEGP_ObjectType_AV, 0},
-    {"a matte's source is off", LayerKind::Solid, false, true, AEGP_ObjectType_AV, 0},
-    {"null", LayerKind::Null, false, false, AEGP_ObjectType_AV, 0x10001},
-    {"guide", LayerKind::Guide, false, false, AEGP_ObjectType_AV, 0x40001},
-    {"adjustment", LayerKind::Adjustment, false, false, AEGP_ObjectType_AV, 0x201},
-    {"camera", LayerKind::Camera, false, false, AEGP_ObjectType_CAMERA, 1},
-    {"light", LayerKind::Light, false, false, AEGP_ObjectType_LIGHT, 1},
-    {"text", LayerKind::Text, false, false, AEGP_ObjectType_TEXT, 1},
-    {"shape", LayerKind::Shape, false, false, AEGP_ObjectType_VECTOR, 1},
-};
-
-TEST(LayerSuite, TellsKindsAndFlags) {
-    for (const StateCase& c : stateCases) {
-        SCOPED_TRACE(c.name);
-        auto document = smallDocument();
-        Layer& layer = *document->layers[child];
-        layer.kind = c.kind;
-        layer.hidden = c.hidden;
-        layer.matteSource = c.matteSource;
-        Session session(std::move(document));
-        EXPECT_EQ(got(session.layers().AEGP_GetLayerObjectType, session.layer(child)), c.type);
-        EXPECT_EQ(got(session.layers().AEGP_GetLayerFlags, session.layer(child)), c.flags);
-    }
-}
-
-struct FlagCase {
-    AEGP_LayerFlags flag;
-    bool Layer::*member;
-    bool whenOn; ///< the member's value
-};
-
-constexpr FlagCase flagCases[] = {
-    {AEGP_LayerFlag_VIDEO_ACTIVE, &Layer::hidden, false},
-    {AEGP_LayerFlag_MOTION_BLUR, &Layer::motionBlur, true},
-    {AEGP_LayerFlag_AUTO_ORIENT_ROTATION, &Layer::autoOrient, true},
-};
-
 TEST(LayerSuite, SetsTheFlagsThatAFileHolds) {
-    for (const FlagCase& c : flagCases) {
-        SCOPED_TRACE(c.flag);
+    // With the value that a member has when the flag is set.
+    const std::tuple<AEGP_LayerFlags, bool Layer::*, bool> cases[] = {
+        {AEGP_LayerFlag_VIDEO_ACTIVE, &Layer::hidden, false},
+        {AEGP_LayerFlag_MOTION_BLUR, &Layer::motionBlur, true},
+        {AEGP_LayerFlag_AUTO_ORIENT_ROTATION, &Layer::autoOrient, true},
+    };
+    for (const auto& [flag, member, whenOn] : cases) {
+        SCOPED_TRACE(flag);
         auto document = smallDocument();
         Layer& layer = *document->layers[child];
-        layer.*c.member = c.whenOn;
+        layer.*member = whenOn;
         Session session(std::move(document));
-        const auto set = [&](A_Boolean value) {
-            EXPECT_EQ(session.layers().AEGP_SetLayerFlag(session.layer(child), c.flag, value), A_Err_NONE);
+        const auto set = [&, which = flag](A_Boolean value) {
+            EXPECT_EQ(session.layers().AEGP_SetLayerFlag(session.layer(child), which, value), A_Err_NONE);
         };
+        const auto flags = [&] { return got(session.layers().AEGP_GetLayerFlags, session.layer(child)); };
         set(1);
+        EXPECT_TRUE(flags() & flag);
         EXPECT_FALSE(layer.changed) << "it is on";
         session.inGroup([&] { set(0); });
-        EXPECT_EQ(layer.*c.member, !c.whenOn);
+        EXPECT_FALSE(flags() & flag);
+        EXPECT_EQ(layer.*member, !whenOn);
         EXPECT_TRUE(layer.changed);
         EXPECT_EQ(session.undo(), A_Err_NONE);
-        EXPECT_EQ(layer.*c.member, c.whenOn);
+        EXPECT_EQ(layer.*member, whenOn);
         EXPECT_FALSE(layer.changed);
         EXPECT_NE(session.layers().AEGP_SetLayerFlag(session.layer(child), AEGP_LayerFlag_GUIDE_LAYER, 1), A_Err_NONE);
         EXPECT_EQ(session.host.reports().size(), 1u) << "what a file does not hold is refused in words";

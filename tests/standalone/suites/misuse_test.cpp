@@ -14,6 +14,9 @@ AEGP_StreamRefH layerStream(Session& s, AEGP_LayerStream which) {
 AEGP_StreamRefH rotation(Session& s) {
     return layerStream(s, AEGP_LayerStream_ROTATION);
 }
+AEGP_StreamRefH position(Session& s) {
+    return layerStream(s, AEGP_LayerStream_POSITION);
+}
 AEGP_StreamRefH leader(Session& s) {
     return s.stream(s.layer(separated), AEGP_LayerStream_POSITION);
 }
@@ -60,36 +63,25 @@ A_Err read(Session& s, AEGP_StreamRefH stream, A_Time time = {0, 1}) {
 A_Err setFrom(Session& s, AEGP_StreamValue2 value, AEGP_StreamRefH stream) {
     return s.streams().AEGP_SetStreamValue(1, stream, &value);
 }
-A_Err countKeys(Session& s, AEGP_StreamRefH stream) {
-    return asked(s.keyframes().AEGP_GetStreamNumKFs, stream).first;
-}
-
 constexpr A_Time noTime{0, 0};
 
 using enum Misuse;
 
-struct MisuseCase {
-    const char* name;
-    std::optional<Misuse> noted; ///< none for what is refused without being one
-    A_Err (*call)(Session&);
-};
+/// Name, what is noted (nothing of what is refused without being a misuse), and what is done.
+using MisuseCase = std::tuple<const char*, std::optional<Misuse>, A_Err (*)(Session&)>;
 
 const MisuseCase misuseCases[] = {
     {"a stream read after its disposal", UsedAfterDisposal, [](Session& s) { return read(s, disposed(s)); }},
     {"a stream read whose place another has taken", UsedAfterDisposal, [](Session& s) { return read(s, replaced(s)); }},
-    {"keys of a stream after its disposal", UsedAfterDisposal, [](Session& s) { return countKeys(s, disposed(s)); }},
     {"a stream disposed of twice", DisposedTwice,
      [](Session& s) { return s.streams().AEGP_DisposeStream(disposed(s)); }},
     {"a stream disposed of whose place another has taken", DisposedTwice,
      [](Session& s) { return s.streams().AEGP_DisposeStream(replaced(s)); }},
     {"a stream disposed of that belongs to a collection", DisposedOfOwned,
      [](Session& s) {
-         AEGP_CollectionItemV2 item{};
-         item.type = AEGP_CollectionItemType_STREAMREF;
-         item.stream_refH = rotation(s);
-         const AEGP_Collection2H collection = got(s.collections().AEGP_NewCollection, 1);
-         EXPECT_EQ(s.collections().AEGP_CollectionPushBack(collection, &item), A_Err_NONE);
-         return s.streams().AEGP_DisposeStream(item.stream_refH);
+         const AEGP_StreamRefH stream = rotation(s);
+         (void)s.collectionOf(stream);
+         return s.streams().AEGP_DisposeStream(stream);
      }},
     {"a stream of a deleted mask", UsedAfterDeletion, [](Session& s) { return read(s, ofDeletedMask(s)); }},
     {"a stream of a deleted layer", UsedAfterDeletion,
@@ -124,15 +116,16 @@ const MisuseCase misuseCases[] = {
     {"an outline after its value's disposal", UsedAfterDisposal,
      [](Session& s) { return asked(s.outlines().AEGP_GetMaskOutlineNumSegments, closedOutline(s)).first; }},
     {"an angle set as a position", ValueOfAnotherType,
-     [](Session& s) { return setFrom(s, s.open(rotation(s)), layerStream(s, AEGP_LayerStream_POSITION)); }},
+     [](Session& s) { return setFrom(s, s.open(rotation(s)), position(s)); }},
     {"a scale set as a colour", ValueOfAnotherType,
      [](Session& s) {
          return setFrom(s, s.open(layerStream(s, AEGP_LayerStream_SCALE)),
                         s.place(separated, "0/0/0/1/ADBE Vector Fill Color"));
      }},
-    {"what is no number", std::nullopt,
+    {"what is no number",
+     {},
      [](Session& s) {
-         return s.set(layerStream(s, AEGP_LayerStream_POSITION), {std::nan(""), 0, 0});
+         return s.set(position(s), AEGP_ThreeDVal{std::nan(""), 0, 0});
      }},
     {"a value of a group", WrongStreamType, [](Session& s) { return read(s, s.root(s.layer(child))); }},
     {"children of a leaf", WrongStreamType,
@@ -143,7 +136,16 @@ const MisuseCase misuseCases[] = {
      }},
     {"deleting what is not of a list", WrongStreamType,
      [](Session& s) { return s.tree().AEGP_DeleteStream(rotation(s)); }},
-    {"keys of a separated leader", KeysOfSeparatedLeader, [](Session& s) { return countKeys(s, leader(s)); }},
+    {"copying a root", {}, [](Session& s) { return s.copy(s.root(s.layer(child))); }},
+    {"pasting nothing", {}, [](Session& s) { return s.command(hostCommandPaste); }},
+    {"pasting a group where there are no contents",
+     {},
+     [](Session& s) {
+         EXPECT_EQ(s.copy(s.place(separated, "0/0")), A_Err_NONE);
+         return s.paste(s.root(s.layer(holder)));
+     }},
+    {"keys of a separated leader", KeysOfSeparatedLeader,
+     [](Session& s) { return asked(s.keyframes().AEGP_GetStreamNumKFs, leader(s)).first; }},
     {"new keys of a separated leader", KeysOfSeparatedLeader,
      [](Session& s) { return asked(s.keyframes().AEGP_StartAddKeyframes, leader(s)).first; }},
     {"a value over keys", ValueSetOverKeys,
@@ -154,9 +156,10 @@ const MisuseCase misuseCases[] = {
      }},
     {"a value over the keys of a follower", ValueSetOverKeys,
      [](Session& s) {
-         return s.set(leader(s), {1, 2, 3});
+         return s.set(leader(s), AEGP_ThreeDVal{1, 2, 3});
      }},
-    {"deleting a key that is not there", std::nullopt,
+    {"deleting a key that is not there",
+     {},
      [](Session& s) { return s.keyframes().AEGP_DeleteKeyframe(rotation(s), 0); }},
     {"a time without a scale", TimeWithoutScale, [](Session& s) { return read(s, rotation(s), noTime); }},
     {"a matrix at a time without a scale", TimeWithoutScale,
@@ -184,31 +187,29 @@ const MisuseCase misuseCases[] = {
          return s.utility().AEGP_StartUndoGroup("inner");
      }},
     {"a group ended that was not begun", UndoGroupNotBegun, [](Session& s) { return s.utility().AEGP_EndUndoGroup(); }},
-    {"undoing nothing", std::nullopt, [](Session& s) { return s.undo(); }},
+    {"undoing nothing", {}, [](Session& s) { return s.undo(); }},
     {"a suite released too often", SuiteNotAcquired,
      [](Session& s) { return s.host.basic()->ReleaseSuite("PF Path Data Suite", 1); }},
-    {"a suite at a version that it does not have", std::nullopt,
-     [](Session& s) {
-         const void* table = nullptr;
-         return s.host.basic()->AcquireSuite("AEGP Layer Suite", 12, &table);
-     }},
-    {"two flags at once", std::nullopt, [](Session& s) { return s.layers().AEGP_SetLayerFlag(s.layer(child), 9, 1); }},
-    {"a parent that hangs on the layer", std::nullopt,
+    {"a suite at a version that it does not have",
+     {},
+     [](Session& s) { return asked(s.host.basic()->AcquireSuite, "AEGP Layer Suite", 12).first; }},
+    {"two flags at once", {}, [](Session& s) { return s.layers().AEGP_SetLayerFlag(s.layer(child), 9, 1); }},
+    {"a parent that hangs on the layer",
+     {},
      [](Session& s) { return s.layers().AEGP_SetLayerParent(s.layer(holder), s.layer(child)); }},
-    {"a layer beyond the last", std::nullopt,
+    {"a layer beyond the last",
+     {},
      [](Session& s) { return asked(s.layers().AEGP_GetCompLayerByIndex, s.comp(), layerCount).first; }},
-    {"a layer deleted twice", std::nullopt, [](Session& s) { return s.layers().AEGP_DeleteLayer(deletedLayer(s)); }},
-    {"flags of a deleted layer", std::nullopt,
-     [](Session& s) { return asked(s.layers().AEGP_GetLayerFlags, deletedLayer(s)).first; }},
+    {"a layer deleted twice", {}, [](Session& s) { return s.layers().AEGP_DeleteLayer(deletedLayer(s)); }},
 };
 
 TEST(Misuse, IsRefusedAndNoted) {
-    for (const MisuseCase& c : misuseCases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, noted, call] : misuseCases) {
+        SCOPED_TRACE(name);
         Session session;
-        EXPECT_NE(c.call(session), A_Err_NONE);
-        EXPECT_EQ(session.host.misuses(), c.noted ? std::vector{*c.noted} : std::vector<Misuse>{});
-        EXPECT_TRUE(!c.noted || *textOf(*c.noted) != '\0');
+        EXPECT_NE(call(session), A_Err_NONE);
+        EXPECT_EQ(session.host.misuses(), noted ? std::vector{*noted} : std::vector<Misuse>{});
+        EXPECT_TRUE(!noted || *textOf(*noted) != '\0');
     }
 }
 

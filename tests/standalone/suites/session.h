@@ -156,13 +156,18 @@ public:
         return text;
     }
 
-    /// Selects a stream, which is disposed of.
-    void select(AEGP_StreamRefH stream) {
-        const AEGP_Collection2H selection = got(collections().AEGP_NewCollection, id());
+    /// A collection of one stream, which belongs to it from then on.
+    AEGP_Collection2H collectionOf(AEGP_StreamRefH stream) {
+        const AEGP_Collection2H collection = got(collections().AEGP_NewCollection, id());
         AEGP_CollectionItemV2 item{};
         item.type = AEGP_CollectionItemType_STREAMREF;
         item.stream_refH = stream;
-        EXPECT_EQ(collections().AEGP_CollectionPushBack(selection, &item), A_Err_NONE);
+        EXPECT_EQ(collections().AEGP_CollectionPushBack(collection, &item), A_Err_NONE);
+        return collection;
+    }
+    /// Selects a stream, which is disposed of.
+    void select(AEGP_StreamRefH stream) {
+        const AEGP_Collection2H selection = collectionOf(stream);
         EXPECT_EQ(comps().AEGP_SetSelection(comp(), selection), A_Err_NONE);
         EXPECT_EQ(collections().AEGP_DisposeCollection(selection), A_Err_NONE);
     }

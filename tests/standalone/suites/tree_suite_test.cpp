@@ -16,57 +16,49 @@ constexpr auto outline = AEGP_StreamType_MASK;
 constexpr auto color = AEGP_StreamType_COLOR;
 constexpr auto spatial = AEGP_StreamType_TwoD_SPATIAL;
 
-struct PlaceCase {
-    LayerIndex layer;
-    const char* path;
-    A_long depth;
-    const char* matchName;
-    const char16_t* displayName;
-    AEGP_StreamGroupingType grouping;
-    AEGP_StreamType type;
-    A_long children; ///< of groups
-};
-
-constexpr PlaceCase placeCases[] = {
-    {child, "", 0, "ADBE AV Layer", u"child", named, noData, 2},
-    {child, "0", 1, "ADBE Mask Parade", u"Masks", indexed, noData, 2},
-    {holder, "ADBE Mask Parade", 1, "ADBE Mask Parade", u"Masks", indexed, noData, 0},
-    {child, "0/1", 2, "ADBE Mask Atom", u"two", named, noData, 4},
-    {child, "0/1/0", 3, "ADBE Mask Shape", u"Mask Path", leaf, outline, 0},
-    {child, "0/1/1", 3, "ADBE Mask Feather", u"Mask Feather", leaf, twoD, 0},
-    {child, "0/1/2", 3, "ADBE Mask Opacity", u"Mask Opacity", leaf, oneD, 0},
-    {child, "0/1/3", 3, "ADBE Mask Offset", u"Mask Expansion", leaf, oneD, 0},
-    {child, "ADBE Transform Group", 1, "ADBE Transform Group", u"Transform", named, noData, 5},
-    {child, "ADBE Transform Group/4", 2, "ADBE Opacity", u"Opacity", leaf, oneD, 0},
-    {separated, "ADBE Transform Group/ADBE Position_1", 2, "ADBE Position_1", u"Y Position", leaf, oneD, 0},
-    {separated, "", 0, "ADBE Vector Layer", u"shape", named, noData, 3},
-    {separated, "0", 1, "ADBE Root Vectors Group", u"Contents", indexed, noData, 3},
-    {separated, "0/0", 2, "ADBE Vector Group", u"first", named, noData, 2},
-    {separated, "0/2", 2, "ADBE Vector Shape - Group", u"Path 3", named, noData, 1},
-    {separated, "0/2/0", 3, "ADBE Vector Shape", u"Path", leaf, outline, 0},
-    {separated, "0/0/ADBE Vectors Group", 3, "ADBE Vectors Group", u"Contents", indexed, noData, 2},
-    {separated, "0/0/0/1/ADBE Vector Fill Color", 5, "ADBE Vector Fill Color", u"Color", leaf, color, 0},
-    {separated, "0/0/0/0/ADBE Vector Rect Position", 5, "ADBE Vector Rect Position", u"Position", leaf, spatial, 0},
-};
-
 TEST(TreeSuite, ShowsEveryPlaceAsAHostDoes) {
     Session session;
     const auto& tree = session.tree();
-    for (const PlaceCase& c : placeCases) {
-        SCOPED_TRACE(std::string(c.matchName) + " at " + c.path);
-        const AEGP_StreamRefH stream = session.place(c.layer, c.path);
-        EXPECT_EQ(session.matchName(stream), c.matchName);
-        EXPECT_EQ(session.nameOf(stream), c.displayName);
-        EXPECT_EQ(got(tree.AEGP_GetStreamGroupingType, stream), c.grouping);
-        EXPECT_EQ(got(session.streams().AEGP_GetStreamType, stream), c.type);
-        EXPECT_EQ(got(tree.AEGP_GetStreamDepth, stream), c.depth);
-        if (c.grouping != leaf) {
-            EXPECT_EQ(got(tree.AEGP_GetNumStreamsInGroup, stream), c.children);
+    // Layer, path, depth, match name, shown name, grouping, type, and of groups the number of children.
+    const std::tuple<LayerIndex, const char*, A_long, const char*, const A_UTF16Char*, AEGP_StreamGroupingType,
+                     AEGP_StreamType, A_long>
+        cases[] = {
+            {child, "", 0, "ADBE AV Layer", u"child", named, noData, 2},
+            {child, "0", 1, "ADBE Mask Parade", u"Masks", indexed, noData, 2},
+            {holder, "ADBE Mask Parade", 1, "ADBE Mask Parade", u"Masks", indexed, noData, 0},
+            {child, "0/1", 2, "ADBE Mask Atom", u"two", named, noData, 4},
+            {child, "0/1/0", 3, "ADBE Mask Shape", u"Mask Path", leaf, outline, 0},
+            {child, "0/1/1", 3, "ADBE Mask Feather", u"Mask Feather", leaf, twoD, 0},
+            {child, "0/1/2", 3, "ADBE Mask Opacity", u"Mask Opacity", leaf, oneD, 0},
+            {child, "0/1/3", 3, "ADBE Mask Offset", u"Mask Expansion", leaf, oneD, 0},
+            {child, "ADBE Transform Group", 1, "ADBE Transform Group", u"Transform", named, noData, 5},
+            {child, "ADBE Transform Group/4", 2, "ADBE Opacity", u"Opacity", leaf, oneD, 0},
+            {separated, "ADBE Transform Group/ADBE Position_1", 2, "ADBE Position_1", u"Y Position", leaf, oneD, 0},
+            {separated, "", 0, "ADBE Vector Layer", u"shape", named, noData, 3},
+            {separated, "0", 1, "ADBE Root Vectors Group", u"Contents", indexed, noData, 3},
+            {separated, "0/0", 2, "ADBE Vector Group", u"first", named, noData, 2},
+            {separated, "0/2", 2, "ADBE Vector Shape - Group", u"Path 3", named, noData, 1},
+            {separated, "0/2/0", 3, "ADBE Vector Shape", u"Path", leaf, outline, 0},
+            {separated, "0/0/ADBE Vectors Group", 3, "ADBE Vectors Group", u"Contents", indexed, noData, 2},
+            {separated, "0/0/0/1/ADBE Vector Fill Color", 5, "ADBE Vector Fill Color", u"Color", leaf, color, 0},
+            {separated, "0/0/0/0/ADBE Vector Rect Position", 5, "ADBE Vector Rect Position", u"Position", leaf, spatial,
+             0},
+        };
+    for (const auto& [layer, path, depth, matchName, shownName, grouping, type, children] : cases) {
+        SCOPED_TRACE(std::string(matchName) + " at " + path);
+        const AEGP_StreamRefH stream = session.place(layer, path);
+        EXPECT_EQ(session.matchName(stream), matchName);
+        EXPECT_EQ(session.nameOf(stream), shownName);
+        EXPECT_EQ(got(tree.AEGP_GetStreamGroupingType, stream), grouping);
+        EXPECT_EQ(got(session.streams().AEGP_GetStreamType, stream), type);
+        EXPECT_EQ(got(tree.AEGP_GetStreamDepth, stream), depth);
+        if (grouping != leaf) {
+            EXPECT_EQ(got(tree.AEGP_GetNumStreamsInGroup, stream), children);
         }
         const auto [error, parent] = asked(tree.AEGP_GetNewParentStreamRef, session.id(), stream);
-        EXPECT_EQ(error == A_Err_NONE, c.depth > 0);
+        EXPECT_EQ(error == A_Err_NONE, depth > 0);
         if (parent != nullptr) {
-            EXPECT_EQ(got(tree.AEGP_GetStreamDepth, parent), c.depth - 1);
+            EXPECT_EQ(got(tree.AEGP_GetStreamDepth, parent), depth - 1);
             session.dispose({parent});
         }
         session.dispose({stream});
