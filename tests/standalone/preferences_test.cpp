@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/standalone/suites/small_document.h"
+#include "tests/standalone/suites/session.h"
 
 namespace jostle::standalone {
 namespace {
@@ -60,10 +60,8 @@ TEST_F(PreferencesTest, KeepsEveryKindOfValue) {
     EXPECT_EQ(second.get("numbers", "third", 0.0), 0.333333) << "six decimals";
     EXPECT_FALSE(second.has("numbers", "none"));
     EXPECT_NE(contents(file).find("\n[QF Jostle 2]\nAuto Load/Save Settings = whole 1\n"), std::string::npos);
-    // A wrong type gives the default, and the value stays.
-    EXPECT_EQ(second.get(odd, odd, 4), 4);
-    EXPECT_EQ(second.get(odd, odd, 0.5), 0.5);
-    EXPECT_EQ(second.get<std::string>(odd, odd, "?"), odd);
+    EXPECT_EQ(second.get(odd, odd, 4), 4) << "of a wrong type the default";
+    EXPECT_EQ(second.get<std::string>(odd, odd, "?"), odd) << "and the value stays";
     EXPECT_TRUE(reports.empty());
 }
 
@@ -181,31 +179,21 @@ TEST_F(PreferencesTest, ServeThePersistentDataSuite) {
         DocumentHost host(test::smallDocument(), "", "", file);
         AEGP_SuiteHandler suites(host.basic());
         const auto& store = *suites.get<AEGP_PersistentDataSuite3>();
-        AEGP_PersistentBlobH blob = nullptr;
-        ASSERT_EQ(store.AEGP_GetApplicationBlob(&blob), A_Err_NONE);
-        A_Boolean exists = 2;
-        EXPECT_EQ(store.AEGP_DoesKeyExist(blob, "s", "count", &exists), A_Err_NONE);
-        EXPECT_EQ(exists != 0, again) << "the host wrote at its end";
-        A_long count = 0;
-        EXPECT_EQ(store.AEGP_GetLong(blob, "s", "count", 12, &count), A_Err_NONE);
-        EXPECT_EQ(count, 12);
-        double zoom = 0;
-        EXPECT_EQ(store.AEGP_GetFpLong(blob, "s", "zoom", again ? 1 : 2.5, &zoom), A_Err_NONE);
-        EXPECT_EQ(zoom, 2.5) << "the default was kept";
+        const AEGP_PersistentBlobH blob = test::got(store.AEGP_GetApplicationBlob);
+        EXPECT_EQ(test::got(store.AEGP_DoesKeyExist, blob, "s", "count") != 0, again) << "the host wrote at its end";
+        EXPECT_EQ(test::got(store.AEGP_GetLong, blob, "s", "count", 12), 12);
+        EXPECT_EQ(test::got(store.AEGP_GetFpLong, blob, "s", "zoom", again ? 1 : 2.5), 2.5) << "the default was kept";
         A_char buffer[8] = "?";
-        A_u_long size = 0;
         EXPECT_EQ(store.AEGP_SetString(blob, "s", "path", "seven77"), A_Err_NONE);
         EXPECT_EQ(store.AEGP_GetString(blob, "s", "path", nullptr, 8, buffer, nullptr), A_Err_NONE);
         EXPECT_STREQ(buffer, "seven77");
-        EXPECT_EQ(store.AEGP_GetString(blob, "s", "path", nullptr, 7, buffer, &size), A_Err_NONE);
+        EXPECT_EQ(test::got(store.AEGP_GetString, blob, "s", "path", nullptr, 7u, &buffer[0]), 8u);
         EXPECT_STREQ(buffer, "") << "it does not fit";
-        EXPECT_EQ(size, 8u);
         EXPECT_NE(store.AEGP_GetString(blob, "s", "path", nullptr, 7, buffer, nullptr), A_Err_NONE);
         EXPECT_EQ(store.AEGP_DeleteEntry(blob, "s", "path"), A_Err_NONE);
-        EXPECT_EQ(store.AEGP_GetString(blob, "s", "path", nullptr, 8, buffer, &size), A_Err_NONE);
-        EXPECT_EQ(size, 1u);
+        EXPECT_EQ(test::got(store.AEGP_GetString, blob, "s", "path", nullptr, 8u, &buffer[0]), 1u);
         EXPECT_NE(store.AEGP_SetFpLong(blob, "s", "zoom", std::nan("")), A_Err_NONE);
-        EXPECT_NE(store.AEGP_GetLong(nullptr, "s", "count", 0, &count), A_Err_NONE);
+        EXPECT_NE(test::asked(store.AEGP_GetLong, nullptr, "s", "count", 0).first, A_Err_NONE);
         EXPECT_TRUE(host.reports().empty());
     }
 }

@@ -1,6 +1,7 @@
 #include "standalone/document/frame_clock.h"
 
 #include <cmath>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -17,13 +18,7 @@ double seconds(const HostTime& time) {
 }
 
 TEST(FrameClock, DurationIsTheOneTheRateWasMadeFrom) {
-    struct Case {
-        const char* name;
-        double rate;
-        std::int32_t value;
-        std::uint32_t scale;
-    };
-    constexpr Case cases[] = {
+    const std::tuple<const char*, double, std::int32_t, std::uint32_t> cases[] = {
         {"whole rate", 25, 1, 25},
         {"29.97 in sixteen bits", 29.9700012207031, 100, 2997},
         {"23.976 in sixteen bits", 23.9759979248047, 1000, 23976},
@@ -32,9 +27,9 @@ TEST(FrameClock, DurationIsTheOneTheRateWasMadeFrom) {
         {"a rate near 0 is no scale of 0", 0.001, 1000, 1},
         {"a rate beyond 32 bits stays within", 1e12, 1, 4294967295u},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        expectTime(FrameClock(c.rate).frameDuration(), c.value, c.scale);
+    for (const auto& [name, rate, value, scale] : cases) {
+        SCOPED_TRACE(name);
+        expectTime(FrameClock(rate).frameDuration(), value, scale);
     }
 }
 

@@ -172,21 +172,18 @@ TEST_F(FontTest, CharactersOfNoFontTakeNoRoom) {
 }
 
 TEST_F(FontTest, RunsFromRightToLeftStandInTheirPlaces) {
-    struct Case {
-        const char* text;
-        std::vector<std::size_t> begins; ///< from left to right, bytes of the text
-    };
-    const Case cases[] = {
+    // From left to right, bytes of the text.
+    const std::pair<const char*, std::vector<std::size_t>> cases[] = {
         {"ab", {0, 1}},
         {"\u05D0\u05D1", {2, 0}},
         {"a \u05D0\u05D1 b", {0, 1, 6, 4, 2, 7}}, // the blank after Hebrew counts as Hebrew
         {"\u05D0 ab \u05D1", {6, 3, 4, 5, 2, 0}}, // a line that begins with Hebrew runs that way
     };
-    for (const Case& c : cases) {
+    for (const auto& [text, expected] : cases) {
         std::vector<std::size_t> begins;
-        for (const ShapedCluster& cluster : shape(c.text).clusters)
+        for (const ShapedCluster& cluster : shape(text).clusters)
             begins.push_back(cluster.begin);
-        EXPECT_EQ(begins, c.begins) << c.text;
+        EXPECT_EQ(begins, expected) << text;
     }
 }
 

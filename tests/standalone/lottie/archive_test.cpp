@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <zip.h>
@@ -71,58 +72,51 @@ const std::string oneAnimation = R"({"version":"2","animations":[{"id":"Main Sce
 const std::string twoAnimations = R"({"animations":[{"id":"one"},{"name":"?"},{"id":"two"}]})";
 
 TEST(Archive, IsReadOrRefusedWithAReason) {
-    const std::string whole = packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", std::string(5000, 'x')}});
+    const auto of = [](const std::string& text) {
+        return packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", text}});
+    };
+    const std::string whole = of(std::string(5000, 'x'));
     std::string damaged = whole;
     damaged[whole.find("Main Scene.json") + 20] ^= 0x55;
     const std::string two = packed({{"manifest.json", twoAnimations}, {"a/two.json", "2"}, {"a/one.json", "1"}});
-    struct Case {
-        const char* name;
-        std::string bytes;
-        const char* text;
-        const char* error = "";
-        const char* id = "";
-        std::size_t notes = 0;
-    };
-    const Case cases[] = {
-        {"second layout", packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", "{2}"}}), "{2}"},
-        {"first layout", packed({{"animations/Main Scene.json", "{1}"}, {"manifest.json", oneAnimation}}), "{1}"},
+    // The text or the error, the animation asked for, and how many notes there are.
+    const std::tuple<const char*, std::string, const char*, const char*, const char*, std::size_t> cases[] = {
+        {"second layout", packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", "{2}"}}), "{2}", "", "", 0},
+        {"first layout", packed({{"animations/Main Scene.json", "{1}"}, {"manifest.json", oneAnimation}}), "{1}", "",
+         "", 0},
         {"stored", packed({{"manifest.json", oneAnimation, ZIP_CM_STORE}, {"a/Main Scene.json", "{}", ZIP_CM_STORE}}),
-         "{}"},
-        {"made anew", newArchive("{3}"), "{3}"},
+         "{}", "", "", 0},
+        {"made anew", newArchive("{3}"), "{3}", "", "", 0},
         {"first of two", two, "1", "", "", 1},
-        {"second of two", two, "2", "", "two"},
-        {"empty document", packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", ""}}), ""},
-        {"no archive", "PK and nothing more", "", "cannot be opened"},
-        {"cut off", whole.substr(0, whole.size() / 2), "", "cannot be opened"},
-        {"damaged", damaged, "", "is damaged"},
-        {"no manifest", packed({{"a/x.json", "{}"}}), "", "no manifest.json"},
-        {"manifest is no JSON", packed({{"manifest.json", "{"}}), "", "no JSON object"},
-        {"manifest lists none", packed({{"manifest.json", "{}"}, {"a/x.json", "{}"}}), "", "lists no animation"},
-        {"animation is missing", packed({{"manifest.json", oneAnimation}}), "", "lacks its animation \"Main Scene\""},
-        {"no such animation", two, "", R"(it has "one", "two")", "three"},
+        {"second of two", two, "2", "", "two", 0},
+        {"empty document", of(""), "", "", "", 0},
+        {"no archive", "PK and nothing more", "", "cannot be opened", "", 0},
+        {"cut off", whole.substr(0, whole.size() / 2), "", "cannot be opened", "", 0},
+        {"damaged", damaged, "", "is damaged", "", 0},
+        {"no manifest", packed({{"a/x.json", "{}"}}), "", "no manifest.json", "", 0},
+        {"manifest is no JSON", packed({{"manifest.json", "{"}}), "", "no JSON object", "", 0},
+        {"manifest lists none", packed({{"manifest.json", "{}"}, {"a/x.json", "{}"}}), "", "lists no animation", "", 0},
+        {"animation is missing", packed({{"manifest.json", oneAnimation}}), "", "lacks its animation \"Main Scene\"",
+         "", 0},
+        {"no such animation", two, "", R"(it has "one", "two")", "three", 0},
         {"encrypted", packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", "{}", ZIP_CM_DEFLATE, "secret"}}),
-         "", "is encrypted"},
-        {"bomb", packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", std::string(plenty + 1, ' ')}}), "",
-         "unpacks to more than 16 MB"},
-        {"bomb in the manifest", packed({{"manifest.json", std::string(plenty, ' ')}}), "",
-         "unpacks to more than 4 MB"},
+         "", "is encrypted", "", 0},
+        {"bomb", of(std::string(plenty + 1, ' ')), "", "unpacks to more than 16 MB", "", 0},
+        {"bomb in the manifest", packed({{"manifest.json", std::string(plenty, ' ')}}), "", "unpacks to more than 4 MB",
+         "", 0},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const ArchivedAnimation found = readArchive(c.bytes, c.id, plenty);
-        EXPECT_EQ(found.error.empty(), *c.error == 0) << found.error;
-        EXPECT_NE(found.error.find(c.error), std::string::npos) << found.error;
-        EXPECT_EQ(found.text, c.text);
-        EXPECT_EQ(found.notes.size(), c.notes);
+    for (const auto& [name, bytes, text, error, id, notes] : cases) {
+        SCOPED_TRACE(name);
+        const ArchivedAnimation found = readArchive(bytes, id, plenty);
+        EXPECT_EQ(found.error.empty(), *error == 0) << found.error;
+        EXPECT_NE(found.error.find(error), std::string::npos) << found.error;
+        EXPECT_EQ(found.text, text);
+        EXPECT_EQ(found.notes.size(), notes);
     }
-}
-
-// The size that a bomb announces may be a lie.
-TEST(Archive, CountsWhatItUnpacks) {
-    std::string bytes = packed({{"manifest.json", oneAnimation}, {"a/Main Scene.json", std::string(plenty + 9, ' ')}});
-    const std::size_t record = bytes.rfind("a/Main Scene.json") - 46;
-    bytes.replace(record + 24, 4, std::string("\1\0\0\0", 4));
-    EXPECT_NE(readArchive(bytes, "", plenty).error, "");
+    // The size that a bomb announces may be a lie.
+    std::string liar = of(std::string(plenty + 9, ' '));
+    liar.replace(liar.rfind("a/Main Scene.json") - 46 + 24, 4, std::string("\1\0\0\0", 4));
+    EXPECT_NE(readArchive(liar, "", plenty).error, "");
 }
 
 TEST(Archive, KeepsAllButTheEntryThatIsReplaced) {
@@ -153,12 +147,7 @@ TEST(Archive, KeepsAllButTheEntryThatIsReplaced) {
     }
     EXPECT_EQ(withEntryReplaced(source, "a/other.json", "{}"), std::nullopt);
     EXPECT_EQ(withEntryReplaced(source + "more", entry, "{}"), std::nullopt);
-}
-
-TEST(Archive, MadeAnewIsWhole) {
-    const std::string bytes = newArchive("{}");
-    EXPECT_TRUE(isArchive(bytes));
-    EXPECT_EQ(listing(bytes).size(), 2U);
+    EXPECT_EQ(listing(newArchive("{}")).size(), 2U) << "one made anew is whole for others too";
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace jostle::standalone {
@@ -58,12 +59,8 @@ std::string starts(const TextOutlines& text) {
 }
 
 TEST(TextLayout, PlacesGlyphs) {
-    struct Case {
-        const char* name;
-        const char* members; ///< besides the size of 50
-        const char* starts;
-    };
-    constexpr Case cases[] = {
+    // Members besides the font and the size of 50, and where the outlines start.
+    constexpr std::tuple<const char*, const char*, const char*> cases[] = {
         {"one after another", R"("t":"AB")", "0,0 35,0"},
         {"tracking", R"("t":"AB","tr":100)", "0,0 40,0"},
         {"right", R"("t":"AB","j":1)", "-50,0 -15,0"},
@@ -93,10 +90,10 @@ TEST(TextLayout, PlacesGlyphs) {
         {"nothing to show", R"("t":"")", ""},
         {"wrong types", R"("t":7,"j":"2","tr":[],"lh":{},"ls":null,"sz":"x","ps":3)", ""},
     };
-    for (const Case& c : cases) {
-        const TextOutlines text = outlinesOf(document(keyed(R"("f":"Hand-Bold","s":50,)" + std::string(c.members))));
-        EXPECT_EQ(starts(text), c.starts) << c.name;
-        EXPECT_TRUE(text.notes.empty()) << c.name;
+    for (const auto& [name, members, expected] : cases) {
+        const TextOutlines text = outlinesOf(document(keyed(R"("f":"Hand-Bold","s":50,)" + std::string(members))));
+        EXPECT_EQ(starts(text), expected) << name;
+        EXPECT_TRUE(text.notes.empty()) << name;
     }
 }
 
@@ -154,12 +151,8 @@ TEST(TextOutlines, OfHostileTextsAreBounded) {
 }
 
 TEST(TextOutlines, WithoutGlyphsComeFromAFontAndNotesNameIt) {
-    struct Case {
-        const char* name;
-        const char* font;
-        const char* note; ///< its beginning; empty for none
-    };
-    const Case cases[] = {
+    // The file's font, and how the note begins; empty for none.
+    const std::tuple<const char*, const char*, std::string> cases[] = {
         {"exact", R"({"fName":"x","fFamily":"DejaVu Sans","fStyle":"Bold"})", ""},
         {"by PostScript name", R"({"fName":"DejaVuSans-Bold","fFamily":"?"})", ""},
         {"style", R"({"fName":"x","fFamily":"DejaVu Sans","fStyle":"Thin"})",
@@ -169,14 +162,14 @@ TEST(TextOutlines, WithoutGlyphsComeFromAFontAndNotesNameIt) {
         {"nothing named", "{}", R"(Text of layer 2 "title": the file names no font; "DejaVu )"},
     };
     FontLibrary library(JOSTLE_TEST_FONTS), empty(JOSTLE_TEST_DATA);
-    for (const Case& c : cases) {
-        const std::string text = document(keyed(R"("t":"Ab","s":20,"f":"x")"),
-                                          R"("chars":[],"fonts":{"list":[)" + std::string(c.font) + "]}");
+    for (const auto& [name, font, note] : cases) {
+        const std::string text =
+            document(keyed(R"("t":"Ab","s":20,"f":"x")"), R"("chars":[],"fonts":{"list":[)" + std::string(font) + "]}");
         const TextOutlines found = outlinesOf(text, 0, &library);
-        EXPECT_EQ(found.outlines.size(), 4U) << c.name << ": two contours each";
+        EXPECT_EQ(found.outlines.size(), 4U) << name << ": two contours each";
         const std::string notes = found.notes.empty() ? "" : found.notes.front();
-        EXPECT_EQ(notes.substr(0, std::string(c.note).size()), c.note);
-        EXPECT_EQ(found.notes.size(), *c.note != 0 ? 1U : 0U) << notes;
+        EXPECT_EQ(notes.substr(0, note.size()), note);
+        EXPECT_EQ(found.notes.size(), note.empty() ? 0U : 1U) << notes;
         const TextOutlines none = outlinesOf(text, 0, &empty);
         EXPECT_TRUE(none.outlines.empty());
         ASSERT_EQ(none.notes.size(), 1U);
