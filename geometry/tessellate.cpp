@@ -131,18 +131,24 @@ bool isBetween(b2Vec2 a, b2Vec2 b, b2Vec2 point) {
            std::min(a.y, b.y) <= point.y && point.y <= std::max(a.y, b.y) && orientation(a, b, point) == 0.0;
 }
 
-/// In the order of edges, and along each; empty if there are too many pairs to look at.
-std::vector<Touch> findTouches(std::span<const std::vector<b2Vec2>> rings) {
+/// The points of all rings, from left to right.
+std::vector<b2Vec2> sortedPoints(std::span<const Ring> rings) {
     std::vector<b2Vec2> points;
-    for (const std::vector<b2Vec2>& ring : rings) {
+    for (const Ring& ring : rings) {
         points.insert(points.end(), ring.begin(), ring.end());
     }
     std::sort(points.begin(), points.end(), [](b2Vec2 a, b2Vec2 b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
+    return points;
+}
+
+/// In the order of edges, and along each; empty if there are too many of them, or too many pairs to look at.
+std::vector<Touch> findTouches(std::span<const Ring> rings) {
+    std::vector<b2Vec2> points = sortedPoints(rings);
     points.erase(std::unique(points.begin(), points.end()), points.end());
     std::vector<Touch> touches;
     std::size_t edge = 0;
     std::size_t pairs = 0;
-    for (const std::vector<b2Vec2>& ring : rings) {
+    for (const Ring& ring : rings) {
         for (std::size_t i = 0; i < ring.size(); ++i, ++edge) {
             const b2Vec2 a = ring[i];
             const b2Vec2 b = ring[i + 1 < ring.size() ? i + 1 : 0];
@@ -162,20 +168,17 @@ std::vector<Touch> findTouches(std::span<const std::vector<b2Vec2>> rings) {
             }
         }
     }
-    return touches;
+    return touches.size() > mostCrossings ? std::vector<Touch>() : touches;
 }
 
 /// The same rings with a corner wherever a corner lies on an edge. Where edges run along each other the library can
 /// lose its way, but not where they have both ends in common.
-std::vector<std::vector<b2Vec2>> splitAtTouches(const std::vector<std::vector<b2Vec2>>& rings) {
+std::vector<std::vector<b2Vec2>> splitAtTouches(std::span<const Ring> rings) {
     const std::vector<Touch> touches = findTouches(rings);
-    if (touches.empty() || touches.size() > mostCrossings) {
-        return rings;
-    }
     std::vector<std::vector<b2Vec2>> result;
     auto touch = touches.begin();
     std::size_t edge = 0;
-    for (const std::vector<b2Vec2>& ring : rings) {
+    for (const Ring& ring : rings) {
         std::vector<b2Vec2>& points = result.emplace_back();
         for (const b2Vec2 point : ring) {
             points.push_back(point);
@@ -201,11 +204,7 @@ std::size_t countTurns(const Ring& ring) {
 
 /// Points where another one lies. The library joins the two like the ends of edges that cross.
 std::size_t countRepeats(std::span<const Ring> rings) {
-    std::vector<b2Vec2> points;
-    for (const Ring& ring : rings) {
-        points.insert(points.end(), ring.begin(), ring.end());
-    }
-    std::sort(points.begin(), points.end(), [](b2Vec2 a, b2Vec2 b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
+    std::vector<b2Vec2> points = sortedPoints(rings);
     const auto distinct = std::unique(points.begin(), points.end());
     return static_cast<std::size_t>(points.end() - distinct);
 }
@@ -246,14 +245,15 @@ bool tessellate(std::span<const Ring> rings, std::vector<Triangle>& triangles) {
     for (const Ring& ring : rings) {
         clean.push_back(cleanRing(ring, grid));
     }
-    if (!isAffordable(std::vector<Ring>(clean.begin(), clean.end()))) {
+    const std::vector<Ring> cleanRings(clean.begin(), clean.end());
+    if (!isAffordable(cleanRings)) {
         return false;
     }
     const Tessellator tessellator = makeTessellator();
     if (!tessellator) {
         return false;
     }
-    std::vector<std::vector<b2Vec2>> split = splitAtTouches(clean);
+    std::vector<std::vector<b2Vec2>> split = splitAtTouches(cleanRings);
     for (std::vector<b2Vec2>& ring : split) {
         ring = cleanRing(ring, grid); // of an edge that came back on itself in part there may be a spike now
     }
