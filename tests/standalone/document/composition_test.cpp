@@ -1,7 +1,6 @@
 #include "standalone/document/composition.h"
 
 #include <algorithm>
-#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -20,30 +19,25 @@ Composition withLayers(const std::vector<std::pair<int, int>>& idsAndParents) {
     return composition;
 }
 
-TEST(Composition, ParentsAreFoundAndRingsAreCut) {
-    using Links = std::vector<int>;
-    constexpr int none = noParent;
-    // Layers by number and parent, and at which place the parent of each stands; -1 for none.
-    const std::tuple<const char*, std::vector<std::pair<int, int>>, Links> cases[] = {
-        {"before and after the child", {{1, 2}, {2, none}, {3, 2}}, {1, -1, 1}},
-        {"of two layers with one number the first counts", {{3, 1}, {1, none}, {1, none}}, {1, -1, -1}},
-        {"nobody has that number", {{4, 77}}, {-1}},
-        {"0 is a number like others", {{0, none}, {5, 0}}, {-1, 0}},
-        {"itself", {{1, 1}}, {-1}},
-        {"a ring with 1 hanging on it: the link of its last layer goes",
-         {{1, 3}, {2, 3}, {3, 4}, {4, 2}},
-         {2, 2, 3, -1}},
-    };
-    for (const auto& [name, idsAndParents, expected] : cases) {
-        const Composition c = withLayers(idsAndParents);
-        Links found;
-        for (const auto& layer : c.layers) {
-            const auto at = std::find_if(c.layers.begin(), c.layers.end(),
-                                         [&](const auto& other) { return other.get() == layer->parent; });
-            found.push_back(at == c.layers.end() ? -1 : static_cast<int>(at - c.layers.begin()));
-        }
-        EXPECT_EQ(found, expected) << name;
+/// At which place the parent of each layer stands; -1 for none.
+std::vector<std::ptrdiff_t> parentsOf(const Composition& c) {
+    std::vector<std::ptrdiff_t> places;
+    for (const auto& layer : c.layers) {
+        const auto at =
+            std::find_if(c.layers.begin(), c.layers.end(), [&](const auto& it) { return it.get() == layer->parent; });
+        places.push_back(at == c.layers.end() ? -1 : at - c.layers.begin());
     }
+    return places;
+}
+
+TEST(Composition, ParentsAreFoundAndRingsAreCut) {
+    using Places = std::vector<std::ptrdiff_t>;
+    EXPECT_EQ(parentsOf(withLayers({{1, 2}, {2, noParent}, {3, 1}, {1, noParent}, {4, 77}, {0, noParent}, {5, 0}})),
+              (Places{1, -1, 0, -1, -1, -1, 5}))
+        << "before and after the child, of one number the first, 77 is nobody, 0 a number like others";
+    EXPECT_EQ(parentsOf(withLayers({{1, 1}})), Places{-1});
+    EXPECT_EQ(parentsOf(withLayers({{1, 3}, {2, 3}, {3, 4}, {4, 2}})), (Places{2, 2, 3, -1}))
+        << "of the ring that 1 hangs on, the link of the last layer goes";
 }
 
 TEST(Composition, CopiesReferToTheirOwnLayers) {
