@@ -188,15 +188,7 @@ std::string TreeWriter::newNode(const TreeNode& node, const TextStyle& style) {
     } else {
         text.addString("ty", factsOf(node).member);
     }
-    if (const TreeNode* contents = childOf(node, NodeKind::GroupContents)) {
-        const TextStyle within = styleWithin({}, style);
-        std::vector<std::string> entries = entriesOf(*contents, within);
-        if (const TreeNode* transform = childOf(node, NodeKind::GroupTransform))
-            entries.push_back(nodeText(*transform, within));
-        text.add("it", listText({}, style, entries));
-    } else {
-        addLeaves(node, text);
-    }
+    addLeaves(node, text);
     text.addString("nm", node.name.empty() ? factsOf(node).displayName : node.name);
     return text.text();
 }

@@ -32,6 +32,7 @@ private:
     /// The entries of a list as text: those of the file with what has changed in them, and new ones.
     [[nodiscard]] std::vector<std::string> entriesOf(const TreeNode& list, const TextStyle& style);
     [[nodiscard]] std::string nodeText(const TreeNode& node, const TextStyle& style);
+    /// Of a mask, or of a group's transform: all else that is new in a list is a copy of what the file has.
     [[nodiscard]] std::string newNode(const TreeNode& node, const TextStyle& style);
     void addLeaves(const TreeNode& node, ObjectText& text);
     [[nodiscard]] TextStyle styleWithin(const JsonValue& list, const TextStyle& owner) const;
