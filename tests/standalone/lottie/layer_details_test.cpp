@@ -75,26 +75,17 @@ TEST(LayerDetails, TreesInTheOrderOfTheFile) {
     }
 }
 
-TEST(LayerDetails, ValuesOfLeaves) {
+// Their values are looked at where they become bodies.
+TEST(LayerDetails, LeavesKnowWhatTheyAreReadFrom) {
     const ReadResult read = shapesOf(R"([
-        {"ty":"gr","nm":"G","it":[
-            {"ty":"rc","s":{"k":[30,40]},"p":{"s":true,"x":{"k":7},"y":{"k":[{"t":0,"s":[1]},{"t":10,"s":[11]}]}}},
-            {"ty":"sr","sy":2,"pt":{"k":5},"or":{"k":[50]}},
-            {"ty":"fl","c":{"k":[1,0.5,0,1]}},
+        {"ty":"gr","it":[{"ty":"rc","p":{"s":true,"x":{"k":7},"y":{"k":8}}},
             {"ty":"tr","p":{"k":[5,6,7]},"r":{"k":45,"x":"wiggle"}}]}])");
-    EXPECT_EQ(shapeAt(read).name, "G");
-    const auto& contents = nodeAt(shapeAt(read), GroupContents).children;
-    TreeNode &rectangle = *contents[0], &star = *contents[1], &transform = nodeAt(shapeAt(read), GroupTransform);
-    EXPECT_EQ(streamAt(rectangle, RectangleSize).value, (Components{30, 40, 0}));
+    TreeNode& rectangle = *nodeAt(shapeAt(read), GroupContents).children[0];
+    TreeNode& transform = nodeAt(shapeAt(read), GroupTransform);
     EXPECT_TRUE(nodeAt(rectangle, RectangleRoundness).source.empty()) << "not in the file";
     const TreeNode& position = nodeAt(rectangle, RectanglePosition);
     EXPECT_TRUE(position.hasSeparatedSource);
-    EXPECT_EQ(valueAt(*position.stream, 4), (Components{7, 5, 0}));
-    EXPECT_EQ(streamAt(star, StarType).value[0], 2);
-    EXPECT_EQ(streamAt(star, StarOuterRadius).value[0], 50) << "a number in a list";
-    EXPECT_EQ(streamAt(*contents[2], FillColor).value, (Components{1, 0.5, 0}));
-    EXPECT_EQ(streamAt(transform, GroupScale).value, (Components{100, 100, 0})) << "the default";
-    EXPECT_EQ(streamAt(transform, GroupOpacity).value[0], 100);
+    EXPECT_EQ(streamAt(transform, GroupOpacity).value[0], 100) << "the default";
     EXPECT_EQ(streamAt(transform, GroupPosition).components, 3);
     EXPECT_TRUE(streamAt(transform, GroupRotation).hasExpression);
     const LayerDetails& details = *read.composition->details;
