@@ -50,6 +50,7 @@ TEST(Assemble, sortsAndWindsThePieces) {
     // The box is not reversed as drawn, so it was turned round, and once more at the end: as drawn.
     EXPECT_EQ(pieces[1].verts, (std::vector<b2Vec2>{{-2, 0}, {2, 0}, {2, -1}, {-2, -1}}));
     EXPECT_EQ(pieces[0].radius, 1.0f);
+    EXPECT_FALSE(assemble({}, {}, {{outline({{0, 0}, {9, 9}})}}, {}).triangulationFailed) << "a void is no failure";
 }
 
 TEST(Assemble, windsBoxesAndTrianglesAlikeWhicheverWayTheyCome) {
@@ -61,13 +62,10 @@ TEST(Assemble, windsBoxesAndTrianglesAlikeWhicheverWayTheyCome) {
     }
 }
 
-TEST(Assemble, bodySpaceDependsOnTheSource) {
+// Anchors and scales are seen where layers become bodies.
+TEST(Assemble, bodySpaceKnowsThePixelAspectRatio) {
     EXPECT_EQ(maskBodySpace({10, 20}, 2, {3, 4}).origin, b2Vec2(20, 20));
-    EXPECT_EQ(maskBodySpace({10, 20}, 2, {3, 4}).scale, b2Vec2(3, 4));
     EXPECT_EQ(textBodySpace({10, 20}, 2).origin, b2Vec2(20, 20));
-    EXPECT_EQ(textBodySpace({10, 20}, 2).scale, b2Vec2(1, 1));
-    EXPECT_EQ(vectorBodySpace({10, 20}, {3, 4}, false).scale, b2Vec2(3, 4));
-    EXPECT_EQ(vectorBodySpace({10, 20}, {3, 4}, true).scale, b2Vec2(1, 1));
 }
 
 // A fan of n corners on an arc has n - 2 triangles.
@@ -84,22 +82,12 @@ TEST(Assemble, warnsFromSeventySixTrianglesOn) {
     }
 }
 
-TEST(Assemble, anOutlineThatFailsLeavesTheOthers) {
-    const ShapeDef bowTie = outline({{300, 0}, {400, 100}, {400, 0}, {300, 100}});
-    const BodyMesh mesh = assemble({circle()}, {}, {{bowTie, line}}, {});
-    EXPECT_TRUE(mesh.triangulationFailed);
-    EXPECT_EQ(mesh.shapes[0].size(), 4u) << "a circle, a line, and the bow tie's halves";
-    EXPECT_FALSE(assemble({}, {}, {{outline({{0, 0}, {9, 9}})}}, {}).triangulationFailed) << "a void is no failure";
-}
-
 // `bent` has the hull of its first three corners; they are found from (100, 0) on.
 const std::vector<b2Vec2> bentHull = {{100, 0}, {100, 100}, {0, 0}};
 
 TEST(WrapInHulls, readsTheOptionInThreeWays) {
     using Outlines = std::vector<std::vector<std::vector<b2Vec2>>>; // vertices by group and outline
-    const auto masks = OutlineSource::Masks;
-    const auto text = OutlineSource::Text;
-    const auto vector = OutlineSource::VectorShapes;
+    constexpr auto masks = OutlineSource::Masks, text = OutlineSource::Text, vector = OutlineSource::VectorShapes;
     const ShapeDef far = outline({{300, 0}, {300, 10}}, false);
     const std::vector<b2Vec2> farHull = {{300, 0}, {300, 10}};
     const std::vector<b2Vec2> bothHull = {{300, 0}, {300, 10}, {100, 100}, {0, 0}};

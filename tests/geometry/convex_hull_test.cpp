@@ -24,10 +24,7 @@ TEST(ConvexHull, startsAtTheRightAndTurnsTowardPositiveY) {
     for (const auto& [name, points, hull] : cases) {
         EXPECT_EQ(convexHull(points), hull) << name;
     }
-}
-
-TEST(ConvexHull, hasNoLimitOfCorners) {
-    std::vector<b2Vec2> circle;
+    std::vector<b2Vec2> circle; // there is no limit of corners
     for (int i = 0; i < 100; ++i) {
         const float angle = 0.0628318f * static_cast<float>(i);
         circle.emplace_back(1000.0f * std::cos(angle), 1000.0f * std::sin(angle));

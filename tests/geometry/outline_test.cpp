@@ -18,28 +18,18 @@ namespace {
 /// From (0, 0) to (9, 0) with both handles 8 down: y = 8 * 3 t (1 - t), x = 9 (3 t^2 - 2 t^3). At t = 1/2 (4.5, 6); at
 /// t = 1/3 x = 9 * 7/27 and y = 24 * 2/9.
 ShapeDef arch(bool closed) {
-    ShapeDef shape;
-    shape.verts = {{0, 0}, {9, 0}};
-    shape.inTangents = {{0, 0}, {0, 8}};
-    shape.outTangents = {{0, 8}, {0, 0}};
-    shape.closed = closed;
-    return shape;
+    return {{{0, 0}, {9, 0}}, {{0, 0}, {0, 8}}, {{0, 8}, {0, 0}}, closed};
 }
 
 TEST(Flatten, emitsOnePointPerSubdivisionOfACurve) {
-    ShapeDef square;
-    square.verts = {{0, 0}, {5, 0}, {5, 5}, {0, 5}};
-    square.closed = true;
+    const ShapeDef square{{{0, 0}, {5, 0}, {5, 5}, {0, 5}}, {}, {}, true};
     ShapeDef bent = square;
     bent.inTangents = bent.outTangents = {{0.5f, -0.5f}, {0.4f, 0}, {0, 0.4f}, {0.5f, 0.5f}};
     ShapeDef repeating = square;
     repeating.verts.insert(repeating.verts.begin() + 1, b2Vec2(0.00005f, 0));
-    ShapeDef point;
-    point.verts = {{3, 4}};
-    ShapeDef blob = point; // a closed one: its lone segment leads from the vertex back to it
-    blob.closed = true;
-    blob.outTangents = {{0, 8}};
-    blob.inTangents = {{6, 0}};
+    const ShapeDef point{{{3, 4}}, {}, {}};
+    // A closed one: its lone segment leads from the vertex back to it.
+    const ShapeDef blob{{{3, 4}}, {{6, 0}}, {{0, 8}}, true};
     const float third = 9.0f * 7.0f / 27.0f;
     const std::vector<b2Vec2> thirds = {{0, 0}, {third, 48.0f / 9}, {9 - third, 48.0f / 9}, {9, 0}};
     // Control points (3, 4), (3, 12), (9, 4), (3, 4); at t = 1/3 the inner two weigh 4/9 and 2/9, at 2/3 the reverse.
@@ -61,9 +51,6 @@ TEST(Flatten, emitsOnePointPerSubdivisionOfACurve) {
         expectNear(shape.verts, expected);
         EXPECT_EQ(shape.inTangents, before.inTangents) << "only the vertices are replaced";
     }
-}
-
-TEST(Flatten, isBoundedForAnyPrecision) {
     ShapeDef shape = arch(true);
     flatten(shape, std::numeric_limits<int>::max());
     EXPECT_LE(shape.verts.size(), 1001u);
@@ -87,34 +74,16 @@ TEST(PointSet, agreesWithTheScanWhenPointsAreMany) {
 /// A host's circle of radius 50 about (100, 100): top, left, bottom, right, with the table's handles.
 ShapeDef hostCircle() {
     const float k = 50.0f * 0.5522848f;
-    ShapeDef shape;
-    shape.verts = {{100, 50}, {50, 100}, {100, 150}, {150, 100}};
-    shape.inTangents = {{k, 0}, {0, -k}, {-k, 0}, {0, k}};
-    shape.outTangents = {{-k, 0}, {0, k}, {k, 0}, {0, -k}};
-    shape.closed = true;
-    return shape;
+    return {{{100, 50}, {50, 100}, {100, 150}, {150, 100}},
+            {{k, 0}, {0, -k}, {-k, 0}, {0, k}},
+            {{-k, 0}, {0, k}, {k, 0}, {0, -k}},
+            true};
 }
 
-void startAt(ShapeDef& shape, int first) {
-    for (auto* list : {&shape.verts, &shape.inTangents, &shape.outTangents}) {
-        std::rotate(list->begin(), list->begin() + first, list->end());
-    }
-}
-
-/// The other way round, from the same vertex.
-void reverse(ShapeDef& shape) {
-    for (auto* list : {&shape.verts, &shape.inTangents, &shape.outTangents}) {
-        std::swap((*list)[1], (*list)[3]);
-    }
-    std::swap(shape.inTangents, shape.outTangents);
-}
-
-TEST(MatchesCircle, knowsOneOrderOnly) {
+// One that starts at another vertex, or runs the other way: MaskImport.MakesPrimitivesOfASingleMaskOnly.
+TEST(MatchesCircle, allowsAHundredthOfAPixel) {
     const std::tuple<const char*, void (*)(ShapeDef&), bool, float> cases[] = {
         {"as the host draws it", [](ShapeDef&) {}, true, 50},
-        {"started at the left", [](ShapeDef& s) { startAt(s, 1); }, false, 50},
-        {"started at the right", [](ShapeDef& s) { startAt(s, 3); }, false, 50},
-        {"reversed", reverse, false, 50},
         {"a handle off by less than 0.01", [](ShapeDef& s) { s.inTangents[2].y = 0.0099f; }, true, 50},
         {"a handle off by more", [](ShapeDef& s) { s.inTangents[2].y = 0.0101f; }, false, 50},
         {"diameters that differ by 0.02", [](ShapeDef& s) { s.verts[1].x -= 0.02f; }, false, -1},
@@ -133,7 +102,6 @@ TEST(MatchesBox, isOneSided) {
     const float h = 20.0f;
     const std::tuple<const char*, std::vector<b2Vec2>, bool> cases[] = {
         {"second edge toward positive y", {{0, 0}, {30, 0}, {30, h}, {0, h}}, true},
-        {"second edge toward negative y", {{0, h}, {30, h}, {30, 0}, {0, 0}}, false},
         {"first edge toward positive y", {{0, 0}, {0, h}, {30, h}, {30, 0}}, true},
         {"first edge toward negative y", {{0, h}, {0, 0}, {30, 0}, {30, h}}, false},
         // slope = rise / 0.001: 9998 for 9.998 pixels, 10000 for 10
@@ -159,7 +127,6 @@ TEST(ShapeCentroid, dependsOnTheKindOfOutline) {
     const std::tuple<const char*, std::vector<b2Vec2>, bool, b2Vec2> cases[] = {
         {"two points, closed or not", {{0, 0}, {4, 2}}, false, {2, 1}},
         {"an open one has the mean of its points", {{0, 0}, {4, 0}, {5, 3}}, true, {3, 1}},
-        {"a triangle", {{0, 0}, {3, 0}, {0, 6}}, false, {1, 2}},
         // 4 by 2 and on it 2 by 2: (8 * (2, 1) + 4 * (1, 3)) / 12
         {"an L, by area", {{0, 0}, {4, 0}, {4, 2}, {2, 2}, {2, 4}, {0, 4}}, false, {5.0f / 3, 5.0f / 3}},
         // A square, so at the mean of its corners.

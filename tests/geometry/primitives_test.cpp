@@ -16,7 +16,6 @@ TEST(MakeRect, clampsTheRoundness) {
     const std::tuple<const char*, float, float> cases[] = {
         {"sharp", 0, 0},
         {"one that is no number is sharp", std::numeric_limits<float>::quiet_NaN(), 0},
-        {"round", 4, 4},
         {"exactly half the short side stays", 10, 10},
         {"more keeps a sliver of 0.002", 10.1f, 9.999f},
     };
@@ -121,7 +120,6 @@ TEST(MakeFreePath, closesByItsOwnRule) {
     FreePath short3 = pathOf({{0, 0}, {9, 0}, {9, 5}, {0, 7}}, false);
     short3.segmentCount = 2;
     const std::tuple<const char*, FreePath, std::vector<b2Vec2>> cases[] = {
-        {"closed", pathOf({{0, 0}, {9, 0}, {0, 7}}, true), {{0, 0}, {9, 0}, {0, 7}}},
         {"open reads one vertex more than segments", short3, {{0, 0}, {9, 0}, {9, 5}}},
         {"a repeat of the first at the end takes the one before along",
          pathOf({{0, 0}, {9, 0}, {9, 5}, {0, 7}, {0, 0}}, true),
@@ -144,18 +142,16 @@ TEST(MakeFreePath, closesByItsOwnRule) {
 
 TEST(MakeFreePath, recognisesPrimitives) {
     const float k = 50.0f * 0.5522848f;
-    FreePath circle;
-    circle.vertices = {{{0, -50}, {k, 0}, {-k, 0}},
-                       {{-50, 0}, {0, -k}, {0, k}},
-                       {{0, 50}, {-k, 0}, {k, 0}},
-                       {{50, 0}, {0, k}, {0, -k}}};
-    circle.segmentCount = 4;
+    const FreePath circle{{{{0, -50}, {k, 0}, {-k, 0}},
+                           {{-50, 0}, {0, -k}, {0, k}},
+                           {{0, 50}, {-k, 0}, {k, 0}},
+                           {{50, 0}, {0, k}, {0, -k}}},
+                          4};
     const std::vector<b2Vec2> box = {{0, 0}, {30, 0}, {30, 20}, {0, 20}};
     LayerFrame uneven;
     uneven.scale = {1, 2};
     AccumulatedTransform unevenGroups;
     unevenGroups.scale = {1.00001f, 1};
-
     const PlacedPath plain = makeFreePath(circle, {}, {}, 4);
     EXPECT_TRUE(plain.placed.shape.isCircle);
     EXPECT_FALSE(plain.placed.shape.closed);

@@ -62,10 +62,7 @@ TEST(Triangulate, decidesHolesByTheFirstCorner) {
     const std::vector<Outline> overlap = {{{30, 30}, {0, 30}, {0, 0}, {30, 0}}, square(20, 50)};
     const std::tuple<const char*, double, bool, std::vector<Outline>> cases[] = {
         {"one without points", 0, false, {{}}},
-        {"two side by side", 1700, false, {square(0, 40), square(50, 60)}},
-        {"a ring", 1200, false, {square(0, 40), square(10, 30)}},
         {"a ring, the hole first", 1200, false, {square(10, 30), square(0, 40)}},
-        {"an island gets no surface", 1200, false, {square(0, 40), square(10, 30), square(15, 25)}},
         {"an island, innermost first", 1200, false, {square(15, 25), square(10, 30), square(0, 40)}},
         {"two that cross, the first corners apart", 800, false, cross},
         {"two with their first corners in each other", 0, false, overlap},
@@ -188,7 +185,7 @@ TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
     }
 }
 
-TEST(Triangulate, scribblesBeyondAllMeasureAreRefused) {
+TEST(Triangulate, scribblesBeyondAllMeasureAreRefusedButNotRepeats) {
     // 301 corners of a circle, each joined to the one almost opposite: all 301 * 298 / 2 pairs cross.
     const Outline star = gear(301, 500, 500, 150);
     Outline zigzag; // there and back: 10,000 spikes whose tips cross, which took the tessellator half a minute
@@ -203,9 +200,6 @@ TEST(Triangulate, scribblesBeyondAllMeasureAreRefused) {
         EXPECT_TRUE(mesh.failed);
         EXPECT_NEAR(mesh.area, 100.0, 1e-3) << "the other outline keeps its triangles";
     }
-}
-
-TEST(Triangulate, repeatsInARowCostNothing) {
     Outline twice; // a circle, of more points than the tessellator takes with as many turns
     for (const b2Vec2 point : gear(16'000, 1000, 1000)) {
         twice.insert(twice.end(), 2, point);
@@ -225,7 +219,6 @@ TEST(OutlineCheck, signsAreExact) {
 TEST(OutlineCheck, knowsProperPolygons) {
     const std::tuple<const char*, std::vector<Outline>, bool> cases[] = {
         {"a hole", {square(0, 40), square(10, 30)}, true},
-        {"a hole in a hole", {square(0, 40), square(10, 30), square(15, 25)}, true},
         {"a hole outside", {square(0, 40), square(50, 60)}, false},
         {"a hole around", {square(10, 30), square(0, 40)}, false},
         {"an edge through a corner", {{{0, 0}, {40, 0}, {20, 20}, {40, 40}, {0, 40}, {20, 20}}}, false},
@@ -236,19 +229,14 @@ TEST(OutlineCheck, knowsProperPolygons) {
     for (const auto& [name, outlines, isProper] : cases) {
         EXPECT_EQ(isProperPolygon(std::vector<Ring>(outlines.begin(), outlines.end())), isProper) << name;
     }
-}
-
-// A comb with its teeth on their sides: all tips stand in one column and all roots in another.
-TEST(OutlineCheck, columnsMayHoldAnyNumberOfPoints) {
-    Outline comb;
+    Outline comb; // with its teeth on their sides: all tips stand in one column and all roots in another
     for (int i = 0; i < 4000; ++i) {
         comb.emplace_back(0.1f, static_cast<float>(i) * 0.2f);
         comb.emplace_back(1000.1f, static_cast<float>(i) * 0.2f + 0.1f);
     }
     comb.emplace_back(2000.0f, 800.0f);
     comb.emplace_back(2000.0f, 0.0f);
-    const std::vector<Ring> rings = {comb};
-    EXPECT_TRUE(isProperPolygon(rings));
+    EXPECT_TRUE(isProperPolygon(std::vector<Ring>{comb}));
 }
 
 } // namespace
