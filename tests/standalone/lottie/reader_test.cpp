@@ -182,9 +182,7 @@ TEST(Reader, RefusesWithAMessage) {
     };
     const std::tuple<const char*, std::string, std::vector<std::string>> cases[] = {
         {"not JSON", "{\n\"fr\":NaN}", {"f.json", "line 2, column 6", "not valid JSON"}},
-        {"root is an array", "[1]", {"no object"}},
         {"layers missing", R"({"fr":25,"w":1,"h":1})", {"\"layers\""}},
-        {"layers no array", R"({"fr":25,"w":1,"h":1,"layers":{}})", {"\"layers\""}},
         {"no frame rate", R"({"w":1,"h":1,"layers":[]})", {"\"fr\"", "missing"}},
         {"frame rate 0", R"({"fr":0,"w":1,"h":1,"layers":[]})", {"\"fr\"", "is 0"}},
         {"width of a wrong type", R"({"fr":25,"w":"640","h":1,"layers":[]})", {"\"w\"", "\"640\""}},
