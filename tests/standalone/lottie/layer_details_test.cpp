@@ -1,5 +1,7 @@
 #include "standalone/lottie/layer_details_reader.h"
 
+#include <tuple>
+
 #include "standalone/document/evaluate.h"
 #include "tests/standalone/lottie/documents.h"
 

@@ -1,5 +1,7 @@
 #include "standalone/lottie/reader.h"
 
+#include <tuple>
+
 #include "standalone/document/evaluate.h"
 #include "standalone/document/printable.h"
 #include "standalone/lottie/assets.h"
