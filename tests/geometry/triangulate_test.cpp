@@ -219,6 +219,7 @@ TEST(OutlineCheck, signsAreExact) {
 TEST(OutlineCheck, knowsProperPolygons) {
     const std::tuple<const char*, std::vector<Outline>, bool> cases[] = {
         {"a hole", {square(0, 40), square(10, 30)}, true},
+        {"a hole in a hole", {square(0, 40), square(10, 30), square(15, 25)}, true},
         {"a hole outside", {square(0, 40), square(50, 60)}, false},
         {"a hole around", {square(10, 30), square(0, 40)}, false},
         {"an edge through a corner", {{{0, 0}, {40, 0}, {20, 20}, {40, 40}, {0, 40}, {20, 20}}}, false},

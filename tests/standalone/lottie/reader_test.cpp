@@ -96,6 +96,7 @@ TEST(Reader, StaticProperties) {
         {"two components", R"({"a":0,"k":[1,2]})", 2, {1, 2, 0}},
         {"three components", R"({"k":[1,2,3]})", 3, {1, 2, 3}},
         {"four: the rest is dropped", R"({"k":[1,2,3,4]})", 3, {1, 2, 3}},
+        {"a bare number", R"({"k":5})", 2, {5, 0, 0}},
         {"one component is padded", R"({"k":[5]})", 2, {5, 0, 0}},
         {"strings", R"({"k":["1","2"]})", 3, {0, 0, 0}},
         {"no value", R"({"a":0})", 3, {0, 0, 0}},
