@@ -3,7 +3,6 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
-#include <regex>
 #include <tuple>
 
 #include "standalone/lottie/number_text.h"
@@ -235,7 +234,10 @@ TEST(Writer, NewTextLooksLikeItsSurroundings) {
     EXPECT_EQ(rewritten(before, change), after);
 
     const auto withReturns = [](const std::string& text) {
-        return "\xEF\xBB\xBF" + std::regex_replace(text, std::regex("\n"), "\r\n");
+        std::string out = "\xEF\xBB\xBF";
+        for (const char c : text)
+            out += c == '\n' ? std::string("\r\n") : std::string(1, c);
+        return out;
     };
     EXPECT_EQ(rewritten(withReturns(before), change), withReturns(after));
 }
