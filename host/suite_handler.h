@@ -1,10 +1,8 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
-#include <span>
 
 #include "host/suites.h"
 
@@ -28,13 +26,19 @@ public:
     /// The table, valid as long as the handler; null if the host does not hand it out.
     template<class Suite>
     [[nodiscard]] const Suite* get() {
-        // Nearly always the one asked for last, and each name is at one address.
-        if (last_.name == Suite::suiteName && last_.version == Suite::suiteVersion)
-            return static_cast<const Suite*>(last_.table);
-        return static_cast<const Suite*>(acquire(Suite::suiteName, Suite::suiteVersion));
+        // Asked for with every call of the host.
+        static const std::size_t number = kindsAskedFor++;
+        if (number >= known_.size())
+            return static_cast<const Suite*>(acquire(Suite::suiteName, Suite::suiteVersion));
+        if (known_[number] == nullptr)
+            known_[number] = acquire(Suite::suiteName, Suite::suiteVersion);
+        return static_cast<const Suite*>(known_[number]);
     }
 
 private:
+    static constexpr std::size_t suiteCount = 18; // tables of host/suites.h
+    static inline std::size_t kindsAskedFor = 0;  // of tables, by anybody
+
     struct Slot {
         const char* name = nullptr;
         std::int32_t version = 0;
@@ -43,16 +47,9 @@ private:
 
     // Not inline: every call of the host would be many times as long.
     [[gnu::noinline]] const void* acquire(const char* name, std::int32_t version) {
-        const auto slots = std::span(slots_.data(), count_);
-        auto found = std::find_if(slots.begin(), slots.end(),
-                                  [&](const Slot& slot) { return slot.name == name && slot.version == version; });
-        if (found == slots.end()) // the same name may stand at another address in another library
-            found = std::find_if(slots.begin(), slots.end(), [&](const Slot& slot) {
-                return slot.version == version && std::strcmp(slot.name, name) == 0;
-            });
-        if (found != slots.end()) {
-            last_ = {name, version, found->table};
-            return found->table;
+        for (std::size_t i = 0; i < count_; ++i) {
+            if (slots_[i].version == version && std::strcmp(slots_[i].name, name) == 0)
+                return slots_[i].table;
         }
         if (!basic_ || count_ == slots_.size())
             return nullptr;
@@ -68,7 +65,7 @@ private:
     }
 
     const SPBasicSuite* basic_;
-    std::array<Slot, 18> slots_{}; // one for each table of host/suites.h
+    std::array<Slot, suiteCount> slots_{};
     std::size_t count_ = 0;
-    Slot last_; ///< found last, by the name it was asked for with
+    std::array<const void*, suiteCount> known_{}; ///< by the number of their kind; null if not yet asked for
 };
