@@ -62,7 +62,7 @@ private:
         if (segment && segment->hold)
             return style_.comma + name("h") + '1';
         if (!segment || segment->linear)
-            return handle("o", 0.167, 0.167) + handle("i", 0.833, 0.833);
+            return handle("o", 0, 0) + handle("i", 1, 1);
         return handle("o", segment->outX[0], segment->outY[0]) + handle("i", segment->inX[0], segment->inY[0]);
     }
 

@@ -17,8 +17,11 @@ class FixedText {
 public:
     static constexpr std::size_t slack = 128; ///< characters behind a copy that may be written over
 
-    explicit FixedText(std::string_view text) : text_(text), size_(text.size()) {
-        text_.resize(std::max(size_, slack), ' ');
+    explicit FixedText(std::string_view text) : size_(text.size()) {
+        if (size_ <= slack)
+            std::memcpy(short_, text.data(), size_);
+        else
+            long_ = text;
     }
 
     [[nodiscard]] std::size_t size() const { return size_; }
@@ -26,18 +29,19 @@ public:
     /// @return behind the copy
     [[nodiscard]] char* copyTo(char* at) const {
         if (size_ <= 16)
-            std::memcpy(at, text_.data(), 16);
+            std::memcpy(at, short_, 16);
         else if (size_ <= 64)
-            std::memcpy(at, text_.data(), 64);
+            std::memcpy(at, short_, 64);
         else if (size_ <= slack)
-            std::memcpy(at, text_.data(), slack);
+            std::memcpy(at, short_, slack);
         else
-            std::memcpy(at, text_.data(), size_);
+            std::memcpy(at, long_.data(), size_);
         return at + size_;
     }
 
 private:
-    std::string text_;
+    char short_[slack] = {};
+    std::string long_;
     std::size_t size_;
 };
 
@@ -124,7 +128,7 @@ private:
             numbers += plain ? "" : "]";
             return style_.comma + name(sideName) + '{' + name("x") + numbers + style_.comma + name("y") + numbers + '}';
         };
-        return side("o", "0.167") + side("i", "0.833");
+        return side("o", "0") + side("i", "1");
     }
 
     /// What follows the value of a key that leads to another one.
@@ -152,14 +156,15 @@ private:
         const std::string between = style_.newline.empty() ? style_.comma : ',' + indent;
         const FixedText begin('[' + indent + '{' + name("t")), next(between + '{' + name("t"));
         const FixedText middle(style_.comma + name("s") + '['), comma(style_.comma);
-        const FixedText linear(']' + linearEasing() + '}');
+        const std::string easing = ']' + linearEasing() + '}';
+        const FixedText linear(easing), linearAndNext(easing + between + '{' + name("t"));
         const std::size_t mostOfKey = begin.size() + next.size() + middle.size() + components_ * comma.size() +
-                                      linear.size() + (components_ + 1) * numberTextRoom + FixedText::slack;
+                                      linearAndNext.size() + (components_ + 1) * numberTextRoom + FixedText::slack;
         double frame = 0;
-        const auto start = [&](std::size_t key, const double* numbers, bool isFirst) {
+        // What stands before the frame is there.
+        const auto start = [&](char* at, std::size_t key, const double* numbers) {
             frame = std::isfinite(keys.frames[key]) ? keys.frames[key] : frame;
-            char* at = print((isFirst ? begin : next).copyTo(out.room(mostOfKey)), frame);
-            at = middle.copyTo(at);
+            at = middle.copyTo(print(at, frame));
             for (std::size_t c = 0; c < components_; ++c) {
                 if (c > 0)
                     at = comma.copyTo(at);
@@ -169,10 +174,11 @@ private:
         };
         const bool plain = keys.segments.empty();
         const std::size_t last = keys.size() - 1;
+        out.take(begin.copyTo(out.room(mostOfKey)));
         for (std::size_t key = 0; key <= last; ++key) {
-            char* at = start(key, keys.values.data() + key * components_, key == 0);
+            char* at = start(out.room(mostOfKey), key, keys.values.data() + key * components_);
             if (plain && key < last) {
-                out.take(linear.copyTo(at));
+                out.take(linearAndNext.copyTo(at));
                 continue;
             }
             *at++ = ']';
@@ -181,8 +187,12 @@ private:
                 out.write(segmentText(keys.segments[key]));
             out.write("}");
             if (key < last &&
-                keys.segments[key].hasEnd) // a leap takes two keys at one frame, as in the file it is from
-                out.take(linear.copyTo(start(key + 1, keys.segments[key].end.data(), false)));
+                keys.segments[key].hasEnd) { // a leap takes two keys at one frame, as in the file it is from
+                char* const leap = next.copyTo(out.room(mostOfKey));
+                out.take(linear.copyTo(start(leap, key + 1, keys.segments[key].end.data())));
+            }
+            if (key < last)
+                out.take(next.copyTo(out.room(mostOfKey)));
         }
         if (!style_.newline.empty())
             out.write(style_.newline + style_.indent);

@@ -82,7 +82,7 @@ TEST(Writer, EditsOfAPosition) {
          [](Composition& c) {
              bake(motionOf(c).position, {0, 1}, {1, 2, 1.5, 2.0004});
          },
-         R"({"a":1,"k":[{"t":0,"s":[1,2],"o":{"x":0.167,"y":0.167},"i":{"x":0.833,"y":0.833}},)"
+         R"({"a":1,"k":[{"t":0,"s":[1,2],"o":{"x":0,"y":0},"i":{"x":1,"y":1}},)"
          R"({"t":1,"s":[1.5,2]}],"ix":2})"},
         {"a lone key is static", R"({"k":[1,2,3]})",
          [](Composition& c) {
@@ -100,7 +100,7 @@ TEST(Writer, EditsOfAPosition) {
              const double nan = std::numeric_limits<double>::quiet_NaN();
              bake(motionOf(c).position, {0, 1}, {3, nan, nan, std::numeric_limits<double>::infinity()});
          },
-         R"({"a":1,"k":[{"t":0,"s":[3,0],"o":{"x":0.167,"y":0.167},"i":{"x":0.833,"y":0.833}},{"t":1,"s":[3,0]}]})"},
+         R"({"a":1,"k":[{"t":0,"s":[3,0],"o":{"x":0,"y":0},"i":{"x":1,"y":1}},{"t":1,"s":[3,0]}]})"},
         {"dimensions become one", R"({"s":1,"x":{"k":1},"y":{"k":2}})",
          [](Composition& c) {
              motionOf(c).separated = false;
@@ -112,7 +112,7 @@ TEST(Writer, EditsOfAPosition) {
              bake(motionOf(c).dimensions.own().x, {0, 2}, {0, 1});
              setStatic(motionOf(c).dimensions.own().y, 4);
          },
-         R"({"s":true,"x":{"k":[{"t":0,"s":[0],"o":{"x":[0.167],"y":[0.167]},"i":{"x":[0.833],"y":[0.833]}},)"
+         R"({"s":true,"x":{"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
          R"({"t":2,"s":[1]}],"a":1},"y":{"k":4,"a":0}})"},
         {"no object", "7", [](Composition& c) { setStatic(motionOf(c).position, 1, 2); }, R"({"a":0,"k":[1,2,0]})"},
         {"doubled members", R"({"k":[9,9],"a":0,"k":[1,2],"sid":"a","sid":"b"})",
@@ -148,9 +148,9 @@ TEST(Writer, EditsOfLayers) {
              bake(motionOf(c).scale, {0, 1}, {1, 2, 3, 4, 5, 6});
              bake(motionOf(c).rotation, {0, 1}, {0, 720.5});
          },
-         R"({"ty":4,"ks":{"s":{"a":1,"k":[{"t":0,"s":[1,2,3],"o":{"x":[0.167,0.167,0.167],"y":[0.167,0.167,0.167]},)"
-         R"("i":{"x":[0.833,0.833,0.833],"y":[0.833,0.833,0.833]}},{"t":1,"s":[4,5,6]}]},"r":{"a":1,"k":[{"t":0,)"
-         R"("s":[0],"o":{"x":[0.167],"y":[0.167]},"i":{"x":[0.833],"y":[0.833]}},{"t":1,"s":[720.5]}]}}})"},
+         R"({"ty":4,"ks":{"s":{"a":1,"k":[{"t":0,"s":[1,2,3],"o":{"x":[0,0,0],"y":[0,0,0]},)"
+         R"("i":{"x":[1,1,1],"y":[1,1,1]}},{"t":1,"s":[4,5,6]}]},"r":{"a":1,"k":[{"t":0,)"
+         R"("s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},{"t":1,"s":[720.5]}]}}})"},
         {"no rotation", R"({"ks":{"p":{"k":[1,2]}}})", restAllAt5, R"({"ks":{"p":{"k":[1,2]},"r":{"a":0,"k":5}}})"},
         {"no transform", R"({"ty":4})", restAllAt5, R"({"ty":4,"ks":{"r":{"a":0,"k":5}}})"},
         {"empty layer", "{}", restAllAt5, R"({"ks":{"r":{"a":0,"k":5}}})"},
@@ -159,8 +159,8 @@ TEST(Writer, EditsOfLayers) {
          [](Composition& c) {
              bake(motionOf(c).rotation, {0, 1}, {0, 90});
          },
-         R"({"ao":0,"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0.167],"y":[0.167]},)"
-         R"("i":{"x":[0.833],"y":[0.833]}},{"t":1,"s":[90]}]}}})"},
+         R"({"ao":0,"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},)"
+         R"("i":{"x":[1],"y":[1]}},{"t":1,"s":[90]}]}}})"},
         {"one at rest still does", R"({"ao":1})", restAllAt5, R"({"ao":1,"ks":{"r":{"a":0,"k":5}}})"},
         {"flags, a parent that is gone and one without a number",
          R"({"ty":4,"parent":2,"ao":1,"hd":true},{"ind":2,"parent":5},{"ty":3,"nm":"new parent"})",
@@ -223,8 +223,7 @@ TEST(Writer, NewTextLooksLikeItsSurroundings) {
     const std::string before = front + "\"a\": 0,\n          \"k\": [1, 2]\n        }\n      }\n    }\n  ]\n}\n";
     const std::string after =
         front + "\"a\": 1,\n          \"k\": [\n"
-                "            {\"t\": 0, \"s\": [1, 2], \"o\": {\"x\": 0.167, \"y\": 0.167}, \"i\": {\"x\": 0.833, "
-                "\"y\": 0.833}},\n"
+                "            {\"t\": 0, \"s\": [1, 2], \"o\": {\"x\": 0, \"y\": 0}, \"i\": {\"x\": 1, \"y\": 1}},\n"
                 "            {\"t\": 1, \"s\": [3, 4]}\n          ]\n        },\n        \"r\": {\"a\": 0, \"k\": 5}\n"
                 "      }\n    }\n  ]\n}\n";
     const auto change = [](Composition& c) {
