@@ -14,16 +14,15 @@
 //
 // Ends with 1 if a scene is over one of the limits, and with 2 if it cannot be measured.
 
+#include "benchmarks/bare_world.h"
+#include "benchmarks/measure.h"
 #include "benchmarks/solve_scenes.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,9 +38,7 @@
 #include "host/keyframe_writer.h"
 #include "host/layer_import.h"
 #include "persistence/overrides.h"
-#include "simulation/gravity.h"
 #include "simulation/simulation_clock.h"
-#include "simulation/world_builder.h"
 #include "standalone/commands/layer_names.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/plugin_session.h"
@@ -58,32 +55,8 @@ constexpr double mostNanosecondsPerKey = 100;
 constexpr double mostBytesPerBodyAndFrame = 200;
 
 double processMilliseconds() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
+    return processorMilliseconds(CLOCK_PROCESS_CPUTIME_ID);
 }
-
-/// The engine alone: what nobody could do without.
-class BareWorld {
-public:
-    explicit BareWorld(const Scene& scene) : scene_(scene), world_(createWorld()) {
-        buildWorld(scene_, *world_);
-        world_->SetGravity(panelGravity(scene_.globals));
-    }
-
-    void stepFrame() {
-        const int steps = scene_.globals.stepsPerFrame;
-        const auto stepTime = static_cast<float>(1.0 / scene_.fps / steps);
-        for (int i = 0; i < steps; ++i)
-            world_->Step(stepTime, 10, 10);
-    }
-
-    [[nodiscard]] const Scene& scene() const { return scene_; }
-
-private:
-    Scene scene_;
-    std::unique_ptr<b2World> world_;
-};
 
 /// Milliseconds of one round, and what it came to.
 struct Round {
@@ -253,12 +226,6 @@ private:
     Round round_;
 };
 
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
 /// The folder of one scene, with its file in it; gone at the end.
 class SceneFolder {
 public:
@@ -377,16 +344,6 @@ int measure(const SolveScene& scene, int rounds, int frames, bool isSmall) {
         return 2;
     }
     return print(scene.name, measured, frames, isSmall) ? 0 : 1;
-}
-
-int argument(int argc, char** argv, int index, int otherwise) {
-    int value = otherwise;
-    if (index < argc) {
-        const std::string_view text = argv[index];
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        value = error == std::errc{} && end == text.data() + text.size() ? value : 0;
-    }
-    return value;
 }
 
 } // namespace

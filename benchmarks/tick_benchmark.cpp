@@ -12,18 +12,15 @@
 //
 // Ends with 1 if a scene is over the limit, and with 2 if there are too few rounds or frames to tell.
 
+#include "benchmarks/bare_world.h"
+#include "benchmarks/measure.h"
 #include "simulation/joints.h"
 #include "simulation/simulation_clock.h"
-#include "simulation/world_builder.h"
 #include "tests/support/scenes.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
-#include <ctime>
-#include <memory>
 #include <optional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -36,9 +33,7 @@ constexpr int leastRounds = 5;
 constexpr int leastFrames = 20;
 
 double threadMicroseconds() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e6 * static_cast<double>(time.tv_sec) + 1e-3 * static_cast<double>(time.tv_nsec);
+    return 1e3 * processorMilliseconds(CLOCK_THREAD_CPUTIME_ID);
 }
 
 template<class Work>
@@ -47,25 +42,6 @@ double timed(Work work) {
     work();
     return threadMicroseconds() - start;
 }
-
-/// The engine alone: what nobody could do without.
-class BareWorld {
-public:
-    explicit BareWorld(Scene scene) : scene_(std::move(scene)), world_(createWorld()) { buildWorld(scene_, *world_); }
-
-    void stepFrame() {
-        const int steps = scene_.globals.stepsPerFrame;
-        const auto stepTime = static_cast<float>(1.0 / scene_.fps / steps);
-        for (int i = 0; i < steps; ++i) {
-            world_->Step(stepTime, 10, 10);
-        }
-    }
-    void pullSprings() { applySprings(scene_); }
-
-private:
-    Scene scene_;
-    std::unique_ptr<b2World> world_;
-};
 
 struct FrameTimes {
     std::vector<double> tick; ///< microseconds of each frame
@@ -104,7 +80,7 @@ void runRound(const Scene& scene, int frames, bool tickFirst, FrameTimes& times)
         const auto tick = [&] { keepLeast(times.tick, frame, timed([&] { played.clock.tick(); })); };
         const auto step = [&] {
             keepLeast(times.bare, frame, timed([&] { bare->stepFrame(); }));
-            bare->pullSprings();
+            applySprings(bare->scene());
         };
         // In turns, as the first of the two finds a colder cache.
         if ((i % 2 == 0) == tickFirst) {
@@ -115,12 +91,6 @@ void runRound(const Scene& scene, int frames, bool tickFirst, FrameTimes& times)
             tick();
         }
     }
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 double sum(const std::vector<double>& values) {
@@ -155,16 +125,6 @@ bool compare(const char* name, const Scene& scene, int rounds, int frames) {
                 isWithin ? "within" : "OVER");
     std::fflush(stdout);
     return isWithin;
-}
-
-int argument(int argc, char** argv, int index, int otherwise) {
-    int value = otherwise;
-    if (index < argc) {
-        const std::string_view text = argv[index];
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        value = error == std::errc{} && end == text.data() + text.size() ? value : 0;
-    }
-    return value;
 }
 
 } // namespace
