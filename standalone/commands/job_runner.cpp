@@ -240,6 +240,18 @@ bool runJobs(const JobList& jobs) {
     return Runner(jobs).run();
 }
 
+void runFileJobs(JobList jobs, std::string_view doing, Progress& progress) {
+    heedInterruptions();
+    progress.begin(doing, static_cast<long long>(jobs.count), "files");
+    jobs.progress = [&progress](std::size_t count) { progress.updateNow(static_cast<long long>(count)); };
+    (void)runJobs(jobs);
+    if (interrupted()) {
+        progress.abandon();
+    } else {
+        progress.end();
+    }
+}
+
 int processorCount() {
     return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 }

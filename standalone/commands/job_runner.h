@@ -3,6 +3,9 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
+
+#include "standalone/commands/progress.h"
 
 namespace jostle::standalone {
 
@@ -31,6 +34,12 @@ struct JobList {
 /// by the caller) is passed on to the running jobs, which are waited for; the rest is not started.
 /// @return whether all were started
 bool runJobs(const JobList& jobs);
+
+/// Runs the jobs of a command, one for each file that it makes. Heeds interruptions from then on, and tells how many
+/// jobs have ended.
+/// @param jobs   without `progress`
+/// @param doing  as in "Solving"
+void runFileJobs(JobList jobs, std::string_view doing, Progress& progress);
 
 /// How many jobs are worth running at once: one for each processor that this process may use.
 [[nodiscard]] int processorCount();

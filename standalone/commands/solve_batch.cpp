@@ -41,20 +41,12 @@ public:
         : request_(request), outputs_(std::move(outputs)), progress_(request.options.progress) {}
 
     int run() {
-        heedInterruptions();
-        progress_.begin("Solving", static_cast<long long>(outputs_.size()), "files");
         JobList jobs;
         jobs.count = outputs_.size();
         jobs.parallel = request_.jobs.value_or(processorCount());
         jobs.work = [this](std::size_t job) { return solve(job); };
         jobs.ended = [this](std::size_t job, const JobOutcome& outcome) { report(job, outcome); };
-        jobs.progress = [this](std::size_t count) { progress_.updateNow(static_cast<long long>(count)); };
-        runJobs(jobs);
-        if (interrupted()) {
-            progress_.abandon();
-        } else {
-            progress_.end();
-        }
+        runFileJobs(std::move(jobs), "Solving", progress_);
         summarise();
         return solved_ == outputs_.size() ? exitDone : exitFailed;
     }

@@ -264,22 +264,17 @@ int Sweep::run() {
         complain(failure->about, failure->message);
         return exitFailed;
     }
-    heedInterruptions();
     results_.resize(sweepSize(axes_));
-    progress_.begin("Sweeping", static_cast<long long>(results_.size()), "files");
     JobList jobs;
     jobs.count = results_.size();
     jobs.parallel = request_.jobs.value_or(processorCount());
     jobs.work = [this](std::size_t job) { return solve(job); };
     jobs.ended = [this](std::size_t job, const JobOutcome& outcome) { report(job, outcome); };
-    jobs.progress = [this](std::size_t count) { progress_.updateNow(static_cast<long long>(count)); };
-    runJobs(jobs);
+    runFileJobs(std::move(jobs), "Sweeping", progress_);
     if (interrupted()) {
-        progress_.abandon();
         summarise();
         return exitFailed;
     }
-    progress_.end();
     const bool indexed = writeIndex();
     summarise();
     return indexed && solved_ == results_.size() ? exitDone : exitFailed;
