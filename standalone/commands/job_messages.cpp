@@ -39,7 +39,11 @@ std::string namedLines(std::string_view lines, std::string_view name) {
     return text;
 }
 
-std::string lastMessage(std::string_view lines, std::string_view name) {
+std::string reasonOf(const JobOutcome& outcome, std::string_view name) {
+    if (!outcome.started && outcome.err.empty()) {
+        return "interrupted before its turn";
+    }
+    std::string_view lines = outcome.err;
     while (lines.ends_with('\n')) {
         lines.remove_suffix(1);
     }

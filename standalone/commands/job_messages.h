@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "standalone/commands/job_runner.h"
+
 namespace jostle::standalone {
 
 /// What a job said on standard error, with each line naming it: "jostle: what is wrong" becomes "jostle: name: what is
@@ -11,8 +13,10 @@ namespace jostle::standalone {
 /// @param name  as the user gave it
 [[nodiscard]] std::string namedLines(std::string_view lines, std::string_view name);
 
-/// The last line without the program's name and the job's, as a reason of its failure; empty if there is none.
-[[nodiscard]] std::string lastMessage(std::string_view lines, std::string_view name);
+/// Why a job failed: the last line of its standard error without the program's name and the job's, or that it was never
+/// started. Empty if nobody knows.
+/// @param name  as the user gave it
+[[nodiscard]] std::string reasonOf(const JobOutcome& outcome, std::string_view name);
 
 /// Prints lines on standard error in one go.
 void printLines(const std::string& lines);

@@ -72,8 +72,7 @@ private:
             json_ += json_.empty() ? "\n" : ",\n";
             json_ += "{\"input\":" + jsonString(input) + ",\"solved\":" + (isSolved ? "true" : "false");
             json_ += isSolved ? ",\"result\":" + std::string(withoutLineEnd(outcome.out))
-                              : ",\"message\":" + jsonString(outcome.started ? lastMessage(outcome.err, input)
-                                                                             : "interrupted before its turn");
+                              : ",\"message\":" + jsonString(reasonOf(outcome, input));
             json_ += "}";
             return;
         }

@@ -54,7 +54,7 @@ private:
     [[nodiscard]] bool writeIndex();
     [[nodiscard]] std::string indexText() const;
     [[nodiscard]] SweepPage page() const;
-    void summarise() const;
+    void summarise(bool isIndexed) const;
 
     [[nodiscard]] std::string nameOf(std::size_t job) const { return sweepFileName(axes_, job); }
     [[nodiscard]] std::string pathOf(const std::string& name) const { return (fs::path(folder_) / name).string(); }
@@ -161,7 +161,7 @@ void Sweep::report(std::size_t job, const JobOutcome& outcome) {
     result.solved = outcome.status == exitDone;
     solved_ += result.solved ? 1 : 0;
     result.summary = withoutLineEnd(outcome.out);
-    result.message = lastMessage(outcome.err, request_.inputs.front());
+    result.message = reasonOf(outcome, request_.inputs.front());
 }
 
 std::string Sweep::captionOf(std::size_t job) const {
@@ -241,14 +241,13 @@ bool Sweep::writeIndex() {
     return true;
 }
 
-void Sweep::summarise() const {
+void Sweep::summarise(bool isIndexed) const {
     if (request_.options.json) {
         std::fputs(indexText().c_str(), stdout);
     } else if (!request_.options.quiet) {
         std::printf("%s%zu of %zu results of %s made in %s", interrupted() ? "interrupted: " : "", solved_,
                     results_.size(), printable(request_.inputs.front()).c_str(), printable(folder_).c_str());
-        std::printf(interrupted() ? "\n" : "; open %s to see them side by side\n",
-                    printable(pathOf("sweep.html")).c_str());
+        std::printf(isIndexed ? "; open %s to see them side by side\n" : "\n", printable(pathOf("sweep.html")).c_str());
     }
 }
 
@@ -271,13 +270,10 @@ int Sweep::run() {
     jobs.work = [this](std::size_t job) { return solve(job); };
     jobs.ended = [this](std::size_t job, const JobOutcome& outcome) { report(job, outcome); };
     runFileJobs(std::move(jobs), "Sweeping", progress_);
-    if (interrupted()) {
-        summarise();
-        return exitFailed;
-    }
-    const bool indexed = writeIndex();
-    summarise();
-    return indexed && solved_ == results_.size() ? exitDone : exitFailed;
+    // After an interruption too, unless all is still as it was: what is made wants to be found.
+    const bool isIndexed = (solved_ > 0 || !interrupted()) && writeIndex();
+    summarise(isIndexed);
+    return isIndexed && solved_ == results_.size() ? exitDone : exitFailed;
 }
 
 } // namespace

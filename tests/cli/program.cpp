@@ -105,6 +105,13 @@ std::string solid(const std::string& name, int number, const std::string& positi
            position + R"(},"a":{"a":0,"k":[10,5,0]}},"sw":20,"sh":10,"sc":"#ff0000","ip":0,"op":10,"st":0})";
 }
 
+std::string slowDocument() {
+    std::string layers = solid("box", 1);
+    for (int number = 2; number <= 60; ++number)
+        layers += "," + solid("box", number);
+    return document(layers);
+}
+
 void expectHas(const std::string& text, const std::string& part) {
     EXPECT_NE(text.find(part), std::string::npos) << part << " in " << text;
 }

@@ -49,6 +49,9 @@ private:
 /// A solid of 20 by 10 pixels at the centre, with its position's value as given.
 [[nodiscard]] std::string solid(const std::string& name, int number, const std::string& position = "[50,50,0]");
 
+/// Sixty dynamic bodies in one place, which take long to part.
+[[nodiscard]] std::string slowDocument();
+
 void expectHas(const std::string& text, const std::string& part);
 void expectOneLine(const std::string& text);
 

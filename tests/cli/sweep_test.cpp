@@ -79,6 +79,22 @@ TEST(Sweep, IsTheSameHoweverManyRunAtOnce) {
     }
 }
 
+TEST(Sweep, AnInterruptedOneListsWhatIsMade) {
+    const TestFolder folder;
+    folder.put("in.json", slowDocument());
+    // The first, of static bodies, is quick all the same.
+    const ProgramRun run =
+        folder.interrupt({"solve", "in.json", "--sweep", "*.type=0:4:2", "-o", "out", "--end", "20000", "-j", "1"},
+                         "out/.all.type=2.json.jostle-part");
+    EXPECT_EQ(run.exitStatus, 1);
+    expectHas(run.out, "interrupted: 1 of 3 results");
+    const std::string index = folder.contents("out/sweep.json");
+    expectHas(index, R"("values":{"*.type":0},"solved":true)");
+    expectHas(index, R"("solved":false,"message":"interrupted while solving; nothing was written")");
+    expectHas(index, R"("message":"interrupted before its turn")");
+    expectHas(folder.contents("out/sweep.html"), "interrupted before its turn");
+}
+
 TEST(Sweep, SaysWhatIsWrongAndMakesNothing) {
     struct Case {
         Names arguments;
