@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "standalone/commands/load.h"
 #include "standalone/commands/options.h"
+#include "standalone/commands/refusal.h"
 
 namespace jostle::standalone {
 

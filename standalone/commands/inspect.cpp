@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -254,8 +253,7 @@ int runInspect(const InspectOptions& options) {
     if (!options.matrices.empty()) {
         return printMatrices(options, *document->composition);
     }
-    const std::filesystem::path path(options.input);
-    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    DocumentHost host = hostOf(*document);
     Scene scene;
     const ImportReport report = initFromComposition({host.basic(), host.pluginId()}, scene);
     if (report.error != A_Err_NONE) {

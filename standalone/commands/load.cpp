@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "persistence/target_file.h"
-#include "standalone/document/printable.h"
 #include "standalone/lottie/archive.h"
 
 namespace jostle::standalone {
@@ -44,10 +43,6 @@ std::optional<LoadedDocument> loadDocument(const std::string& path, const std::s
     document.composition = std::move(read.composition);
     document.notes.insert(document.notes.end(), read.notes.begin(), read.notes.end());
     return document;
-}
-
-void complain(const std::string& about, const std::string& message) {
-    std::fprintf(stderr, "jostle: %s: %s\n", printable(about).c_str(), printable(message).c_str());
 }
 
 } // namespace jostle::standalone

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/commands/refusal.h"
 #include "standalone/document/composition.h"
 #include "standalone/lottie/reader.h"
 
@@ -29,8 +30,5 @@ struct LoadedDocument {
 /// @param path       UTF-8
 /// @param animation  which animation of an archive, by its identifier; empty for the first
 [[nodiscard]] std::optional<LoadedDocument> loadDocument(const std::string& path, const std::string& animation = {});
-
-/// Prints one line on standard error: the program, what it is about, and what is wrong.
-void complain(const std::string& about, const std::string& message);
 
 } // namespace jostle::standalone

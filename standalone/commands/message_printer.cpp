@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "standalone/commands/load.h"
+#include "standalone/commands/refusal.h"
 
 namespace jostle::standalone {
 

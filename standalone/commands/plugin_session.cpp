@@ -1,8 +1,7 @@
 #include "standalone/commands/plugin_session.h"
 
+#include <filesystem>
 #include <utility>
-
-#include "standalone/commands/load.h"
 
 namespace jostle::standalone {
 
@@ -31,6 +30,19 @@ bool runPlugin(DocumentHost& host, Launch launch) {
     }
     host.updateMenus();
     return host.chooseCommand(host.menuItems().front().command) && launched;
+}
+
+DocumentHost hostOf(LoadedDocument& document) {
+    const std::filesystem::path path(document.path);
+    return {std::move(document.composition), path.stem().string(), path.string()};
+}
+
+bool runPlugin(DocumentHost& host, const std::string& about, Launch launch) {
+    const bool isRun = runPlugin(host, std::move(launch));
+    if (!isRun) {
+        complain(about, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
+    }
+    return isRun;
 }
 
 void printReports(const DocumentHost& host, const std::string& about) {

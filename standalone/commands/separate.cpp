@@ -1,8 +1,6 @@
 #include "standalone/commands/separate.h"
 
 #include <cstdio>
-#include <filesystem>
-#include <utility>
 
 #include "persistence/target_file.h"
 #include "standalone/commands/load.h"
@@ -27,11 +25,6 @@ void printSummary(const SeparateOptions& options, const std::string& output, con
                 report.layersSeparated == 1 ? "layer" : "layers", report.layersMade);
 }
 
-int fail(const std::string& about, const std::string& message) {
-    complain(about, message);
-    return exitFailed;
-}
-
 } // namespace
 
 SeparationReport separateAll(const HostContext& context, MessageSink* messages) {
@@ -48,8 +41,7 @@ void printUnmasked(const SeparationReport& report, const std::string& input) {
 int runSeparate(const SeparateOptions& options) {
     const std::string output = options.output.value_or(besideInput(options.input, "-separated"));
     if (const std::optional<Refusal> refusal = checkOutput(options.input, output)) {
-        complain(refusal->about, refusal->message);
-        return exitWrongUse;
+        return refuse(*refusal);
     }
     std::optional<LoadedDocument> document = loadDocument(options.input, options.animation);
     if (!document) {
@@ -57,24 +49,24 @@ int runSeparate(const SeparateOptions& options) {
     }
     TargetFile target;
     if (const std::optional<std::string> error = target.open(output)) {
-        return fail(output, *error);
+        return fail({output, *error});
     }
-    const std::filesystem::path path(options.input);
-    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    DocumentHost host = hostOf(*document);
     MessagePrinter messages(options.input);
     SeparationReport report;
-    if (!runPlugin(host, [&](const HostContext& context) { report = separateAll(context, &messages); })) {
-        return fail(options.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
+    if (!runPlugin(host, options.input,
+                   [&](const HostContext& context) { report = separateAll(context, &messages); })) {
+        return exitFailed;
     }
     if (report.error != A_Err_NONE) {
-        return fail(options.input, "the layers cannot be separated (host error " + std::to_string(report.error) +
-                                       "); nothing was saved");
+        return fail({options.input, "the layers cannot be separated (host error " + std::to_string(report.error) +
+                                        "); nothing was saved"});
     }
     if (const std::optional<Refusal> refusal = writeResult(*document, host, output, target)) {
-        return fail(refusal->about, refusal->message);
+        return fail(*refusal);
     }
     if (const std::optional<std::string> error = target.commit()) {
-        return fail(output, *error);
+        return fail({output, *error});
     }
     if (!options.quiet) {
         printReports(host, options.input);

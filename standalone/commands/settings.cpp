@@ -1,9 +1,7 @@
 #include "standalone/commands/settings.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <utility>
 
 #include "persistence/settings_file.h"
 #include "standalone/commands/load.h"
@@ -15,18 +13,13 @@ namespace jostle::standalone {
 
 namespace {
 
-int fail(const std::string& about, const std::string& message) {
-    complain(about, message);
-    return exitFailed;
-}
-
 int writeSettings(const SettingsOptions& options, const std::string& output, const HostContext& context) {
     Scene scene;
     SnapshotStrip snapshots;
     MessagePrinter messages(options.input);
     const ImportReport report = initFromComposition(context, scene, options.quiet ? nullptr : &messages);
     if (report.error != A_Err_NONE) {
-        return fail(options.input, "the layers cannot be read (host error " + std::to_string(report.error) + ")");
+        return fail({options.input, "the layers cannot be read (host error " + std::to_string(report.error) + ")"});
     }
     if (scene.bodyCount() == 0 && !options.quiet) {
         complain(options.input,
@@ -38,8 +31,7 @@ int writeSettings(const SettingsOptions& options, const std::string& output, con
         return exitFailed;
     }
     if (const std::optional<Refusal> refusal = applySets("--set", options.sets, report, target)) {
-        complain(refusal->about, refusal->message);
-        return exitWrongUse;
+        return refuse(*refusal);
     }
     MessagePrinter ofOutput(output);
     if (!saveSettings(context, output, nullptr, scene, snapshots, &ofOutput)) {
@@ -58,19 +50,16 @@ int writeSettings(const SettingsOptions& options, const std::string& output, con
 int runSettings(const SettingsOptions& options) {
     const std::string output = options.output.value_or(options.input + ".xml");
     if (const std::optional<Refusal> refusal = checkOutput(options.input, output)) {
-        complain(refusal->about, refusal->message);
-        return exitWrongUse;
+        return refuse(*refusal);
     }
     std::optional<LoadedDocument> document = loadDocument(options.input, options.animation);
     if (!document) {
         return exitFailed;
     }
-    const std::filesystem::path path(options.input);
-    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    DocumentHost host = hostOf(*document);
     int status = exitFailed;
-    if (!runPlugin(host, [&](const HostContext& context) { status = writeSettings(options, output, context); })) {
-        return fail(options.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
-    }
+    (void)runPlugin(host, options.input,
+                    [&](const HostContext& context) { status = writeSettings(options, output, context); });
     return status;
 }
 

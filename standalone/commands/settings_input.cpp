@@ -4,8 +4,8 @@
 #include "persistence/overrides.h"
 #include "persistence/settings_file.h"
 #include "standalone/commands/layer_names.h"
-#include "standalone/commands/load.h"
 #include "standalone/commands/message_printer.h"
+#include "standalone/commands/refusal.h"
 
 namespace jostle::standalone {
 

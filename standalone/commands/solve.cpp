@@ -1,7 +1,6 @@
 #include "standalone/commands/solve.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -26,8 +25,6 @@
 namespace jostle::standalone {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// The bodies of which not all could be read, as in "layer 3 "ball", layer 5 "box"".
 std::string doubtfulLayers(const ImportReport& report) {
@@ -222,10 +219,9 @@ int SolveRun::run() {
     }
     // Up to here nothing needs an orderly end.
     heedInterruptions();
-    const fs::path path(options_.input);
-    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
-    if (!runPlugin(host, [this](const HostContext& context) { solveInHost(context); })) {
-        (void)fail(options_.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
+    DocumentHost host = hostOf(*document);
+    if (!runPlugin(host, options_.input, [this](const HostContext& context) { solveInHost(context); })) {
+        return exitFailed;
     }
     if (status_ != exitDone || !options_.trials.empty()) {
         return status_;

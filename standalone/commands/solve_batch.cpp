@@ -9,8 +9,8 @@
 #include "standalone/commands/interruption.h"
 #include "standalone/commands/job_messages.h"
 #include "standalone/commands/job_runner.h"
-#include "standalone/commands/load.h"
 #include "standalone/commands/progress.h"
+#include "standalone/commands/refusal.h"
 #include "standalone/commands/solve.h"
 #include "standalone/commands/sweep.h"
 #include "standalone/document/printable.h"
@@ -20,11 +20,6 @@ namespace jostle::standalone {
 namespace {
 
 namespace fs = std::filesystem;
-
-int refuse(const Refusal& refusal) {
-    complain(refusal.about, refusal.message);
-    return exitWrongUse;
-}
 
 bool namesFolder(const std::string& path) {
     std::error_code error;
@@ -113,8 +108,7 @@ int runOne(const SolveRequest& request) {
             return refuse(*refusal);
         }
         if (const std::optional<Refusal> failure = makeFolder(folder)) {
-            complain(failure->about, failure->message);
-            return exitFailed;
+            return fail(*failure);
         }
     }
     return runGuarded(options.input, [&] { return runSolve(options); });
@@ -183,8 +177,7 @@ int runSolveRequest(const SolveRequest& request) {
     }
     if (request.options.output) {
         if (const std::optional<Refusal> failure = makeFolder(*request.options.output)) {
-            complain(failure->about, failure->message);
-            return exitFailed;
+            return fail(*failure);
         }
     }
     return Batch(request, std::move(outputs)).run();

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "standalone/commands/options.h"
+#include "standalone/commands/refusal.h"
 #include "standalone/document/composition.h"
 
 namespace jostle::standalone {
@@ -12,12 +13,6 @@ namespace jostle::standalone {
 struct FrameRange {
     int first = 0;
     int last = 0;
-};
-
-/// Why a run cannot be made as asked for.
-struct Refusal {
-    std::string about; ///< the option or the file
-    std::string message;
 };
 
 /// The same text for any two ways to name a file, be it there or not.

@@ -9,8 +9,8 @@
 #include "standalone/commands/interruption.h"
 #include "standalone/commands/job_messages.h"
 #include "standalone/commands/job_runner.h"
-#include "standalone/commands/load.h"
 #include "standalone/commands/progress.h"
+#include "standalone/commands/refusal.h"
 #include "standalone/commands/solve.h"
 #include "standalone/commands/solve_batch.h"
 #include "standalone/commands/sweep_grid.h"
@@ -253,15 +253,13 @@ void Sweep::summarise(bool isIndexed) const {
 
 int Sweep::run() {
     if (const std::optional<Refusal> refused = refusal()) {
-        complain(refused->about, refused->message);
-        return exitWrongUse;
+        return refuse(*refused);
     }
     if (const int status = tryValues(); status != exitDone) {
         return status;
     }
     if (const std::optional<Refusal> failure = makeFolder(folder_)) {
-        complain(failure->about, failure->message);
-        return exitFailed;
+        return fail(*failure);
     }
     results_.resize(sweepSize(axes_));
     JobList jobs;

@@ -1,7 +1,6 @@
 #include "standalone/window/open.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <utility>
 
@@ -24,8 +23,7 @@ int applyOptions(const OpenOptions& options, const HostContext& context, Scene& 
         return exitFailed;
     }
     if (const std::optional<Refusal> refusal = applySets("--set", options.sets, report, target)) {
-        complain(refusal->about, refusal->message);
-        return exitWrongUse;
+        return refuse(*refusal);
     }
     return exitDone;
 }
@@ -46,14 +44,13 @@ bool hasDisplay() {
 int showWindow(const OpenOptions& options, DocumentHost& host) {
     LaunchOutcome outcome = LaunchOutcome::NotRead;
     int prepared = exitDone;
-    const bool started = runPlugin(host, [&](const HostContext& context) {
+    const bool started = runPlugin(host, options.input, [&](const HostContext& context) {
         outcome = launch(context, [&](Scene& scene, const ImportReport& report) {
             prepared = applyOptions(options, context, scene, report);
             return prepared == exitDone;
         });
     });
     if (!started) {
-        complain(options.input, host.reports().empty() ? "the plug-in did not start" : host.reports().front());
         return exitFailed;
     }
     printReports(host, options.input);
@@ -87,8 +84,7 @@ int runOpen(const OpenOptions& options) {
     for (const std::string& note : document->notes) {
         complain(options.input, note);
     }
-    const std::filesystem::path path(options.input);
-    DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
+    DocumentHost host = hostOf(*document);
     return showWindow(options, host);
 }
 
