@@ -29,7 +29,7 @@ LoadResult loadSettings(const HostContext& context, const std::string& path, boo
                         const SettingsTarget& target, MessageSink* messages) {
     const FileText file = readFile(path, maximumSettingsBytes);
     if (!file.error.empty()) {
-        reportUnreadable(path, messages);
+        reportFile(path, file.isThere ? file.error : isUnreadable, messages);
         return LoadResult::Unreadable;
     }
     const LoadResult result = readSettings(file.text, path, target, messages);
@@ -42,9 +42,7 @@ LoadResult loadSettings(const HostContext& context, const std::string& path, boo
 bool saveSettings(const HostContext& context, const std::string& path, const char* key, const Scene& scene,
                   const SnapshotStrip& snapshots, MessageSink* messages) {
     if (const std::optional<std::string> error = writeWhole(path, settingsText(scene, snapshots.items()))) {
-        if (messages != nullptr) {
-            messages->inform(messageTitle, "The settings file '" + path + "' " + *error + ".");
-        }
+        reportFile(path, *error, messages);
         return false;
     }
     if (key != nullptr) {

@@ -158,9 +158,8 @@ std::vector<QuickPreset> readSnapshots(const XmlElement& root, const Scene& scen
 
 } // namespace
 
-void reportUnreadable(std::string_view shownPath, MessageSink* messages) {
-    inform(messages,
-           "The settings file '" + std::string(shownPath) + "' cannot be found or its format is not supported.");
+void reportFile(std::string_view shownPath, std::string_view what, MessageSink* messages) {
+    inform(messages, "The settings file '" + std::string(shownPath) + "' " + std::string(what) + ".");
 }
 
 LoadResult readSettings(std::string_view text, std::string_view shownPath, const SettingsTarget& target,
@@ -170,7 +169,7 @@ LoadResult readSettings(std::string_view text, std::string_view shownPath, const
     const bool parsed = parseXml(text, document);
     const XmlElement* const root = parsed ? document.FirstChildElement("JostleSettings") : nullptr;
     if (!parsed || (root != nullptr && tooManySnapshots(*root, scene.bodies.size()))) {
-        reportUnreadable(shownPath, messages);
+        reportFile(shownPath, isUnreadable, messages);
         return LoadResult::Unreadable;
     }
     if (root == nullptr) {

@@ -37,7 +37,12 @@ struct SettingsTarget {
 LoadResult readSettings(std::string_view text, std::string_view shownPath, const SettingsTarget& target,
                         MessageSink* messages);
 
-/// Tells that a settings file cannot be read.
-void reportUnreadable(std::string_view shownPath, MessageSink* messages);
+/// What is wrong with a settings file that is not there, or is no XML.
+constexpr std::string_view isUnreadable = "cannot be found or its format is not supported";
+
+/// Tells what is wrong with a settings file.
+/// @param what      as in "is a directory"
+/// @param messages  may be null
+void reportFile(std::string_view shownPath, std::string_view what, MessageSink* messages);
 
 } // namespace jostle

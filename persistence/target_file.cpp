@@ -63,14 +63,16 @@ bool isStillThere(int descriptor, const std::string& path) {
 } // namespace
 
 FileText readFile(const std::string& path, std::size_t mostBytes) {
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Without waiting: nobody may ever write into a pipe.
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) {
-        return {{}, "cannot be opened: " + reason(errno)};
+        return {{}, "cannot be opened: " + reason(errno), false};
     }
     FileText file;
     struct stat status {};
-    if (::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
-        file.error = "is a directory; give a Lottie file (.json)";
+    if (::fstat(descriptor, &status) == 0 && !S_ISREG(status.st_mode)) {
+        file.error = S_ISDIR(status.st_mode) ? "is a directory; name a file in it"
+                                             : "is no regular file; save what comes from a pipe or a device first";
     } else {
         // One byte past the announced size, so that a plain file ends with a short read and no second growth.
         std::size_t filled = 0;

@@ -9,10 +9,11 @@ namespace jostle {
 /// Contents of a whole file, or a message that says why it could not be read.
 struct FileText {
     std::string text;
-    std::string error; ///< empty if it was read
+    std::string error;   ///< empty if it was read
+    bool isThere = true; ///< false if no such file could be opened
 };
 
-/// Reads a file into memory.
+/// Reads a regular file into memory; never waits for anybody, as to read from a pipe would.
 /// @param path       UTF-8
 /// @param mostBytes  larger files are refused
 [[nodiscard]] FileText readFile(const std::string& path, std::size_t mostBytes);

@@ -51,13 +51,16 @@ TEST_F(SettingsFileTest, ThatCannotBeReadOrWrittenIsReported) {
     EXPECT_FALSE(saveSettings(context(), path("no/such/a.xml"), autoSavedFileKey, loading_.scene, loading_.strip,
                               &loading_.messages));
     EXPECT_EQ(readPreferences(context()).autoSavedSettingsFile, "");
-    ASSERT_EQ(loading_.messages.texts.size(), 3u);
+    EXPECT_EQ(loadSettings(context(), folder_.string(), true, target(), &loading_.messages), LoadResult::Unreadable);
+    ASSERT_EQ(loading_.messages.texts.size(), 4u);
     EXPECT_EQ(loading_.messages.texts[0],
               "The settings file '" + path("missing.xml") + "' cannot be found or its format is not supported.");
     EXPECT_EQ(
         loading_.messages.texts[2].rfind("The settings file '" + path("no/such/a.xml") + "' cannot be written: ", 0),
         0u)
         << loading_.messages.texts[2];
+    EXPECT_EQ(loading_.messages.texts[3],
+              "The settings file '" + folder_.string() + "' is a directory; name a file in it.");
 }
 
 TEST_F(SettingsFileTest, SavedOnQuittingIsLoadedAtTheStartIfWanted) {

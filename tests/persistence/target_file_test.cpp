@@ -121,6 +121,9 @@ TEST_F(TargetFileTest, ReadingTellsWhatIsWrong) {
     EXPECT_EQ(readFile(path("small.json"), 2).text, "{}");
     EXPECT_NE(readFile(path("small.json"), 1).error.find("larger"), std::string::npos);
     EXPECT_NE(readFile(folder_.string(), 100).error.find("directory"), std::string::npos);
+    ASSERT_EQ(::mkfifo(path("pipe.json").c_str(), 0600), 0);
+    EXPECT_NE(readFile(path("pipe.json"), 100).error.find("is no regular file"), std::string::npos);
+    EXPECT_NE(readFile("/dev/zero", 100).error.find("is no regular file"), std::string::npos);
     EXPECT_NE(readFile(path("missing.json"), 100).error.find("cannot be opened"), std::string::npos);
 }
 
