@@ -25,13 +25,24 @@ bool hasShortElements(std::string_view text) {
     return true;
 }
 
+/// Whether there is nothing beside the root element but comments and the like; the library takes more.
+bool hasOneRoot(const tinyxml2::XMLDocument& document) {
+    int roots = 0;
+    for (const tinyxml2::XMLNode* node = document.FirstChild(); node != nullptr; node = node->NextSibling()) {
+        roots += node->ToElement() != nullptr || node->ToText() != nullptr ? 1 : 0;
+    }
+    return roots <= 1;
+}
+
 } // namespace
 
 bool parseXml(std::string_view text, tinyxml2::XMLDocument& document) {
     const bool isModest = text.size() <= maximumSettingsBytes &&
                           std::count(text.begin(), text.end(), '<') <= mostElements &&
                           std::count(text.begin(), text.end(), '=') <= mostAttributes && hasShortElements(text);
-    return isModest && document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
+    // To the library the text ends with the first NUL.
+    return isModest && text.find('\0') == std::string_view::npos &&
+           document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS && hasOneRoot(document);
 }
 
 std::optional<double> valueOfText(const char* text, AttributeForm form, bool wholeWhenRead, std::size_t choiceCount,
