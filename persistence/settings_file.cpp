@@ -1,10 +1,10 @@
 #include "persistence/settings_file.h"
 
 #include "host/persistent_store.h"
+#include "persistence/settings_limits.h"
 #include "persistence/settings_writer.h"
 #include "persistence/target_file.h"
 #include "persistence/user_preferences.h"
-#include "persistence/xml_elements.h"
 
 namespace jostle {
 
@@ -21,6 +21,20 @@ std::optional<std::string> writeWhole(const std::string& path, std::string_view 
         return error;
     }
     return file.commit(text);
+}
+
+std::optional<std::string> writeWithinLimits(const std::string& path, const Scene& scene,
+                                             const SnapshotStrip& snapshots) {
+    std::optional<std::string> excess = excessOfSnapshots(snapshots.items().size(), scene.bodies.size());
+    std::string text;
+    if (!excess) {
+        text = settingsText(scene, snapshots.items());
+        excess = excessOfText(text);
+    }
+    if (excess) {
+        return "would have " + *excess + ", and could not be read; remove snapshots and save again";
+    }
+    return writeWhole(path, text);
 }
 
 } // namespace
@@ -41,7 +55,7 @@ LoadResult loadSettings(const HostContext& context, const std::string& path, boo
 
 bool saveSettings(const HostContext& context, const std::string& path, const char* key, const Scene& scene,
                   const SnapshotStrip& snapshots, MessageSink* messages) {
-    if (const std::optional<std::string> error = writeWhole(path, settingsText(scene, snapshots.items()))) {
+    if (const std::optional<std::string> error = writeWithinLimits(path, scene, snapshots)) {
         reportFile(path, *error, messages);
         return false;
     }

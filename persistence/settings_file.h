@@ -15,7 +15,8 @@ namespace jostle {
 LoadResult loadSettings(const HostContext& context, const std::string& path, bool remember,
                         const SettingsTarget& target, MessageSink* messages);
 
-/// Writes the setup to a file, whole or not at all: beside it first, flushed, then renamed over it.
+/// Writes the setup to a file, whole or not at all: beside it first, flushed, then renamed over it. One that is beyond
+/// the limits of settings_limits.h, so that it could not be read, is not written.
 /// @param path  UTF-8
 /// @param key   of the host's store, under which to remember the path of a file that was written; null for none
 /// @return whether it was written; if not, the messages say why, and a file that stood there is as it was

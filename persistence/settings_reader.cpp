@@ -8,6 +8,7 @@
 #include "persistence/apply_settings.h"
 #include "persistence/attribute_tables.h"
 #include "persistence/joint_reader.h"
+#include "persistence/settings_limits.h"
 #include "persistence/settings_writer.h"
 #include "persistence/xml_elements.h"
 
@@ -16,10 +17,6 @@ namespace jostle {
 namespace {
 
 constexpr ReadRules slidersRules{false, true};
-
-// A file may have many empty snapshots, each of which takes the memory of all bodies of the scene.
-constexpr std::size_t mostSnapshots = 1000;
-constexpr std::size_t mostBodiesInSnapshots = 500000;
 
 void inform(MessageSink* messages, std::string_view text) {
     if (messages != nullptr) {
@@ -33,14 +30,14 @@ bool isOtherVersion(const XmlElement& root) {
     return major && minor && !(*major == settingsMajorVersion && *minor == settingsMinorVersion);
 }
 
-bool tooManySnapshots(const XmlElement& root, std::size_t bodyCount) {
+std::size_t snapshotCount(const XmlElement& root) {
     const XmlElement* const presets = root.FirstChildElement("presets");
     std::size_t count = 0;
     for (const XmlElement* each = presets ? presets->FirstChildElement("preset") : nullptr; each != nullptr;
          each = each->NextSiblingElement("preset")) {
         ++count;
     }
-    return count > mostSnapshots || count * bodyCount > mostBodiesInSnapshots;
+    return count;
 }
 
 /// Gravity as a file has it; its layer is looked at only if it is taken from one.
@@ -165,16 +162,23 @@ void reportFile(std::string_view shownPath, std::string_view what, MessageSink* 
 LoadResult readSettings(std::string_view text, std::string_view shownPath, const SettingsTarget& target,
                         MessageSink* messages) {
     Scene& scene = target.scene;
+    if (const std::optional<std::string> excess = excessOfText(text)) {
+        reportFile(shownPath, "has " + *excess, messages);
+        return LoadResult::Unreadable;
+    }
     tinyxml2::XMLDocument document;
-    const bool parsed = parseXml(text, document);
-    const XmlElement* const root = parsed ? document.FirstChildElement("JostleSettings") : nullptr;
-    if (!parsed || (root != nullptr && tooManySnapshots(*root, scene.bodies.size()))) {
+    if (!parseXml(text, document)) {
         reportFile(shownPath, isUnreadable, messages);
         return LoadResult::Unreadable;
     }
+    const XmlElement* const root = document.FirstChildElement("JostleSettings");
     if (root == nullptr) {
         inform(messages, "Unsupported settings format.");
         return LoadResult::NotSettings;
+    }
+    if (const std::optional<std::string> excess = excessOfSnapshots(snapshotCount(*root), scene.bodies.size())) {
+        reportFile(shownPath, "has " + *excess, messages);
+        return LoadResult::Unreadable;
     }
     if (isOtherVersion(*root)) {
         inform(messages, "This file was created with a different version of Jostle. Some errors might occur during "

@@ -11,7 +11,7 @@ namespace jostle {
 
 /// How a load ended. All but the last leave joints, snapshots and bodies as they were.
 enum class LoadResult {
-    Unreadable,     ///< no such file, no XML, or beyond the limits of parseXml; nothing was changed
+    Unreadable,     ///< no such file, no XML, or beyond the limits of settings_limits.h; nothing was changed
     NotSettings,    ///< another kind of XML; nothing was changed
     GlobalsMissing, ///< a global section is missing; those before it hold
     BodiesMissing,  ///< no body in the file; its global values hold

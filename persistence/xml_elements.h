@@ -15,11 +15,8 @@ namespace jostle {
 
 using XmlElement = tinyxml2::XMLElement;
 
-/// Larger settings files are refused: 134 snapshots of a thousand bodies fit.
-constexpr std::size_t maximumSettingsBytes = std::size_t{128} << 20U;
-
-/// Parses a text of UTF-8, unless it is larger than settings can be, has far more elements or attributes than a file of
-/// that size needs, or is nested more than 100 deep.
+/// Parses a text of UTF-8 that is within the limits, unless it is nested more than 100 deep or holds more than one
+/// document.
 /// @return whether the document holds it
 [[nodiscard]] bool parseXml(std::string_view text, tinyxml2::XMLDocument& document);
 

@@ -63,6 +63,22 @@ TEST_F(SettingsFileTest, ThatCannotBeReadOrWrittenIsReported) {
               "The settings file '" + folder_.string() + "' is a directory; name a file in it.");
 }
 
+TEST_F(SettingsFileTest, WhatCouldNotBeReadIsNotWritten) {
+    const auto save = [&] {
+        return saveSettings(context(), path("a.xml"), nullptr, loading_.scene, loading_.strip, &loading_.messages);
+    };
+    loading_.strip.replace(std::vector<QuickPreset>(1000), 2);
+    EXPECT_TRUE(save());
+    loading_.strip.add({}, 2);
+    EXPECT_FALSE(save());
+    EXPECT_EQ(loading_.messages.texts,
+              std::vector<std::string>{"The settings file '" + path("a.xml") +
+                                       "' would have 1001 snapshots, of which a scene of 2 bodies can have 1000, and "
+                                       "could not be read; remove snapshots and save again."});
+    EXPECT_EQ(loadSettings(context(), path("a.xml"), false, target(), nullptr), LoadResult::Complete)
+        << "the first is still there";
+}
+
 TEST_F(SettingsFileTest, SavedOnQuittingIsLoadedAtTheStartIfWanted) {
     loading_.body().density = 3;
     EXPECT_FALSE(autoLoadSettings(context(), target(), &loading_.messages)) << "not unless it was asked for";

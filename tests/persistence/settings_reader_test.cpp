@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "persistence/apply_settings.h"
-#include "persistence/xml_elements.h"
+#include "persistence/settings_limits.h"
 #include "tests/persistence/loading.h"
 
 namespace jostle {
@@ -193,6 +193,7 @@ TEST(SettingsReader, OfABrokenFileIsKeptWhatCameBeforeTheFault) {
     const std::string unknown = globals + R"(<bodies><body layerID="7" density="3"/></bodies>)";
     const std::string newer = R"( majorVersion="1" minorVersion="3")";
     const std::string entities = "<!DOCTYPE x [<!ENTITY a \"&b;&b;\"><!ENTITY b \"&a;\">]>";
+    const auto has = [](const std::string& excess) { return "The settings file 'file.xml' has " + excess + ".\n"; };
     struct Case {
         const char* name;
         std::string text;
@@ -214,15 +215,15 @@ TEST(SettingsReader, OfABrokenFileIsKeptWhatCameBeforeTheFault) {
         {"very deep", settingsFile(repeated("<a>", 200000)), unreadable, "------"},
         {"entities of its own", entities + file(known), unreadable, "------"},
         {"unknown entities", file(R"(<preview zoom="&a;1"/>)" + known), "", "ztgbjs"},
-        {"many snapshots", settingsFile(known + "<presets>" + repeated("<preset/>", 1001) + "</presets>"), unreadable,
-         "------"},
-        {"many attributes of one element", settingsFile("<a " + repeated("a=\"\" ", 1001) + "/>"), unreadable,
-         "------"},
+        {"many snapshots", settingsFile(known + "<presets>" + repeated("<preset/>", 1001) + "</presets>"),
+         has("1001 snapshots, of which a scene of 2 bodies can have 1000"), "------"},
+        {"many attributes of one element", settingsFile("<a " + repeated("a=\"\" ", 1001) + "/>"),
+         has("an element of more than 1000 attributes"), "------"},
         {"many attributes",
          settingsFile(repeated("<a a=\"\" b=\"\" c=\"\" d=\"\" e=\"\" f=\"\" g=\"\" h=\"\" i=\"\"/>", 900000)),
-         unreadable, "------"},
-        {"many elements", settingsFile(repeated("<a/>", 1000001)), unreadable, "------"},
-        {"too large", std::string(maximumSettingsBytes + 1, ' '), unreadable, "------"},
+         has("more than 8000000 attributes"), "------"},
+        {"many elements", settingsFile(repeated("<a/>", 1000001)), has("more than 1000000 elements"), "------"},
+        {"too large", std::string(maximumSettingsBytes + 1, ' '), has("more than 128 MB"), "------"},
         {"another root", "<Settings/>", notSettings, "------"},
         {"a comment only", "<!-- -->", notSettings, "------"},
         {"a newer version", file(known, newer), otherVersion, "ztgbjs"},
