@@ -42,39 +42,17 @@ std::vector<BodyRecord> copiedForSnapshot(std::span<const BodyRecord> bodies) {
     return copies;
 }
 
-PreviewProperties previewOf(const QuickPreset& preset) {
-    return {preset.zoom, preset.panX, preset.panY, preset.bgColor, false};
-}
-
-GlobalProperties globalsOf(const QuickPreset& preset) {
-    GlobalProperties globals;
-    globals.timeDivider = static_cast<double>(preset.timeDivider);
-    globals.stepsPerFrame = preset.stepsPerFrame;
-    globals.tolerance = static_cast<double>(preset.tolerance);
-    globals.magnitude = static_cast<double>(preset.magnitude);
-    globals.direction = static_cast<double>(preset.direction);
-    globals.takeValueFrom = preset.takeValueFrom;
-    globals.layerIndex = preset.layerIndex;
+GlobalProperties inSinglePrecision(GlobalProperties globals) {
+    for (double* const value : {&globals.timeDivider, &globals.tolerance, &globals.magnitude, &globals.direction}) {
+        *value = static_cast<double>(static_cast<float>(*value));
+    }
     return globals;
-}
-
-void setGlobals(QuickPreset& preset, const PreviewProperties& preview, const GlobalProperties& globals) {
-    preset.zoom = preview.zoom;
-    preset.panX = preview.panX;
-    preset.panY = preview.panY;
-    preset.bgColor = preview.bgColor;
-    preset.timeDivider = static_cast<float>(globals.timeDivider);
-    preset.stepsPerFrame = globals.stepsPerFrame;
-    preset.tolerance = static_cast<float>(globals.tolerance);
-    preset.magnitude = static_cast<float>(globals.magnitude);
-    preset.direction = static_cast<float>(globals.direction);
-    preset.takeValueFrom = globals.takeValueFrom;
-    preset.layerIndex = globals.layerIndex;
 }
 
 QuickPreset takeSnapshot(const Scene& scene) {
     QuickPreset preset;
-    setGlobals(preset, scene.preview, scene.globals);
+    preset.preview = scene.preview;
+    preset.globals = inSinglePrecision(scene.globals);
     preset.bodies = copiedForSnapshot(scene.bodies);
     preset.joints = scene.joints;
     for (JointRecord& joint : preset.joints) {
@@ -85,24 +63,24 @@ QuickPreset takeSnapshot(const Scene& scene) {
 
 QuickPreset takeUndoSnapshot(const Scene& scene) {
     QuickPreset preset = takeSnapshot(scene);
-    preset.layerIndex = preset.takeValueFrom ? preset.layerIndex : 0;
+    preset.globals.layerIndex = preset.globals.takeValueFrom ? preset.globals.layerIndex : 0;
     return preset;
 }
 
 void applySnapshot(const QuickPreset& preset, Scene& scene, const LayerAccess& layers) {
-    const GlobalProperties values = globalsOf(preset);
-    scene.preview.zoom = zoomSld.positionOf(preset.zoom);
-    scene.preview.panX = preset.panX;
-    scene.preview.panY = preset.panY;
-    scene.preview.bgColor = preset.bgColor;
+    const GlobalProperties& values = preset.globals;
+    scene.preview.zoom = zoomSld.positionOf(preset.preview.zoom);
+    scene.preview.panX = preset.preview.panX;
+    scene.preview.panY = preset.preview.panY;
+    scene.preview.bgColor = preset.preview.bgColor;
     GlobalProperties& globals = scene.globals;
     globals.timeDivider = throughTimeDividerBox(timeDividerSld.through(values.timeDivider));
     globals.stepsPerFrame = substepsSld.positionOf(values.stepsPerFrame);
     globals.tolerance = collisionToleranceSld.through(values.tolerance);
     globals.magnitude = gravityMagnitudeSld.through(values.magnitude);
     globals.direction = gravityDirectionSld.through(values.direction);
-    globals.takeValueFrom = globals.layerListEnabled = preset.takeValueFrom;
-    chooseGravityLayer(globals, preset.layerIndex, layers.layerCount);
+    globals.takeValueFrom = globals.layerListEnabled = values.takeValueFrom;
+    chooseGravityLayer(globals, values.layerIndex, layers.layerCount);
     for (std::size_t i = 0; i < preset.bodies.size(); ++i) {
         applyBody(preset.bodies[i], indexOfLayer(scene, preset.bodies[i].layerID, i), scene, layers);
     }

@@ -14,17 +14,8 @@ namespace jostle {
 /// A scene snapshot: a copy of the whole setup. Of the bodies' records it has all but what belongs to a world or
 /// follows from the layer: their shapes, and their lists of joints.
 struct QuickPreset {
-    std::int32_t zoom = 250; ///< percent
-    float panX = 0.0f;
-    float panY = 0.0f;
-    ByteColor bgColor = defaultBackground;
-    float timeDivider = 1.0f;
-    std::int32_t stepsPerFrame = 2;
-    float tolerance = 50.0f;
-    float magnitude = 10.0f; ///< gravity, metres per second squared
-    float direction = 90.0f; ///< gravity, degrees
-    bool takeValueFrom = false;
-    std::int32_t layerIndex = 0;
+    PreviewProperties preview; ///< the view option for joints is no part of it
+    GlobalProperties globals;  ///< in single precision; whether the layer can be chosen is no part of it
     std::vector<BodyRecord> bodies;
     std::vector<JointRecord> joints;
 };
@@ -43,10 +34,8 @@ void applySnapshot(const QuickPreset& preset, Scene& scene, const LayerAccess& l
 /// Copies of records as a snapshot keeps them.
 [[nodiscard]] std::vector<BodyRecord> copiedForSnapshot(std::span<const BodyRecord> bodies);
 
-/// The global values of a snapshot, in the form that a scene has them, and back.
-[[nodiscard]] PreviewProperties previewOf(const QuickPreset& preset);
-[[nodiscard]] GlobalProperties globalsOf(const QuickPreset& preset);
-void setGlobals(QuickPreset& preset, const PreviewProperties& preview, const GlobalProperties& globals);
+/// Global values as a snapshot keeps them.
+[[nodiscard]] GlobalProperties inSinglePrecision(GlobalProperties globals);
 
 /// The snapshots of a scene in their order, each with what stands in its place in the strip above the preview.
 class SnapshotStrip {

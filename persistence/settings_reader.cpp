@@ -110,22 +110,21 @@ int readBodies(const BodyElements& elements, Scene& scene, const LayerAccess& la
 
 /// The sections of a snapshot up to the first that is missing; the rest keep their defaults.
 void readSnapshotGlobals(const XmlElement& element, QuickPreset& preset) {
-    PreviewProperties preview = previewOf(preset);
-    GlobalProperties globals = globalsOf(preset);
-    const XmlElement* const previewElement = element.FirstChildElement("preview");
-    const XmlElement* const solver = previewElement ? element.FirstChildElement("solver") : nullptr;
+    const XmlElement* const preview = element.FirstChildElement("preview");
+    const XmlElement* const solver = preview ? element.FirstChildElement("solver") : nullptr;
     const XmlElement* const gravity = solver ? element.FirstChildElement("gravity") : nullptr;
-    if (previewElement != nullptr) {
-        readAttributes(*previewElement, previewAttributes(), preview);
+    GlobalProperties& globals = preset.globals;
+    if (preview != nullptr) {
+        readAttributes(*preview, previewAttributes(), preset.preview);
     }
     if (solver != nullptr) {
         readAttributes(*solver, solverAttributes(), globals);
     }
     if (gravity != nullptr) {
         readAttributes(*gravity, gravityAttributes(), globals);
-        globals.layerIndex = globals.takeValueFrom ? globals.layerIndex : QuickPreset{}.layerIndex;
+        globals.layerIndex = globals.takeValueFrom ? globals.layerIndex : GlobalProperties{}.layerIndex;
     }
-    setGlobals(preset, preview, globals);
+    globals = inSinglePrecision(globals);
 }
 
 QuickPreset readSnapshot(const XmlElement& element, const Scene& scene) {

@@ -88,7 +88,7 @@ std::string settingsText(const Scene& scene, std::span<const SnapshotStrip::Item
     for (const SnapshotStrip::Item& item : snapshots) {
         const QuickPreset& preset = item.preset;
         printer.OpenElement("preset");
-        writeSetup(printer, previewOf(preset), globalsOf(preset), preset.bodies, preset.joints);
+        writeSetup(printer, preset.preview, preset.globals, preset.bodies, preset.joints);
         printer.CloseElement();
     }
     printer.CloseElement();

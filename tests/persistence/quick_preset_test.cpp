@@ -55,7 +55,7 @@ TEST(QuickPreset, AppliesWhatWasTakenAndCanBeUndone) {
     scene.bodies[1].meshPrecision = 2;
     scene.joints.clear();
     const QuickPreset undo = takeUndoSnapshot(scene);
-    EXPECT_EQ(undo.layerIndex, 0) << "gravity was not taken from it";
+    EXPECT_EQ(undo.globals.layerIndex, 0) << "gravity was not taken from it";
     const ShapeDefList outlines = scene.bodies[0].outlines;
     const LayerAccess layers{3, [&](std::int32_t index) { loading.refreshed.push_back(index); }};
 
@@ -73,14 +73,9 @@ TEST(QuickPreset, AppliesWhatWasTakenAndCanBeUndone) {
 TEST(QuickPreset, GlobalValuesGoThroughTheSliders) {
     Loading loading;
     QuickPreset preset;
-    preset.zoom = 9000;
-    preset.timeDivider = 0.001f;
-    preset.stepsPerFrame = 0;
-    preset.tolerance = 49.75f; // unlike from a file, with its fraction
-    preset.magnitude = -1;
-    preset.direction = 400;
-    preset.takeValueFrom = true;
-    preset.layerIndex = 3;
+    preset.preview.zoom = 9000;
+    // The tolerance, unlike from a file, with its fraction.
+    preset.globals = {0.001, 0, 49.75, -1, 400, true, 3, false};
     applySnapshot(preset, loading.scene, {3, {}});
     const GlobalProperties& globals = loading.scene.globals;
     EXPECT_EQ(loading.scene.preview.zoom, 2000);
@@ -106,19 +101,19 @@ TEST(QuickPreset, IsReadOverTheBodiesThatThereAre) {
     ASSERT_EQ(loading.load(bodyFile("", "<presets>" + presets + "</presets>")), LoadResult::Complete);
     ASSERT_EQ(loading.strip.items().size(), 3u);
     const QuickPreset& first = loading.strip.items()[0].preset;
-    EXPECT_EQ(first.zoom, 99);
-    EXPECT_EQ(first.tolerance, 7);
-    EXPECT_EQ(first.stepsPerFrame, 30) << "the sliders come when it is applied";
-    EXPECT_EQ(first.magnitude, 70);
-    EXPECT_EQ(first.layerIndex, 0) << "read only if gravity is taken from it";
+    EXPECT_EQ(first.preview.zoom, 99);
+    EXPECT_EQ(first.globals.tolerance, 7);
+    EXPECT_EQ(first.globals.stepsPerFrame, 30) << "the sliders come when it is applied";
+    EXPECT_EQ(first.globals.magnitude, 70);
+    EXPECT_EQ(first.globals.layerIndex, 0) << "read only if gravity is taken from it";
     ASSERT_EQ(first.bodies.size(), 2u);
     EXPECT_EQ(first.bodies[0].density, 3);
     EXPECT_EQ(first.bodies[1].density, 8) << "of a body that the snapshot did not know";
     ASSERT_EQ(first.joints.size(), 1u);
     EXPECT_EQ(first.joints[0].row, 1) << "the one before was dropped";
     const QuickPreset& second = loading.strip.items()[1].preset;
-    EXPECT_EQ(second.zoom, 98);
-    EXPECT_EQ(second.magnitude, 10) << "behind the section that is missing";
+    EXPECT_EQ(second.preview.zoom, 98);
+    EXPECT_EQ(second.globals.magnitude, 10) << "behind the section that is missing";
     EXPECT_EQ(loading.strip.items()[2].preset.bodies.size(), 2u);
 }
 
