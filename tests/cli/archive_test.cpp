@@ -39,7 +39,8 @@ TEST(Archives, AreWhatTheNameOfTheResultSays) {
         SCOPED_TRACE(c.name);
         const TestFolder folder;
         folder.put(c.input, c.contents);
-        EXPECT_EQ(folder.succeed({"solve", c.input, "-o", c.output, "-q"}).err, "");
+        const ProgramRun run = folder.succeed({"solve", c.input, "-o", c.output, "-q"});
+        EXPECT_EQ(run.out + run.err, "");
         const std::string result = folder.contents(c.output);
         EXPECT_EQ(isArchive(result), c.archive);
         const std::string written = c.archive ? animationOf(result) : result;
