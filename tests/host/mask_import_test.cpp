@@ -26,15 +26,11 @@ TEST(MaskImport, MakesPrimitivesOfASingleMaskOnly) {
     const std::string otherStart =
         R"({"v":[[0,50],[50,100],[100,50],[50,0]],"i":[[0,-27.614],[-27.614,0],[0,27.614],[27.614,0]],)"
         R"("o":[[0,27.614],[27.614,0],[0,-27.614],[-27.614,0]],"c":true})";
-    const std::string reversed =
-        R"({"v":[[50,0],[100,50],[50,100],[0,50]],"i":[[-27.614,0],[0,-27.614],[27.614,0],[0,27.614]],)"
-        R"("o":[[27.614,0],[0,27.614],[-27.614,0],[0,-27.614]],"c":true})";
     const std::string off =
         R"({"mode":"n","inv":true,"pt":{"k":)" + outlineText(rightRectangle) + R"(},"o":{"k":0},"x":{"k":30}})";
     const Case cases[] = {
         {"the host's circle", circle, "1 circles", 0},
         {"the same from another vertex on", mask(otherStart), "10 triangles", 0},
-        {"the same the other way round", mask(reversed), "10 triangles", 0},
         {"a circle beside a second mask", joined({circle, maskOf("[200,0],[300,0],[300,100]")}), "11 triangles", 0},
         {"a circle on an evenly scaled layer", circle, "1 circles", 0, scaled("[50,50]")},
         {"a circle on an unevenly scaled layer", circle, "10 triangles", 0, scaled("[50,100]")},
