@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "host/host_string.h"
 
@@ -100,6 +101,13 @@ Stream Layer::root(HostChain& chain) const {
         !chain.call<&AEGP_DynamicStreamSuite5::AEGP_GetNewStreamRefForLayer>(chain.pluginId(), handle_, &root))
         return {};
     return {chain, root};
+}
+
+Stream Layer::vectorContents(HostChain& chain) const {
+    for (NamedStream& child : childrenOf(root(chain)))
+        if (child.matchName == "ADBE Root Vectors Group")
+            return std::move(child.stream);
+    return {};
 }
 
 int Layer::maskCount(HostChain& chain) const {

@@ -51,6 +51,8 @@ public:
     [[nodiscard]] Stream stream(HostChain& chain, AEGP_LayerStream which) const;
     /// The root of the tree of all its streams.
     [[nodiscard]] Stream root(HostChain& chain) const;
+    /// The group of the tree that a shape layer's groups and paths are in; none for other layers.
+    [[nodiscard]] Stream vectorContents(HostChain& chain) const;
     /// How many masks there are, whatever their mode.
     [[nodiscard]] int maskCount(HostChain& chain) const;
 

@@ -17,15 +17,8 @@ namespace {
 constexpr std::array<AEGP_LayerStream, 4> transformStreams{AEGP_LayerStream_ANCHORPOINT, AEGP_LayerStream_POSITION,
                                                            AEGP_LayerStream_SCALE, AEGP_LayerStream_ROTATION};
 
-Stream vectorContents(HostChain& chain, const Layer& layer) {
-    for (NamedStream& child : childrenOf(layer.root(chain)))
-        if (child.matchName == "ADBE Root Vectors Group")
-            return std::move(child.stream);
-    return {};
-}
-
 int groupCount(HostChain& chain, const Layer& layer) {
-    const std::vector<NamedStream> elements = childrenOf(vectorContents(chain, layer));
+    const std::vector<NamedStream> elements = childrenOf(layer.vectorContents(chain));
     return static_cast<int>(std::count_if(elements.begin(), elements.end(), [](const NamedStream& element) {
         return element.matchName == "ADBE Vector Shape - Group" || element.matchName == "ADBE Vector Group";
     }));
@@ -69,8 +62,7 @@ int Separation::separate(int layerIndex, bool& isShapeLayer) {
     isShapeLayer = source.objectType(chain_) == AEGP_ObjectType_VECTOR;
     if (chain_.failed())
         return 0;
-    const int made = isShapeLayer ? separateShapes(source, layerIndex) : separateMasks(source, layerIndex);
-    return made;
+    return isShapeLayer ? separateShapes(source, layerIndex) : separateMasks(source, layerIndex);
 }
 
 /// Makes a stream the composition's only selection. The collection takes the reference over.
@@ -102,16 +94,16 @@ void Separation::makeShapeLayer(const Layer& source, int groupIndex, int place) 
     const Stream opacity = source.stream(chain_, AEGP_LayerStream_OPACITY);
     if (!opacity.isTimeVarying())
         layer.stream(chain_, AEGP_LayerStream_OPACITY).setValue(opacity.valueAt(sampleTime, Expressions::Applied));
-    Stream group = vectorContents(chain_, source).childAt(groupIndex);
+    Stream group = source.vectorContents(chain_).childAt(groupIndex);
     layer.setName(chain_, group.shownName());
     select(std::move(group));
     chain_.call<&AEGP_CommandSuite1::AEGP_DoCommand>(AEGP_Command{hostCommandCopy});
-    select(vectorContents(chain_, layer));
+    select(layer.vectorContents(chain_));
     chain_.call<&AEGP_CommandSuite1::AEGP_DoCommand>(AEGP_Command{hostCommandPaste});
 }
 
 int Separation::separateShapes(const Layer& source, int sourceIndex) {
-    const std::vector<NamedStream> elements = childrenOf(vectorContents(chain_, source));
+    const std::vector<NamedStream> elements = childrenOf(source.vectorContents(chain_));
     const int count = static_cast<int>(elements.size());
     int made = 0;
     for (int index = 0; index < count && !chain_.failed(); ++index) {

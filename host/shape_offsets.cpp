@@ -43,9 +43,7 @@ AEGP_TwoDVal project(AEGP_TwoDVal point, const Matrix4& matrix) {
 } // namespace
 
 ShapeOffsets::ShapeOffsets(HostChain& chain, const Layer& layer) {
-    for (const NamedStream& child : childrenOf(layer.root(chain)))
-        if (child.matchName == "ADBE Root Vectors Group")
-            elements_ = walk(child.stream, 0);
+    elements_ = walk(layer.vectorContents(chain), 0);
 }
 
 bool ShapeOffsets::keep(Stream stream, Offset offset) {

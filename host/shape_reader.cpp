@@ -200,9 +200,7 @@ AccumulatedTransform readGroupTransform(const Stream& group) {
 
 VectorShapes readShapes(HostChain& chain, const Layer& layer, const LayerFrame& frame, const MeshOptions& options) {
     ShapeReader reader(chain, frame, options);
-    for (const NamedStream& child : childrenOf(layer.root(chain)))
-        if (child.matchName == "ADBE Root Vectors Group")
-            reader.readChildren(child.stream, 0);
+    reader.readChildren(layer.vectorContents(chain), 0);
     return reader.finish();
 }
 
