@@ -9,8 +9,6 @@
 
 #include <sys/wait.h>
 
-#include "tests/support/own_path.h"
-
 namespace jostle::test {
 
 namespace fs = std::filesystem;
@@ -31,10 +29,10 @@ std::string readAll(const fs::path& path) {
 
 /// Runs the program from a shell.
 /// @param after  what the shell does after starting it in the background; empty: it waits for it
-ProgramRun runInShell(const fs::path& folder, const std::vector<std::string>& arguments, const std::string& after) {
-    const fs::path streams = folder.string() + ".streams";
+ProgramRun runInShell(const std::string& folder, const std::vector<std::string>& arguments, const std::string& after) {
+    const fs::path streams = folder + ".streams";
     fs::create_directories(streams);
-    std::string command = "cd " + quoted(folder.string()) + " && { " + quoted(JOSTLE_PROGRAM);
+    std::string command = "cd " + quoted(folder) + " && { " + quoted(JOSTLE_PROGRAM);
     for (const std::string& argument : arguments) {
         command += " " + quoted(argument);
     }
@@ -51,38 +49,13 @@ ProgramRun runInShell(const fs::path& folder, const std::vector<std::string>& ar
 
 } // namespace
 
-TestFolder::TestFolder() : path_(ownPath()) {
-    fs::create_directories(path_);
-}
-
-TestFolder::~TestFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-}
-
-void TestFolder::put(const std::string& name, const std::string& text) const {
-    std::ofstream(path_ / name, std::ios::binary) << text;
-}
-
-std::string TestFolder::contents(const std::string& name) const {
-    return readAll(path_ / name);
-}
-
-std::vector<std::string> TestFolder::names() const {
-    std::vector<std::string> found;
-    for (const fs::directory_entry& entry : fs::directory_iterator(path_))
-        found.push_back(entry.path().filename().string());
-    std::sort(found.begin(), found.end());
-    return found;
-}
-
 ProgramRun TestFolder::run(const std::vector<std::string>& arguments) const {
-    return runInShell(path_, arguments, {});
+    return runInShell(path(), arguments, {});
 }
 
 ProgramRun TestFolder::interrupt(const std::vector<std::string>& arguments, const std::string& onceThere) const {
     // Ends too if the program does.
-    return runInShell(path_, arguments,
+    return runInShell(path(), arguments,
                       "while [ ! -e " + quoted(onceThere) + " ] && kill -0 $!; do :; done; kill -TERM $!; wait $!");
 }
 

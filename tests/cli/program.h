@@ -1,8 +1,9 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
+
+#include "tests/support/own_folder.h"
 
 namespace jostle::test {
 
@@ -13,21 +14,12 @@ struct ProgramRun {
     std::string err;
 };
 
-/// A folder of the running test's own, removed at its end.
-class TestFolder {
+/// A folder in which the program runs.
+class TestFolder : public OwnFolder {
 public:
-    TestFolder();
+    TestFolder() = default;
     /// One that holds a file "in.json".
-    explicit TestFolder(const std::string& input) : TestFolder() { put("in.json", input); }
-    ~TestFolder();
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    void put(const std::string& name, const std::string& text) const;
-    [[nodiscard]] std::string contents(const std::string& name) const;
-    /// Names of all that lies in it, sorted.
-    [[nodiscard]] std::vector<std::string> names() const;
+    explicit TestFolder(const std::string& input) { put("in.json", input); }
 
     /// Runs the program with arguments, in this folder, without a terminal.
     [[nodiscard]] ProgramRun run(const std::vector<std::string>& arguments) const;
@@ -35,9 +27,6 @@ public:
     [[nodiscard]] ProgramRun interrupt(const std::vector<std::string>& arguments, const std::string& onceThere) const;
     /// As run(), and expects that all goes well.
     ProgramRun succeed(const std::vector<std::string>& arguments) const;
-
-private:
-    std::filesystem::path path_;
 };
 
 /// Contents of a file of tests/data/lottie.

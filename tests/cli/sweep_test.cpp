@@ -22,18 +22,13 @@ TEST(Sweep, MakesEachCombinationAsSetDoes) {
                                           "--sweep", "*.restitution=0.9:0.5:-0.4", "-o", "out"});
     ASSERT_EQ(run.exitStatus, 0) << run.err;
     expectHas(run.out, "4 of 4 results");
-    Names names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path() / "out")) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
     const Names expected{"gravity.magnitude=10_all.restitution=0.5.json",
                          "gravity.magnitude=10_all.restitution=0.9.json",
                          "gravity.magnitude=2_all.restitution=0.5.json",
                          "gravity.magnitude=2_all.restitution=0.9.json",
                          "sweep.html",
                          "sweep.json"};
-    EXPECT_EQ(names, expected);
+    EXPECT_EQ(folder.names("out"), expected);
     ASSERT_EQ(sweep(folder, {"--set", "floor.type=Static", "--set", "gravity.magnitude=10", "--set",
                              "*.restitution=0.5", "-o", "one.json", "-q"})
                   .exitStatus,

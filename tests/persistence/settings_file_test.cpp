@@ -3,28 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "persistence/user_preferences.h"
 #include "tests/persistence/loading.h"
-#include "tests/support/own_path.h"
+#include "tests/support/own_folder.h"
 
 namespace jostle {
 namespace {
 
-namespace fs = std::filesystem;
-
-class SettingsFileTest : public testing::Test {
-protected:
-    SettingsFileTest() { fs::create_directories(folder_); }
-    ~SettingsFileTest() override { fs::remove_all(folder_); }
-
-    [[nodiscard]] std::string path(const std::string& name) const { return (folder_ / name).string(); }
+struct SettingsFileTest : testing::Test, test::OwnFolder {
     [[nodiscard]] HostContext context() const { return {host_.basic(), host_.pluginId()}; }
     [[nodiscard]] SettingsTarget target() { return {loading_.scene, loading_.strip, {}}; }
 
-    fs::path folder_ = test::ownPath();
-    standalone::DocumentHost host_{emptyDocument(), "scene", "", folder_ / "preferences.txt"};
+    standalone::DocumentHost host_{emptyDocument(), "scene", "", path("preferences.txt")};
     Loading loading_;
 };
 
@@ -44,14 +35,14 @@ TEST_F(SettingsFileTest, ComesBackAndIsRemembered) {
 }
 
 TEST_F(SettingsFileTest, ThatCannotBeReadOrWrittenIsReported) {
-    std::ofstream(path("no.xml")) << "<JostleSettings/>";
+    put("no.xml", "<JostleSettings/>");
     EXPECT_EQ(loadSettings(context(), path("missing.xml"), true, target(), &loading_.messages), LoadResult::Unreadable);
     EXPECT_EQ(loadSettings(context(), path("no.xml"), true, target(), &loading_.messages), LoadResult::GlobalsMissing);
     EXPECT_EQ(readPreferences(context()).mostRecentSettingsFile, "");
     EXPECT_FALSE(saveSettings(context(), path("no/such/a.xml"), autoSavedFileKey, loading_.scene, loading_.strip,
                               &loading_.messages));
     EXPECT_EQ(readPreferences(context()).autoSavedSettingsFile, "");
-    EXPECT_EQ(loadSettings(context(), folder_.string(), true, target(), &loading_.messages), LoadResult::Unreadable);
+    EXPECT_EQ(loadSettings(context(), path(), true, target(), &loading_.messages), LoadResult::Unreadable);
     ASSERT_EQ(loading_.messages.texts.size(), 4u);
     EXPECT_EQ(loading_.messages.texts[0],
               "The settings file '" + path("missing.xml") + "' cannot be found or its format is not supported.");
@@ -59,8 +50,7 @@ TEST_F(SettingsFileTest, ThatCannotBeReadOrWrittenIsReported) {
         loading_.messages.texts[2].rfind("The settings file '" + path("no/such/a.xml") + "' cannot be written: ", 0),
         0u)
         << loading_.messages.texts[2];
-    EXPECT_EQ(loading_.messages.texts[3],
-              "The settings file '" + folder_.string() + "' is a directory; name a file in it.");
+    EXPECT_EQ(loading_.messages.texts[3], "The settings file '" + path() + "' is a directory; name a file in it.");
 }
 
 TEST_F(SettingsFileTest, WhatCouldNotBeReadIsNotWritten) {
@@ -84,8 +74,8 @@ TEST_F(SettingsFileTest, SavedOnQuittingIsLoadedAtTheStartIfWanted) {
     EXPECT_FALSE(autoLoadSettings(context(), target(), &loading_.messages)) << "not unless it was asked for";
     for (const bool isWanted : {false, true}) {
         loading_.body().density = 3;
-        autoSaveSettings(context(), folder_.string(), isWanted, loading_.scene, loading_.strip, &loading_.messages);
-        EXPECT_TRUE(fs::exists(folder_ / ".jostle_autosave.xml"));
+        autoSaveSettings(context(), path(), isWanted, loading_.scene, loading_.strip, &loading_.messages);
+        EXPECT_TRUE(std::filesystem::exists(path(".jostle_autosave.xml")));
         loading_.body().density = 1;
         EXPECT_EQ(autoLoadSettings(context(), target(), &loading_.messages), isWanted);
         EXPECT_EQ(loading_.body().density, isWanted ? 3 : 1);

@@ -3,33 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <sys/stat.h>
 
-#include "tests/support/own_path.h"
+#include "tests/support/own_folder.h"
 
 namespace jostle {
 namespace {
 
 namespace fs = std::filesystem;
 
-class TargetFileTest : public testing::Test {
-protected:
-    TargetFileTest() { fs::create_directories(folder_); }
-    ~TargetFileTest() override { fs::remove_all(folder_); }
-
-    std::string path(const char* name) const { return (folder_ / name).string(); }
-    void put(const char* name, const char* text) const { std::ofstream(folder_ / name) << text; }
-    std::string contents(const char* name) const {
-        std::ifstream file(folder_ / name);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    std::ptrdiff_t fileCount() const { return std::distance(fs::directory_iterator(folder_), {}); }
-
-    fs::path folder_ = test::ownPath();
-};
+struct TargetFileTest : testing::Test, test::OwnFolder {};
 
 TEST_F(TargetFileTest, ReplacesWholeAndLeavesNothingBeside) {
     put("out.json", "an old and longer text");
@@ -39,7 +23,7 @@ TEST_F(TargetFileTest, ReplacesWholeAndLeavesNothingBeside) {
     EXPECT_EQ(contents("out.json"), "an old and longer text");
     ASSERT_EQ(target.commit("new"), std::nullopt);
     EXPECT_EQ(contents("out.json"), "new");
-    EXPECT_EQ(fileCount(), 1);
+    EXPECT_EQ(names().size(), 1u);
     EXPECT_EQ(fs::status(path("out.json")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
@@ -50,7 +34,7 @@ TEST_F(TargetFileTest, WithoutACommitTheOldFileStays) {
         ASSERT_EQ(target.open(path("out.json")), std::nullopt);
     }
     EXPECT_EQ(contents("out.json"), "old");
-    EXPECT_EQ(fileCount(), 1);
+    EXPECT_EQ(names().size(), 1u);
 }
 
 TEST_F(TargetFileTest, ALeftoverOfAKilledRunIsTakenOver) {
@@ -59,7 +43,7 @@ TEST_F(TargetFileTest, ALeftoverOfAKilledRunIsTakenOver) {
     ASSERT_EQ(target.open(path("out.json")), std::nullopt);
     ASSERT_EQ(target.commit("whole"), std::nullopt);
     EXPECT_EQ(contents("out.json"), "whole");
-    EXPECT_EQ(fileCount(), 1);
+    EXPECT_EQ(names().size(), 1u);
 }
 
 TEST_F(TargetFileTest, ASecondRunIsTurnedAway) {
@@ -88,9 +72,9 @@ TEST_F(TargetFileTest, WhatStandsInPlaceOfTheTemporaryIsNotWrittenThrough) {
 TEST_F(TargetFileTest, LongNamesHaveATemporaryToo) {
     const std::string name(250, 'x');
     TargetFile target;
-    ASSERT_EQ(target.open(path(name.c_str())), std::nullopt);
+    ASSERT_EQ(target.open(path(name)), std::nullopt);
     ASSERT_EQ(target.commit("whole"), std::nullopt);
-    EXPECT_EQ(contents(name.c_str()), "whole");
+    EXPECT_EQ(contents(name), "whole");
 }
 
 TEST_F(TargetFileTest, ASymbolicLinkIsFollowed) {
@@ -110,17 +94,17 @@ TEST_F(TargetFileTest, ASymbolicLinkIsFollowed) {
 
 TEST_F(TargetFileTest, WhatCannotBeATargetIsRefused) {
     TargetFile target;
-    EXPECT_NE(target.open(folder_.string()), std::nullopt);
+    EXPECT_NE(target.open(path()), std::nullopt);
     EXPECT_NE(target.open(path("no/such/folder/out.json")), std::nullopt);
     EXPECT_NE(target.open("/dev/null"), std::nullopt);
-    EXPECT_EQ(fileCount(), 0);
+    EXPECT_EQ(names().size(), 0u);
 }
 
 TEST_F(TargetFileTest, ReadingTellsWhatIsWrong) {
     put("small.json", "{}");
     EXPECT_EQ(readFile(path("small.json"), 2).text, "{}");
     EXPECT_NE(readFile(path("small.json"), 1).error.find("larger"), std::string::npos);
-    EXPECT_NE(readFile(folder_.string(), 100).error.find("directory"), std::string::npos);
+    EXPECT_NE(readFile(path(), 100).error.find("directory"), std::string::npos);
     ASSERT_EQ(::mkfifo(path("pipe.json").c_str(), 0600), 0);
     EXPECT_NE(readFile(path("pipe.json"), 100).error.find("is no regular file"), std::string::npos);
     EXPECT_NE(readFile("/dev/zero", 100).error.find("is no regular file"), std::string::npos);

@@ -2,37 +2,21 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 #include "tests/host/document.h"
 #include "tests/host/failing_suites.h"
-#include "tests/support/own_path.h"
+#include "tests/support/own_folder.h"
 
 namespace jostle {
 namespace {
 
-namespace fs = std::filesystem;
-
-class UserPreferencesTest : public testing::Test {
-protected:
-    UserPreferencesTest() { fs::remove(file_); }
-    ~UserPreferencesTest() override { fs::remove(file_); }
-
+struct UserPreferencesTest : testing::Test, test::OwnFolder {
     /// One run of the program.
     template<class Work>
     void run(Work work) const {
-        standalone::DocumentHost host(emptyDocument(), "scene", "", file_);
+        standalone::DocumentHost host(emptyDocument(), "scene", "", path("preferences.txt"));
         work(HostContext{host.basic(), host.pluginId()});
         EXPECT_TRUE(host.balance().allReturned()) << host.balance().text();
     }
-    [[nodiscard]] std::string stored() const {
-        std::ifstream stream(file_);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    fs::path file_ = test::ownPath();
 };
 
 TEST_F(UserPreferencesTest, AreKeptFromOneRunToTheNext) {
@@ -51,7 +35,8 @@ TEST_F(UserPreferencesTest, AreKeptFromOneRunToTheNext) {
     });
     for (const char* line : {"Pivot Joint Color Red = whole 84\n", "Selected Joint Blue = whole 3\n",
                              "Selection Stroke Width = number 3.500000\n", "UI Theme = whole 2\n"}) {
-        EXPECT_NE(stored().find(line), std::string::npos) << line << "in\n" << stored();
+        EXPECT_NE(contents("preferences.txt").find(line), std::string::npos) << line << "in\n"
+                                                                             << contents("preferences.txt");
     }
     run([](const HostContext& context) {
         const UserPreferences preferences = readPreferences(context);
@@ -64,8 +49,8 @@ TEST_F(UserPreferencesTest, AreKeptFromOneRunToTheNext) {
 }
 
 TEST_F(UserPreferencesTest, OutOfRangeAreBroughtWithin) {
-    std::ofstream(file_) << "# Settings of Jostle, version 1\n\n[QF Jostle 2]\nLevels of Undo = whole -5\n"
-                            "UI Theme = whole 9\nJoint Stroke Width = number 0.0\nKinematic Behavior = whole 77\n";
+    put("preferences.txt", "# Settings of Jostle, version 1\n\n[QF Jostle 2]\nLevels of Undo = whole -5\n"
+                           "UI Theme = whole 9\nJoint Stroke Width = number 0.0\nKinematic Behavior = whole 77\n");
     run([](const HostContext& context) {
         const UserPreferences preferences = readPreferences(context);
         EXPECT_EQ(preferences.levelsOfUndo, 0);
