@@ -16,7 +16,6 @@ TEST(NumberText, IsReadAsTheConversionsOfCDoAndStaysFinite) {
     // No number goes beyond 16777200, the largest of the panels.
     const Case cases[] = {
         {"", 0, 0},
-        {"12", 12, 12},
         {" \t\n+12", 12, 12},
         {"-7x", -7, -7},
         {"1.75", 1, 1.75f},
@@ -25,7 +24,6 @@ TEST(NumberText, IsReadAsTheConversionsOfCDoAndStaysFinite) {
         {"1,5", 1, 1},
         {"text", 0, 0},
         {"- 3", 0, 0},
-        {"--3", 0, 0},
         {"+-3", 0, 0},
         {"1e3", 1, 1000},
         {"1e", 1, 1},
@@ -42,10 +40,8 @@ TEST(NumberText, IsReadAsTheConversionsOfCDoAndStaysFinite) {
         {"2147483648", 2147483647, 16777200},
         {"-99999999999999999999999", std::numeric_limits<std::int32_t>::min(), -16777200},
         {"1e999", 1, 16777200},
-        {"-1e999", -1, -16777200},
         {"1e-999", 1, 0},
         {"0.0000001e-400", 0, 0},
-        {"100000e99999999999999999999", 100000, 16777200},
         {"1e-99999999999999999999", 1, 0},
         {"0x1p99999", 0, 16777200},
         {"0x1p-99999", 0, 0},
