@@ -17,7 +17,7 @@ public:
 
     explicit PersistentStore(HostChain& chain);
 
-    /// @return the value; the default without one, which the host then keeps
+    /// @return the value; the default without one. Either way the store stays as it is
     [[nodiscard]] std::int32_t read(const char* key, std::int32_t byDefault);
     [[nodiscard]] double read(const char* key, double byDefault);
     [[nodiscard]] std::string read(const char* key, const std::string& byDefault);
@@ -28,6 +28,8 @@ public:
     void write(const char* key, const std::string& value);
 
 private:
+    [[nodiscard]] bool has(const char* key);
+
     HostChain& chain_;
     AEGP_PersistentBlobH blob_ = nullptr;
 };

@@ -5,6 +5,8 @@
 #include "host/host_string.h"
 #include "host/layer_import.h"
 #include "host/messages.h"
+#include "persistence/user_preferences.h"
+#include "preview/preferred_style.h"
 #include "workbench/jostle_dlg.h"
 
 #include <QApplication>
@@ -93,9 +95,14 @@ QString compositionName(HostChain& chain) {
 }
 
 void runWindow(const HostContext& context, Scene scene) {
+    const UserPreferences preferences = readPreferences(context);
+    scene.preferences = preferences.behavior();
     HostLayerMotion motion(context);
     SimulationView simulation(std::move(scene), motion);
     JostleDlg window(simulation);
+    DrawStyle style = window.preview().style();
+    applyPreferences(preferences, style);
+    window.preview().setStyle(style);
     {
         HostChain chain(context); // names that cannot be read are left blank
         const QString project = projectName(chain);

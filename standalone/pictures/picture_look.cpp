@@ -6,6 +6,11 @@
 #include <string_view>
 #include <utility>
 
+#include "persistence/user_preferences.h"
+#include "preview/preferred_style.h"
+#include "standalone/commands/plugin_session.h"
+#include "standalone/suites/document_host.h"
+
 namespace jostle::standalone {
 
 namespace {
@@ -71,6 +76,14 @@ std::optional<Refusal> turn(const std::vector<std::string>& names, const char* o
     return std::nullopt;
 }
 
+/// What the window would take from the store of preferences.
+UserPreferences storedPreferences() {
+    DocumentHost host(std::make_unique<Composition>(), "", "");
+    const UserPreferences preferences = readPreferences({host.basic(), host.pluginId()});
+    printReports(host, "preferences");
+    return preferences;
+}
+
 } // namespace
 
 std::optional<Refusal> chooseLook(const PictureOptions& options, PictureLook& look) {
@@ -83,7 +96,11 @@ std::optional<Refusal> chooseLook(const PictureOptions& options, PictureLook& lo
         return Refusal{"--background " + options.background, "is no colour; give dark, light or one such as #20242c"};
     }
     std::optional<Refusal> refusal = turn(options.show, "--show", true, look.options);
-    return refusal ? refusal : turn(options.hide, "--hide", false, look.options);
+    refusal = refusal ? refusal : turn(options.hide, "--hide", false, look.options);
+    if (!refusal) {
+        applyPreferences(storedPreferences(), look.style);
+    }
+    return refusal;
 }
 
 ViewTransform viewOf(const Scene& scene, const PictureLook& look, int longestSide) {

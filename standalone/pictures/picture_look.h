@@ -27,6 +27,7 @@ struct PictureLook {
     int height = 0; ///< pixels; 0 for one that suits composition and width
 };
 
+/// Colours and widths are those of the user's preferences. Not to be called while a host lives.
 /// @param look  receives it
 /// @return nothing if it is clear; else what is not
 [[nodiscard]] std::optional<Refusal> chooseLook(const PictureOptions& options, PictureLook& look);

@@ -28,11 +28,13 @@ std::string readAll(const fs::path& path) {
 }
 
 /// Runs the program from a shell.
+/// @param folder  in which it runs; its preferences are in the file beside it
 /// @param after  what the shell does after starting it in the background; empty: it waits for it
 ProgramRun runInShell(const std::string& folder, const std::vector<std::string>& arguments, const std::string& after) {
     const fs::path streams = folder + ".streams";
     fs::create_directories(streams);
-    std::string command = "cd " + quoted(folder) + " && { " + quoted(JOSTLE_PROGRAM);
+    std::string command = "cd " + quoted(folder) + " && { JOSTLE_PREFERENCES=" + quoted(folder + ".preferences") + " " +
+                          quoted(JOSTLE_PROGRAM);
     for (const std::string& argument : arguments) {
         command += " " + quoted(argument);
     }
@@ -48,6 +50,12 @@ ProgramRun runInShell(const std::string& folder, const std::vector<std::string>&
 }
 
 } // namespace
+
+TestFolder::~TestFolder() {
+    std::error_code ignored;
+    fs::remove(preferences(), ignored);
+    fs::remove(preferences() + ".lock", ignored);
+}
 
 ProgramRun TestFolder::run(const std::vector<std::string>& arguments) const {
     return runInShell(path(), arguments, {});

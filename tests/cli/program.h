@@ -20,6 +20,12 @@ public:
     TestFolder() = default;
     /// One that holds a file "in.json".
     explicit TestFolder(const std::string& input) { put("in.json", input); }
+    ~TestFolder();
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+
+    /// The file of preferences for runs of the program, beside the folder.
+    [[nodiscard]] std::string preferences() const { return path() + ".preferences"; }
 
     /// Runs the program with arguments, in this folder, without a terminal.
     [[nodiscard]] ProgramRun run(const std::vector<std::string>& arguments) const;

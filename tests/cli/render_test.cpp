@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "tests/cli/program.h"
 
 namespace jostle::test {
@@ -36,6 +39,30 @@ TEST(Render, SizeAndLookAreAsAskedFor) {
     EXPECT_EQ(image.pixel(32, 16), qRgb(0x10, 0x20, 0x30));
     folder.succeed({"render", "in.json", "-o", "b.png", "--set", "box.type=Static"});
     EXPECT_EQ(png(folder.contents("b.png")).size(), QSize(960, 960));
+}
+
+TEST(Render, TheUsersPreferencesColourIt) {
+    const TestFolder folder(document(solid("box", 1)));
+    const auto hasCyan = [&](const std::vector<std::string>& more) {
+        std::vector<std::string> arguments{"render", "in.json", "-o", "a.png", "--set", "box.type=Static"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        folder.succeed(arguments);
+        const QImage image = png(folder.contents("a.png"));
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, image.height() / 2) == qRgb(0, 255, 255)) {
+                return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_FALSE(hasCyan({}));
+    EXPECT_FALSE(std::filesystem::exists(folder.preferences())) << "looking at them leaves no file";
+    std::ofstream(folder.preferences()) << "# Settings of Jostle, version 1\n\n[QF Jostle 2]\n"
+                                           "Static Body Highlight Red = whole 0\n"
+                                           "Static Body Highlight Green = whole 255\n"
+                                           "Static Body Highlight Blue = whole 255\n";
+    EXPECT_TRUE(hasCyan({}));
+    EXPECT_FALSE(hasCyan({"--hide", "shapes"}));
 }
 
 TEST(Render, FilmsAreTheSameTwiceAndAsSolveShowsThem) {

@@ -1,6 +1,7 @@
 #include "preview/scene_drawing.h"
 
 #include "preview/overlays.h"
+#include "preview/preferred_style.h"
 #include "simulation/simulation_clock.h"
 #include "tests/preview/gallery.h"
 
@@ -264,6 +265,19 @@ TEST(DrawStyle, whatIsReadStandsOutFromAnyBackground) {
     EXPECT_GT(luminance(readableOn({0, 0, 0, 255}, dark)), 0.08f);
     EXPECT_EQ(inkOn(dark), (Rgba{255, 255, 255, 255}));
     EXPECT_EQ(inkOn(light), (Rgba{0, 0, 0, 255}));
+}
+
+TEST(DrawStyle, defaultsOfThePreferencesAreItsOwn) {
+    DrawStyle style;
+    style.jointStrokeWidth = 3;
+    style.joints.fill({});
+    applyPreferences(UserPreferences(), style);
+    EXPECT_EQ(style.joints, DrawStyle().joints);
+    EXPECT_EQ(style.selectionHighlight, DrawStyle().selectionHighlight);
+    EXPECT_EQ(style.selectionStrokeWidth, DrawStyle().selectionStrokeWidth);
+    EXPECT_EQ(style.staticHighlight, DrawStyle().staticHighlight);
+    EXPECT_EQ(style.selectedJoint, DrawStyle().selectedJoint);
+    EXPECT_EQ(style.jointStrokeWidth, DrawStyle().jointStrokeWidth);
 }
 
 // From (-1, -0.5) m to (2, 1) m: pixels (400, 250) to (700, 400).

@@ -2,6 +2,7 @@
 
 #include "standalone/commands/plugin_session.h"
 #include "standalone/lottie/reader.h"
+#include "tests/support/own_path.h"
 #include "workbench/jostle_dlg.h"
 
 #include <QAbstractButton>
@@ -10,6 +11,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 namespace jostle::standalone {
@@ -29,6 +32,7 @@ public:
         timer_.start(0);
     }
     QString title;
+    DrawStyle style;
     int frames = 0;
 
 private:
@@ -42,6 +46,7 @@ private:
             play->click();
         }
         title = window->windowTitle();
+        style = window->preview().style();
         frames = window->findChild<QLabel*>("frameSt")->text().toInt();
         if (frames > 1) {
             timer_.stop();
@@ -54,7 +59,10 @@ private:
 TEST(Launch, theWindowRunsOnTheHostsCompositionAndGivesEverythingBack) {
     ReadResult read = readLottie(documentText, "yard.json");
     ASSERT_TRUE(read) << read.error;
-    DocumentHost host(std::move(read.composition), "garden.json", "garden.json");
+    const std::filesystem::path preferences = test::ownPath();
+    std::ofstream(preferences) << "# Settings of Jostle, version 1\n\n[QF Jostle 2]\n"
+                                  "Selected Joint Green = whole 128\nJoint Stroke Width = number 2.5\n";
+    DocumentHost host(std::move(read.composition), "garden.json", "garden.json", preferences);
     LaunchOutcome outcome = LaunchOutcome::NotRead;
     const Visitor visitor;
     EXPECT_TRUE(runPlugin(host, [&](const HostContext& context) {
@@ -63,6 +71,9 @@ TEST(Launch, theWindowRunsOnTheHostsCompositionAndGivesEverythingBack) {
     EXPECT_EQ(outcome, LaunchOutcome::Closed);
     EXPECT_EQ(visitor.title, "Jostle - garden - yard");
     EXPECT_GT(visitor.frames, 1);
+    EXPECT_EQ(visitor.style.selectedJoint, (jostle::Rgba{255, 128, 0, 255}));
+    EXPECT_EQ(visitor.style.jointStrokeWidth, 2.5f);
+    std::filesystem::remove(preferences);
     EXPECT_TRUE(host.balance().allReturned()) << host.balance().text();
     EXPECT_TRUE(host.misuses().empty());
 }
