@@ -1,7 +1,5 @@
 #include "editing/frame_samples.h"
 
-#include <box2d/b2_body.h>
-
 namespace jostle {
 
 void FrameSamples::add(int frame, const Scene& scene) {
@@ -12,7 +10,7 @@ void FrameSamples::add(int frame, const Scene& scene) {
     std::vector<BodySample>& samples = frames_.emplace_back();
     samples.reserve(scene.bodies.size());
     for (const BodyRecord& record : scene.bodies) {
-        samples.push_back({record.body->GetPosition(), record.body->GetAngle(), record.isDormant});
+        samples.push_back(sampleOf(record));
     }
 }
 

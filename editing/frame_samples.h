@@ -1,21 +1,13 @@
 #pragma once
 
+#include "simulation/body_sample.h"
 #include "simulation/scene.h"
-
-#include <box2d/b2_math.h>
 
 #include <cstddef>
 #include <span>
 #include <vector>
 
 namespace jostle {
-
-/// Where a body stood on a frame, and whether it was still waiting to be woken.
-struct BodySample {
-    b2Vec2 position{0.0f, 0.0f}; ///< metres
-    float angle = 0.0f;          ///< radians
-    bool isDormant = false;
-};
 
 /// How all bodies stood on each frame from 0 on, as far as it has been simulated.
 ///

@@ -25,11 +25,8 @@ std::int32_t pickBody(const Scene& scene, b2Vec2 point, std::span<const BodySamp
         if (!record.userData->selectable || record.body == nullptr) {
             continue;
         }
-        b2Transform place = record.body->GetTransform();
-        if (!samples.empty()) {
-            const BodySample& sample = samples[static_cast<std::size_t>(i)];
-            place.Set(sample.position, sample.angle);
-        }
+        const b2Transform place =
+            samples.empty() ? record.body->GetTransform() : samples[static_cast<std::size_t>(i)].place();
         if (covers(*record.body, place, point)) {
             return i;
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editing/frame_samples.h"
+#include "simulation/body_sample.h"
 #include "simulation/scene.h"
 
 #include <box2d/b2_math.h>

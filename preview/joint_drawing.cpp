@@ -3,7 +3,6 @@
 #include "preview/strokes.h"
 
 #include <box2d/b2_body.h>
-#include <box2d/b2_mouse_joint.h>
 #include <box2d/b2_prismatic_joint.h>
 #include <box2d/b2_revolute_joint.h>
 
@@ -220,21 +219,19 @@ void drawJoints(const SceneFrame& frame, const DrawStyle& style, float unit, Dra
 }
 
 void drawAEmaticLinks(const SceneFrame& frame, const DrawStyle& style, float unit, DrawList& list) {
-    if (!frame.poses.empty()) {
-        return;
-    }
     const Rgba casing = withAlpha(style.background, 0.75f);
     const Stroke link{readableOn({230, 230, 230, 255}, style.background), 1.1f, 0.0f, casing};
     const Stroke held{readableOn({242, 217, 0, 255}, style.background), 1.1f, 0.0f, casing};
     const Stroke pulling{readableOn({181, 56, 56, 255}, style.background), 1.6f, 0.0f, casing};
     Strokes strokes(list, unit);
-    for (const BodyRecord& record : frame.scene.bodies) {
-        if (!record.body || !record.aematicJoint || record.type != BodyType::AEmatic) {
+    for (std::size_t i = 0; i < frame.scene.bodies.size(); ++i) {
+        const BodyRecord& record = frame.scene.bodies[i];
+        if (!record.body || !record.aematicJoint) {
             continue;
         }
-        const auto& spring = static_cast<const b2MouseJoint&>(*record.aematicJoint);
-        const b2Vec2 anchor = frame.scene.worldToPixels(spring.GetAnchorB());
-        const b2Vec2 target = frame.scene.worldToPixels(spring.GetTarget());
+        const b2Vec2 local = record.body->GetLocalPoint(record.aematicJoint->GetAnchorB());
+        const b2Vec2 anchor = frame.scene.worldToPixels(b2Mul(placeOf(frame, i), local));
+        const b2Vec2 target = frame.scene.worldToPixels(sampleOf(frame, i).pull);
         strokes.line(anchor, target, link);
         strokes.dot(anchor, 5.0f, held);
         strokes.dot(target, 5.0f, pulling);

@@ -13,8 +13,7 @@ namespace jostle {
 /// @param unit  composition pixels in one picture pixel
 void drawJoints(const SceneFrame& frame, const DrawStyle& style, float unit, DrawList& list);
 
-/// Adds the link from each `AEmatic` body's anchor, as a dot, to the point that pulls it, as a ring. Only for bodies as
-/// they stand in the world, where the pulling point is known.
+/// Adds the link from each `AEmatic` body's anchor, as a dot, to the point that pulls it, as a ring.
 void drawAEmaticLinks(const SceneFrame& frame, const DrawStyle& style, float unit, DrawList& list);
 
 } // namespace jostle

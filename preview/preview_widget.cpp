@@ -3,7 +3,6 @@
 #include "editing/picking.h"
 #include "preview/overlays.h"
 #include "preview/surfaces.h"
-#include "simulation/body_behaviours.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -74,23 +73,12 @@ void PreviewWidget::setTrails(bool shown) {
 }
 
 const Drawing& PreviewWidget::drawing() {
-    findPoses();
-    sceneDrawing_.draw({simulation_.scene(), poses_, simulation_.frame()}, options_, style_, view_, drawing_);
+    sceneDrawing_.draw({simulation_.scene(), simulation_.shownSamples(), simulation_.frame()}, options_, style_, view_,
+                       drawing_);
     if (showsTrails_) {
         drawTrails();
     }
     return drawing_;
-}
-
-void PreviewWidget::findPoses() {
-    const Scene& scene = simulation_.scene();
-    const std::span<const BodySample> samples = simulation_.shownSamples();
-    const TickTimes times = tickTimes(scene, simulation_.frame());
-    poses_.clear();
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const BodySample& sample = samples[i];
-        poses_.push_back({sample.position, sample.angle, isOutOfTime(scene.bodies[i], times), sample.isDormant});
-    }
 }
 
 void PreviewWidget::drawTrails() {

@@ -60,7 +60,6 @@ protected:
 private:
     void repaintPicture();
     void fitSurface();
-    void findPoses();
     void drawTrails();
     void selectAt(QPointF position, bool adds);
 
@@ -74,7 +73,6 @@ private:
     bool showsTrails_ = false;
     SceneDrawing sceneDrawing_;
     Drawing drawing_;
-    std::vector<BodyPose> poses_;
     std::vector<b2Vec2> trail_; ///< composition pixels, of one body
     QPointF pressedAt_;
     QPointF lastAt_;

@@ -43,8 +43,7 @@ void SceneDrawing::drawBodies(const SceneFrame& frame, const ViewOptions& option
         }
         const b2Transform place = placeOf(frame, i);
         const PlacedBody& placed = shapes_.place(frame.scene, i, place);
-        const bool isDormant = i < frame.poses.size() ? frame.poses[i].dormant : record.isDormant;
-        const BodyState state = bodyState(record, isOutOfTime(frame, i), isDormant);
+        const BodyState state = bodyState(record, isOutOfTime(frame, i), sampleOf(frame, i).isDormant);
         const b2Vec2 center = frame.scene.worldToPixels(b2Mul(place, record.body->GetLocalCenter()));
         if (!placed.isEmpty() && options.shapes) {
             drawBody(record, state, placed, options, style, unit, drawing.shapes);

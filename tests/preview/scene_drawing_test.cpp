@@ -30,12 +30,12 @@ struct Stage {
         scene.compHeight = 600;
         options.compBounds = false;
     }
-    const Drawing& draw(int frame = -1, std::span<const BodyPose> poses = {}) {
+    const Drawing& draw(int frame = -1, std::span<const BodySample> samples = {}) {
         if (!isBuilt) {
             clock.restart();
             isBuilt = true;
         }
-        sceneDrawing.draw({scene, poses, frame}, options, style, plainView(), drawing);
+        sceneDrawing.draw({scene, samples, frame}, options, style, plainView(), drawing);
         return drawing;
     }
 
@@ -190,14 +190,16 @@ TEST(SceneDrawing, anOutlineFollowsTheShapeAfterARebuild) {
     EXPECT_TRUE(hasLine(stage.drawing.shapes, {500, 300}, {400, 200}));
 }
 
-TEST(SceneDrawing, posesStandInForTheWorld) {
+TEST(SceneDrawing, samplesStandInForTheWorld) {
     Stage stage;
-    addBox(stage.scene, {0, 0}, 2, 1);
-    // A quarter turn at (1, 1) m: 100 pixels wide and 200 high about (600, 400).
-    const BodyPose pose{{1, 1}, b2_pi / 2, true, false};
-    const DrawList& shapes = stage.draw(-1, {&pose, 1}).shapes;
-    EXPECT_TRUE(hasLine(shapes, {550, 300}, {650, 300}));
-    EXPECT_EQ(shapes.triangles[0].color.alpha, 38);
+    addBox(stage.scene, {0, 0}, 2, 1, BodyType::AEmatic).aematicAnchor = {0.5f, 0};
+    // A quarter turn at (1, 1) m: 100 pixels wide and 200 high about (600, 400), its anchor 50 below, which is pulled
+    // to (800, 200).
+    const BodySample sample{{1, 1}, b2_pi / 2, false, {3, -1}};
+    const Drawing& drawing = stage.draw(-1, {&sample, 1});
+    EXPECT_TRUE(hasLine(drawing.shapes, {550, 300}, {650, 300}));
+    EXPECT_TRUE(hasLine(drawing.overlays, {600, 450}, {800, 200}));
+    EXPECT_TRUE(hasLine(stage.draw().shapes, {400, 250}, {600, 250}));
 }
 
 TEST(SceneDrawing, aMagnetReachesAsFarAsItSays) {
