@@ -172,11 +172,7 @@ void addSolve(CLI::App& app, SolveRequest& request) {
     command->add_flag("-q,--quiet", request.options.quiet, "Says nothing unless something is wrong")->group("Output");
     command->add_flag("--json", request.options.json, "Prints summary and progress as JSON")->group("Output");
     command->footer(solveExamples);
-    command->callback([&options = request.options] {
-        options.progress = options.quiet  ? ProgressFor::Nobody
-                           : options.json ? ProgressFor::Machines
-                                          : ProgressFor::People;
-    });
+    command->callback([&options = request.options] { options.progress = progressFor(options.quiet, options.json); });
 }
 
 void addInspect(CLI::App& app, InspectOptions& options) {

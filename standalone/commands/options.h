@@ -20,6 +20,10 @@ constexpr int greatestFrame = 100000;
 /// Who is told how far long work has got.
 enum class ProgressFor { Nobody, People, Machines };
 
+[[nodiscard]] constexpr ProgressFor progressFor(bool quiet, bool json) {
+    return quiet ? ProgressFor::Nobody : json ? ProgressFor::Machines : ProgressFor::People;
+}
+
 struct SolveOptions {
     std::string input;
     std::string animation;             ///< identifier in an archive; empty for the first

@@ -3,34 +3,19 @@
 #include <cstdint>
 #include <cstdio>
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
+#include "standalone/commands/json_line.h"
 
 namespace jostle::standalone {
 
 namespace {
 
 void printJson(const SolveSummary& summary) {
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    writer.StartObject();
-    writer.Key("input");
-    writer.String(summary.input.c_str());
-    writer.Key("output");
-    writer.String(summary.output.c_str());
-    const std::pair<const char*, std::uint64_t> numbers[] = {
-        {"bodies", static_cast<std::uint64_t>(summary.bodies)},
-        {"passedOver", static_cast<std::uint64_t>(summary.passedOver)},
-        {"startFrame", static_cast<std::uint64_t>(summary.range.first)},
-        {"endFrame", static_cast<std::uint64_t>(summary.range.last)},
-        {"keyframes", summary.keyframes},
-    };
-    for (const auto& [name, number] : numbers) {
-        writer.Key(name);
-        writer.Uint64(number);
-    }
-    writer.EndObject();
-    std::printf("%s\n", buffer.GetString());
+    printJsonLine({{"input", summary.input}, {"output", summary.output}},
+                  {{"bodies", static_cast<std::uint64_t>(summary.bodies)},
+                   {"passedOver", static_cast<std::uint64_t>(summary.passedOver)},
+                   {"startFrame", static_cast<std::uint64_t>(summary.range.first)},
+                   {"endFrame", static_cast<std::uint64_t>(summary.range.last)},
+                   {"keyframes", summary.keyframes}});
 }
 
 void printSentence(const SolveSummary& summary) {

@@ -75,6 +75,8 @@ inline CLI::App& addRender(CLI::App& app, RenderOptions& options, const char* an
         ->check(CLI::Range(1, greatestFrame));
     addPictureOptions(*command, options.picture);
     command->add_flag("-q,--quiet", options.quiet, "Says nothing unless something is wrong");
+    command->add_flag("--json", options.json, "Prints summary and progress as JSON");
+    command->callback([&options] { options.progress = progressFor(options.quiet, options.json); });
     return *command;
 }
 

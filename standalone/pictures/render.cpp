@@ -8,8 +8,11 @@
 #include "host/layer_import.h"
 #include "persistence/target_file.h"
 #include "simulation/simulation_clock.h"
+#include "standalone/commands/interruption.h"
+#include "standalone/commands/json_line.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/plugin_session.h"
+#include "standalone/commands/progress.h"
 #include "standalone/commands/separate.h"
 #include "standalone/commands/settings_input.h"
 #include "standalone/pictures/film.h"
@@ -21,7 +24,7 @@ namespace {
 /// One run of the command, from its options to its file.
 class RenderRun {
 public:
-    explicit RenderRun(const RenderOptions& options) : options_(options) {}
+    explicit RenderRun(const RenderOptions& options) : options_(options), progress_(options.progress) {}
     int run();
 
 private:
@@ -29,8 +32,11 @@ private:
     std::optional<Refusal> chooseFrames(const Composition& composition);
     bool readScene(const HostContext& context);
     bool applySettings(const HostContext& context, const ImportReport& report);
-    void simulate(const HostContext& context);
+    bool simulate(const HostContext& context);
+    bool playTo(SimulationClock& clock);
+    bool film(SimulationClock& clock);
     bool save();
+    void printSummary() const;
 
     int refuse(const Refusal& refusal) {
         complain(refusal.about, refusal.message);
@@ -38,18 +44,20 @@ private:
     }
     // Always false, as is what cannot go on.
     bool fail(const std::string& about, const std::string& message) {
+        progress_.abandon();
         complain(about, message);
         status_ = exitFailed;
         return false;
     }
 
     const RenderOptions& options_;
+    Progress progress_;
     PictureKind kind_ = PictureKind::Still;
     PictureLook look_;
     FrameRange range_;
     Scene scene_;
     std::string contents_;
-    std::string summary_;
+    int pictures_ = 1;
     int status_ = exitDone;
 };
 
@@ -111,26 +119,51 @@ bool RenderRun::readScene(const HostContext& context) {
     return applySettings(context, report);
 }
 
-void RenderRun::simulate(const HostContext& context) {
+bool RenderRun::simulate(const HostContext& context) {
     HostLayerMotion motion(context);
     FreePacer pacer;
     SimulationClock clock(scene_, motion, pacer);
-    Film film(look_, options_.every);
     clock.playFromStart();
+    if (!playTo(clock)) {
+        return false;
+    }
+    if (kind_ == PictureKind::Moving) {
+        return film(clock);
+    }
+    contents_ = stillPicture(scene_, clock.frame(), look_);
+    return true;
+}
+
+bool RenderRun::playTo(SimulationClock& clock) {
+    if (range_.first == 0) {
+        return true;
+    }
+    progress_.begin("Simulating", range_.first, "frames");
     while (clock.frame() < range_.first) {
+        if (interrupted()) {
+            return fail(options_.input, "interrupted while simulating; nothing was written");
+        }
         clock.tick();
+        progress_.update(clock.frame());
     }
-    if (kind_ == PictureKind::Still) {
-        contents_ = stillPicture(scene_, clock.frame(), look_);
-        summary_ = "frame " + std::to_string(range_.first);
-        return;
-    }
+    progress_.end();
+    return true;
+}
+
+bool RenderRun::film(SimulationClock& clock) {
+    Film film(look_, options_.every);
+    progress_.begin("Rendering", range_.last - range_.first + 1, "frames");
     for (; clock.frame() <= range_.last && clock.isRunning(); clock.tick()) {
+        if (interrupted()) {
+            return fail(options_.input, "interrupted while rendering; nothing was written");
+        }
         film.add(scene_, clock.frame());
+        progress_.update(clock.frame() - range_.first + 1);
     }
     contents_ = film.finish();
-    summary_ = "frames " + std::to_string(range_.first) + " to " + std::to_string(range_.last) + " in " +
-               std::to_string(film.pictures()) + " pictures";
+    pictures_ = film.pictures();
+    progress_.end();
+    return true;
 }
 
 bool RenderRun::save() {
@@ -144,11 +177,25 @@ bool RenderRun::save() {
     if (const std::optional<std::string> error = target.commit(contents_)) {
         return fail(options_.output, *error);
     }
-    if (!options_.quiet) {
-        std::printf("%s: %s, %d %s\n", options_.output.c_str(), summary_.c_str(), scene_.bodyCount(),
+    return true;
+}
+
+void RenderRun::printSummary() const {
+    if (options_.json) {
+        printJsonLine({{"input", options_.input}, {"output", options_.output}},
+                      {{"bodies", static_cast<std::uint64_t>(scene_.bodyCount())},
+                       {"startFrame", static_cast<std::uint64_t>(range_.first)},
+                       {"endFrame", static_cast<std::uint64_t>(range_.last)},
+                       {"pictures", static_cast<std::uint64_t>(pictures_)}});
+    } else if (!options_.quiet) {
+        const std::string first = std::to_string(range_.first);
+        const std::string what = kind_ == PictureKind::Still
+                                     ? "frame " + first
+                                     : "frames " + first + " to " + std::to_string(range_.last) + " in " +
+                                           std::to_string(pictures_) + " pictures";
+        std::printf("%s: %s, %d %s\n", options_.output.c_str(), what.c_str(), scene_.bodyCount(),
                     scene_.bodyCount() == 1 ? "body" : "bodies");
     }
-    return true;
 }
 
 int RenderRun::run() {
@@ -167,15 +214,23 @@ int RenderRun::run() {
     if (const std::optional<Refusal> refusal = chooseFrames(*document->composition)) {
         return refuse(*refusal);
     }
+    if (!options_.quiet) {
+        for (const std::string& note : document->notes) {
+            complain(options_.input, note);
+        }
+    }
+    // Up to here nothing needs an orderly end.
+    heedInterruptions();
     const std::filesystem::path path(options_.input);
     DocumentHost host(std::move(document->composition), path.stem().string(), path.string());
     const HostContext context{host.basic(), host.pluginId()};
-    if (readScene(context)) {
-        simulate(context);
+    if (readScene(context) && simulate(context)) {
         if (!options_.quiet) {
             printReports(host, options_.input);
         }
-        (void)save();
+        if (save()) {
+            printSummary();
+        }
     }
     return status_;
 }

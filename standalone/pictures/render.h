@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/commands/options.h"
 #include "standalone/pictures/picture_look.h"
 
 namespace jostle::standalone {
@@ -20,6 +21,8 @@ struct RenderOptions {
     int every = 0;                 ///< frames from one picture to the next; 0: as few as a GIF can show
     bool separate = false;         ///< layers of several masks or groups are split first
     bool quiet = false;
+    bool json = false;
+    ProgressFor progress = ProgressFor::People;
     PictureOptions picture;
 };
 

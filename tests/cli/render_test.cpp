@@ -78,6 +78,18 @@ TEST(Render, FilmsAreTheSameTwiceAndAsSolveShowsThem) {
     expectHas(folder.succeed({"render", "in.json", "-o", "c.gif", "--every", "3"}).out, "frames 0 to 9 in 4 pictures");
 }
 
+TEST(Render, TellsMachinesHowFarItHasGot) {
+    const TestFolder folder(document(solid("box", 1)));
+    const ProgramRun run = folder.succeed({"render", "in.json", "-o", "a.gif", "--start", "3", "--json"});
+    EXPECT_EQ(run.out, R"({"input":"in.json","output":"a.gif","bodies":1,"startFrame":3,"endFrame":9,"pictures":7})"
+                       "\n");
+    for (const char* part :
+         {R"("phase":"Simulating","done":0,"total":3,)", R"("phase":"Simulating","done":3,"total":3,)",
+          R"("phase":"Rendering","done":0,"total":7,)", R"("phase":"Rendering","done":7,"total":7,)"}) {
+        expectHas(run.err, part);
+    }
+}
+
 TEST(Render, RefusesInOneLineWhatItCannotDo) {
     struct Case {
         const char* name;
