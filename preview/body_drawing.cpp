@@ -55,10 +55,7 @@ void drawFill(const PlacedBody& placed, Rgba color, DrawList& list) {
         first = end;
     }
     for (const PlacedCircle& circle : placed.circles) {
-        const auto corner = [&circle](std::size_t i) { return circle.center + circle.radius * unitCircle().at(i); };
-        for (std::size_t i = 2; i < unitCircle().size(); ++i) {
-            list.triangle(corner(0), corner(i - 1), corner(i), color);
-        }
+        list.disc(circle.center, circle.radius, color);
     }
 }
 
@@ -77,10 +74,14 @@ void drawSolidOutline(const PlacedBody& placed, const Stroke& stroke, DrawList& 
     for (const OutlineEdge& edge : placed.outline) {
         list.line(placed.corners[edge.from], placed.corners[edge.to], stroke.color, stroke.width);
     }
+    for (const PlacedCircle& circle : placed.circles) {
+        list.ring(circle.center, circle.radius, stroke.color, std::max(stroke.width, circleWidth));
+    }
 }
 
 /// Dashes run on as long as each edge goes on where the last one ended.
-void drawDashedOutline(const PlacedBody& placed, const Stroke& stroke, Strokes& strokes) {
+void drawDashedOutline(const PlacedBody& placed, const Stroke& stroke, float unit, DrawList& list) {
+    Strokes strokes(list, unit);
     float run = 0.0f;
     b2Vec2 last(0.0f, 0.0f);
     for (const OutlineEdge& edge : placed.outline) {
@@ -89,23 +90,18 @@ void drawDashedOutline(const PlacedBody& placed, const Stroke& stroke, Strokes& 
         last = placed.corners[edge.to];
         strokes.run(from, last, stroke, run);
     }
+    for (const PlacedCircle& circle : placed.circles) {
+        Stroke around = stroke;
+        around.width = std::max(stroke.width, circleWidth);
+        strokes.circle(circle.center, circle.radius, around);
+    }
 }
 
 void drawOutline(const PlacedBody& placed, const Stroke& stroke, float unit, DrawList& list) {
-    Strokes strokes(list, unit);
     if (stroke.dash > 0.0f) {
-        drawDashedOutline(placed, stroke, strokes);
+        drawDashedOutline(placed, stroke, unit, list);
     } else {
         drawSolidOutline(placed, stroke, list);
-    }
-    for (const PlacedCircle& circle : placed.circles) {
-        std::array<b2Vec2, circleSegments> corners{};
-        std::transform(unitCircle().begin(), unitCircle().end(), corners.begin(),
-                       [&circle](b2Vec2 corner) { return circle.center + circle.radius * corner; });
-        Stroke around = stroke;
-        around.width = std::max(stroke.width, circleWidth);
-        around.casing = Stroke::none;
-        strokes.path(corners, around, true);
     }
 }
 

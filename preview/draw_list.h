@@ -30,6 +30,22 @@ struct Vertex {
     Rgba color;
 };
 
+/// A filled circle, in its place among the triangles.
+struct Disc {
+    b2Vec2 center{0.0f, 0.0f};
+    float radius = 0.0f; ///< in units of the list
+    Rgba color;
+    std::uint32_t cornersBefore = 0; ///< of triangles that are painted before it
+};
+
+/// The line of a circle.
+struct Ring {
+    b2Vec2 center{0.0f, 0.0f};
+    float radius = 0.0f; ///< in units of the list
+    Rgba color;
+    float width = 1.0f; ///< pixels of the picture, whatever the zoom
+};
+
 /// A straight stroke with butt ends.
 struct Line {
     b2Vec2 from{0.0f, 0.0f};
@@ -38,23 +54,26 @@ struct Line {
     float width = 1.0f; ///< pixels of the picture, whatever the zoom
 };
 
-/// A disc.
+/// A dot.
 struct Point {
     b2Vec2 at{0.0f, 0.0f};
     Rgba color;
     float size = 5.0f; ///< diameter in pixels of the picture, whatever the zoom
 };
 
-/// What a painter draws: first all triangles, then all lines, then all points, each in their order and blended by
-/// their alpha. x to the right, y down. The arrays go to the graphics card as they are, and keep their memory from
-/// frame to frame.
+/// What a painter draws: first all triangles with the discs among them, then all rings, all lines, and all points, each
+/// in their order and blended by their alpha. x to the right, y down. The arrays keep their memory from frame to frame.
 struct DrawList {
     std::vector<Vertex> triangles; ///< three for each triangle, in either direction of turning
+    std::vector<Disc> discs;
+    std::vector<Ring> rings;
     std::vector<Line> lines;
     std::vector<Point> points;
 
     void clear() {
         triangles.clear();
+        discs.clear();
+        rings.clear();
         lines.clear();
         points.clear();
     }
@@ -64,6 +83,10 @@ struct DrawList {
         triangles.push_back({b, color});
         triangles.push_back({c, color});
     }
+    void disc(b2Vec2 center, float radius, Rgba color) {
+        discs.push_back({center, radius, color, static_cast<std::uint32_t>(triangles.size())});
+    }
+    void ring(b2Vec2 center, float radius, Rgba color, float width) { rings.push_back({center, radius, color, width}); }
     void line(b2Vec2 from, b2Vec2 to, Rgba color, float width) { lines.push_back({from, to, color, width}); }
     void point(b2Vec2 at, Rgba color, float size) { points.push_back({at, color, size}); }
 };

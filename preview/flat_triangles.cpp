@@ -1,5 +1,7 @@
 #include "preview/flat_triangles.h"
 
+#include "preview/strokes.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -47,38 +49,86 @@ FlatVertex* addLine(const Line& line, const Placement& place, FlatVertex* out) {
                    out);
 }
 
-FlatVertex* addPoint(const Point& point, const Placement& place, FlatVertex* out) {
-    const b2Vec2 center = place(point.at);
-    const float radius = 0.5f * std::max(point.size, 1.0f);
+FlatVertex* addDisc(b2Vec2 center, float width, Rgba color, FlatVertex* out) {
+    const float radius = 0.5f * std::max(width, 1.0f);
     const float reach = radius + rim;
-    const Rgba color = faded(point.color, point.size);
-    const auto corner = [&](float x, float y) { return FlatVertex{center + b2Vec2(x, y), color, {x, y}, radius}; };
+    const Rgba seen = faded(color, width);
+    const auto corner = [&](float x, float y) { return FlatVertex{center + b2Vec2(x, y), seen, {x, y}, radius}; };
     return addQuad({corner(-reach, -reach), corner(-reach, reach), corner(reach, -reach), corner(reach, reach)}, out);
 }
 
+/// Whether a ring is so small that its inside is painted along rather than cut out.
+bool isSmall(float radius) {
+    return radius < 24.0f;
+}
+
+FlatVertex* addRing(const Ring& ring, const Placement& place, FlatVertex* out) {
+    const b2Vec2 center = place(ring.center);
+    const float circle = place.scale * ring.radius;
+    const float radius = 0.5f * std::max(ring.width, 1.0f);
+    const Rgba color = faded(ring.color, ring.width);
+    const auto corner = [&](b2Vec2 offset) { return FlatVertex{center + offset, color, offset, radius, circle}; };
+    const float outer = circle + radius + rim;
+    if (isSmall(circle)) {
+        return addQuad(
+            {corner({-outer, -outer}), corner({-outer, outer}), corner({outer, -outer}), corner({outer, outer})}, out);
+    }
+    // From a polygon around the ring to one within it.
+    const float around = outer / std::cos(b2_pi / float{circleSegments});
+    const float within = circle - radius - rim;
+    for (std::size_t i = 0; i < circleSegments; ++i) {
+        const b2Vec2 from = unitCircle().at(i);
+        const b2Vec2 to = unitCircle().at((i + 1) % circleSegments);
+        out = addQuad({corner(around * from), corner(within * from), corner(around * to), corner(within * to)}, out);
+    }
+    return out;
+}
+
+/// The triangles, each disc once those before it are there.
+FlatVertex* addSurfaces(const DrawList& list, const Placement& place, FlatVertex* out) {
+    std::size_t next = 0;
+    const auto addTriangles = [&](std::size_t end) {
+        for (; next < end; ++next) {
+            *out++ = {place(list.triangles[next].at), list.triangles[next].color};
+        }
+    };
+    for (const Disc& disc : list.discs) {
+        addTriangles(disc.cornersBefore);
+        out = addDisc(place(disc.center), 2.0f * place.scale * disc.radius, disc.color, out);
+    }
+    addTriangles(list.triangles.size());
+    return out;
+}
+
 FlatVertex* addList(const DrawList& list, const Placement& place, FlatVertex* out) {
-    for (const Vertex& vertex : list.triangles) {
-        *out++ = {place(vertex.at), vertex.color};
+    out = addSurfaces(list, place, out);
+    for (const Ring& ring : list.rings) {
+        out = addRing(ring, place, out);
     }
     for (const Line& line : list.lines) {
         out = addLine(line, place, out);
     }
     for (const Point& point : list.points) {
-        out = addPoint(point, place, out);
+        out = addDisc(place(point.at), point.size, point.color, out);
     }
     return out;
 }
 
-std::size_t verticesOf(const DrawList& list) {
-    return list.triangles.size() + quadVertices * (list.lines.size() + list.points.size());
+std::size_t verticesOf(const DrawList& list, const Placement& place) {
+    std::size_t quads = list.discs.size() + list.lines.size() + list.points.size();
+    for (const Ring& ring : list.rings) {
+        quads += isSmall(place.scale * ring.radius) ? 1 : circleSegments;
+    }
+    return list.triangles.size() + quadVertices * quads;
 }
 
 } // namespace
 
 void flattenToTriangles(const Drawing& drawing, const ViewTransform& view, std::vector<FlatVertex>& triangles) {
-    triangles.resize(verticesOf(drawing.shapes) + verticesOf(drawing.overlays) + verticesOf(drawing.view));
     const Placement composition{{static_cast<float>(view.originX()), static_cast<float>(view.originY())},
                                 static_cast<float>(view.scale())};
+    triangles.resize(verticesOf(drawing.shapes, composition) + verticesOf(drawing.overlays, composition) +
+                     verticesOf(drawing.view, {}));
     FlatVertex* out = addList(drawing.shapes, composition, triangles.data());
     out = addList(drawing.overlays, composition, out);
     addList(drawing.view, {}, out);

@@ -15,36 +15,31 @@ constexpr const char* embeddedVersion = "#version 300 es\nprecision highp float;
 constexpr const char* vertexShader = R"(
 layout(location = 0) in vec2 at;
 layout(location = 1) in vec4 color;
-layout(location = 2) in vec2 offset;
-layout(location = 3) in float radius;
+layout(location = 2) in vec4 shape; // offset, radius, circle
 uniform vec4 toClip;
 out vec4 fill;
-out vec2 off;
-out float reach;
+out vec4 off;
 
 void main() {
     fill = color;
-    off = offset;
-    reach = radius + 0.5;
+    off = shape + vec4(0.0, 0.0, 0.5, 0.0);
     gl_Position = vec4(at * toClip.xy + toClip.zw, 0.0, 1.0);
 }
 )";
 
 constexpr const char* fragmentShader = R"(
 in vec4 fill;
-in vec2 off;
-in float reach;
+in vec4 off;
 out vec4 result;
 
 void main() {
-    result = vec4(fill.rgb, fill.a * clamp(reach - length(off), 0.0, 1.0));
+    result = vec4(fill.rgb, fill.a * clamp(off.z - abs(length(off.xy) - off.w), 0.0, 1.0));
 }
 )";
 
 constexpr unsigned atLocation = 0;
 constexpr unsigned colorLocation = 1;
-constexpr unsigned offsetLocation = 2;
-constexpr unsigned radiusLocation = 3;
+constexpr unsigned shapeLocation = 2;
 
 /// Whether the processor does the work of a graphics card.
 bool isSoftware(QOpenGLContext& context) {
@@ -106,8 +101,7 @@ bool GlPainter::initialize() {
     };
     describe(atLocation, 2, GL_FLOAT, offsetof(FlatVertex, at));
     describe(colorLocation, 4, GL_UNSIGNED_BYTE, offsetof(FlatVertex, color));
-    describe(offsetLocation, 2, GL_FLOAT, offsetof(FlatVertex, offset));
-    describe(radiusLocation, 1, GL_FLOAT, offsetof(FlatVertex, radius));
+    describe(shapeLocation, 4, GL_FLOAT, offsetof(FlatVertex, offset));
     buffer_.release();
     return true;
 }

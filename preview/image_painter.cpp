@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 
 namespace jostle {
@@ -66,15 +67,45 @@ public:
         : painter_(painter), toImage_(toImage), box_(box) {}
 
     void paint(const DrawList& list) {
-        paintTriangles(list.triangles);
+        paintSurfaces(list);
+        paintRings(list.rings);
         paintLines(list.lines);
         paintPoints(list.points);
     }
 
 private:
+    void paintSurfaces(const DrawList& list) {
+        const std::span<const Vertex> corners(list.triangles);
+        std::size_t painted = 0;
+        for (const Disc& disc : list.discs) {
+            paintTriangles(corners.subspan(painted, disc.cornersBefore - painted));
+            painted = disc.cornersBefore;
+            paintEllipse(disc.center, toImage_.scale * double{disc.radius}, Qt::NoPen, toQColor(disc.color));
+        }
+        paintTriangles(corners.subspan(painted));
+    }
+
+    void paintRings(const std::vector<Ring>& rings) {
+        for (const Ring& ring : rings) {
+            paintEllipse(ring.center, toImage_.scale * double{ring.radius},
+                         QPen(toQColor(ring.color), double{ring.width}), Qt::NoBrush);
+        }
+    }
+
+    /// @param radius  in pixels of the image
+    void paintEllipse(b2Vec2 center, double radius, const QPen& pen, const QBrush& brush) {
+        const QPointF at = toImage_(center);
+        if (isFinite(at) && std::isfinite(radius) &&
+            box_.intersects({at.x() - radius, at.y() - radius, 2.0 * radius, 2.0 * radius})) {
+            painter_.setPen(pen);
+            painter_.setBrush(brush);
+            painter_.drawEllipse(at, radius, radius);
+        }
+    }
+
     // Triangles of one colour that follow one another become one path, all turning the same way, so that no seams show
     // where they touch.
-    void paintTriangles(const std::vector<Vertex>& corners) {
+    void paintTriangles(std::span<const Vertex> corners) {
         QPainterPath path;
         path.setFillRule(Qt::WindingFill);
         for (std::size_t i = 0; i + 2 < corners.size(); i += 3) {
@@ -140,14 +171,8 @@ private:
     }
 
     void paintPoints(const std::vector<Point>& points) {
-        painter_.setPen(Qt::NoPen);
         for (const Point& point : points) {
-            const QPointF at = toImage_(point.at);
-            if (isFinite(at) && box_.contains(at)) {
-                const double radius = double{point.size} / 2.0;
-                painter_.setBrush(toQColor(point.color));
-                painter_.drawEllipse(at, radius, radius);
-            }
+            paintEllipse(point.at, double{point.size} / 2.0, Qt::NoPen, toQColor(point.color));
         }
     }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <tuple>
 
 namespace jostle {
 namespace {
@@ -70,6 +71,24 @@ TEST(ImagePainter, widthsAndSizesArePixelsOfThePictureAtAnyZoom) {
     EXPECT_EQ(image.pixel(11, 60), black);
 }
 
+TEST(ImagePainter, discsLieAmongTheTrianglesAndRingsOverThem) {
+    ViewTransform view = plainView();
+    view.zoom *= 2; // about the middle, (32, 32)
+    Drawing drawing = onBlack();
+    DrawList& list = drawing.shapes;
+    list.triangle({16, 16}, {48, 16}, {16, 48}, red);
+    list.disc({32, 32}, 10, blue); // 20 pixels
+    list.triangle({32, 32}, {48, 32}, {32, 48}, red);
+    list.ring({32, 32}, 10, {255, 255, 255, 255}, 2.0f);
+    const QImage image = paintedImage(drawing, view);
+    // The ring lies from 19 to 21 pixels about (32, 32).
+    for (const auto& [x, green, blueChannel] : {std::tuple(9, 0, 0), {11, 255, 255}, {12, 255, 255}, {14, 0, 255}}) {
+        EXPECT_NEAR(qGreen(image.pixel(x, 31)), green, 8) << x;
+        EXPECT_NEAR(qBlue(image.pixel(x, 31)), blueChannel, 8) << x;
+    }
+    EXPECT_EQ(image.pixel(36, 36), 0xFFFF0000);
+}
+
 TEST(ImagePainter, overlaysLieOverShapes) {
     Drawing drawing = onBlack();
     drawing.overlays.triangle({0, 0}, {64, 0}, {0, 64}, blue);
@@ -83,6 +102,9 @@ TEST(ImagePainter, whatIsNowhereOrFarAwayDoesNoHarm) {
     drawing.shapes.triangle({nan, 0}, {64, 0}, {0, 64}, red);
     drawing.shapes.line({nan, 0}, {64, 64}, red, 2.0f);
     drawing.shapes.point({0, nan}, red, 9.0f);
+    drawing.shapes.disc({0, 32}, nan, red);
+    drawing.shapes.ring({nan, 32}, 4, red, 2.0f);
+    drawing.shapes.ring({32, 1e9f}, 1e9f - 16, red, 2.0f);
     drawing.shapes.line({-1e9f, 32}, {1e9f, 32}, blue, 2.0f);
     const QImage image = paintedImage(drawing, plainView());
     EXPECT_EQ(image.pixel(5, 5), black);
