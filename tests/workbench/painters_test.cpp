@@ -1,6 +1,7 @@
 #include "tests/workbench/window.h"
 
 #include "preview/gl_painter.h"
+#include "tests/support/picture_difference.h"
 #include "tests/support/scenes.h"
 
 #include <QImage>
@@ -29,19 +30,6 @@ Scene everythingScene() {
         joint.desiredLength = 3;
     }
     return scene;
-}
-
-/// @return the mean difference of all channels, as a part of the whole range
-double difference(const QImage& a, const QImage& b) {
-    double sum = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            sum += std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) + std::abs(qBlue(p) - qBlue(q));
-        }
-    }
-    return sum / (3.0 * 255.0 * a.width() * a.height());
 }
 
 QImage pictureAt(int frame, PreviewWidget::Painter painter) {
