@@ -47,6 +47,7 @@ Look lookOf(const BodyRecord& record, BodyState state, const DrawStyle& style) {
 }
 
 void drawFill(const PlacedBody& placed, Rgba color, DrawList& list) {
+    list.beginSurface();
     std::uint32_t first = 0;
     for (const std::uint32_t end : placed.polygonEnds) {
         for (std::uint32_t i = first + 2; i < end; ++i) {

@@ -65,6 +65,9 @@ struct Point {
 /// in their order and blended by their alpha. x to the right, y down. The arrays keep their memory from frame to frame.
 struct DrawList {
     std::vector<Vertex> triangles; ///< three for each triangle, in either direction of turning
+    /// How many corners there were when a surface began. Triangles of one surface and colour may be painted as one
+    /// area, so that no seam shows between them; those of different ones cover each other.
+    std::vector<std::uint32_t> surfaces;
     std::vector<Disc> discs;
     std::vector<Ring> rings;
     std::vector<Line> lines;
@@ -72,6 +75,7 @@ struct DrawList {
 
     void clear() {
         triangles.clear();
+        surfaces.clear();
         discs.clear();
         rings.clear();
         lines.clear();
@@ -83,6 +87,7 @@ struct DrawList {
         triangles.push_back({b, color});
         triangles.push_back({c, color});
     }
+    void beginSurface() { surfaces.push_back(static_cast<std::uint32_t>(triangles.size())); }
     void disc(b2Vec2 center, float radius, Rgba color) {
         discs.push_back({center, radius, color, static_cast<std::uint32_t>(triangles.size())});
     }

@@ -77,12 +77,20 @@ private:
     void paintSurfaces(const DrawList& list) {
         const std::span<const Vertex> corners(list.triangles);
         std::size_t painted = 0;
+        auto surface = list.surfaces.begin();
+        const auto paintUpTo = [&](std::size_t end) {
+            while (painted < end) {
+                surface = std::upper_bound(surface, list.surfaces.end(), painted);
+                const std::size_t next = surface == list.surfaces.end() ? end : std::min<std::size_t>(*surface, end);
+                paintTriangles(corners.subspan(painted, next - painted));
+                painted = next;
+            }
+        };
         for (const Disc& disc : list.discs) {
-            paintTriangles(corners.subspan(painted, disc.cornersBefore - painted));
-            painted = disc.cornersBefore;
+            paintUpTo(disc.cornersBefore);
             paintEllipse(disc.center, toImage_.scale * double{disc.radius}, Qt::NoPen, toQColor(disc.color));
         }
-        paintTriangles(corners.subspan(painted));
+        paintUpTo(corners.size());
     }
 
     void paintRings(const std::vector<Ring>& rings) {
@@ -103,8 +111,8 @@ private:
         }
     }
 
-    // Triangles of one colour that follow one another become one path, all turning the same way, so that no seams show
-    // where they touch.
+    // Of one surface. Triangles of one colour that follow one another become one path, all turning the same way, so
+    // that no seams show where they touch.
     void paintTriangles(std::span<const Vertex> corners) {
         QPainterPath path;
         path.setFillRule(Qt::WindingFill);

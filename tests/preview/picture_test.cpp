@@ -53,6 +53,15 @@ TEST(ImagePainter, trianglesThatTouchShowNoSeam) {
     EXPECT_NEAR(qRed(image.pixel(20, 40)), 128, 1);
 }
 
+TEST(ImagePainter, surfacesOfOneColourCoverEachOther) {
+    Drawing drawing = onBlack();
+    for (int i = 0; i < 2; ++i) {
+        drawing.shapes.beginSurface();
+        drawing.shapes.triangle({10, 10}, {50, 10}, {50, 50}, withAlpha(red, 0.5f));
+    }
+    EXPECT_NEAR(qRed(paintedImage(drawing, plainView()).pixel(40, 20)), 191, 1); // 255 * (1 - 0.5 * 0.5)
+}
+
 TEST(ImagePainter, widthsAndSizesArePixelsOfThePictureAtAnyZoom) {
     ViewTransform view = plainView();
     view.zoom *= 4; // about the middle, (32, 32)
