@@ -20,6 +20,8 @@ struct DrawStyle {
                                Rgba{84, 84, 255, 255}};
     Rgba selectedJoint{255, 0, 0, 255};
     float jointStrokeWidth = 1.0f; ///< picture pixels
+
+    friend bool operator==(const DrawStyle&, const DrawStyle&) = default;
 };
 
 /// What the view options menu turns on and off.

@@ -3,13 +3,14 @@
 #include "preview/overlays.h"
 #include "preview/preferred_style.h"
 #include "simulation/simulation_clock.h"
-#include "tests/preview/gallery.h"
+#include "tests/support/scenes.h"
 
 #include <box2d/b2_body.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <set>
 #include <tuple>
 
@@ -74,18 +75,28 @@ TEST(SceneDrawing, aBoxIsFilledAndOutlinedWhereItStands) {
 struct StateCase {
     const char* name;
     std::function<void(BodyRecord&)> make;
+    std::uint8_t fillAlpha;
+    std::optional<Rgba> lineColor{}; ///< that some line must have
 };
 
+void beSelectedAndStatic(BodyRecord& body) {
+    body.type = BodyType::Static;
+    body.userData->selected = true;
+}
+
+// 0.8 and 0.15 of 255; the outlines are the preferences' defaults, which stand out from the dark background as they
+// are.
 const StateCase stateCases[] = {
-    {"live", [](BodyRecord&) {}},
-    {"static", [](BodyRecord& body) { body.type = BodyType::Static; }},
-    {"led by its layer", [](BodyRecord& body) { body.type = BodyType::Kinematic; }},
-    {"dormant", [](BodyRecord& body) { body.type = BodyType::Dormant; }},
-    {"dead", [](BodyRecord& body) { body.type = BodyType::Dead; }},
-    {"out of time", [](BodyRecord& body) { body.inPoint = 5; }},
-    {"selected", [](BodyRecord& body) { body.userData->selected = true; }},
-    {"attracting", [](BodyRecord& body) { body.magnetismType = 1; }},
-    {"repelling", [](BodyRecord& body) { body.magnetismType = 2; }},
+    {"live", [](BodyRecord&) {}, 204},
+    {"static", [](BodyRecord& body) { body.type = BodyType::Static; }, 204, Rgba{217, 46, 207, 255}},
+    {"led by its layer", [](BodyRecord& body) { body.type = BodyType::Kinematic; }, 204},
+    {"dormant", [](BodyRecord& body) { body.type = BodyType::Dormant; }, 38},
+    {"dead", [](BodyRecord& body) { body.type = BodyType::Dead; }, 38},
+    {"out of time", [](BodyRecord& body) { body.inPoint = 5; }, 38},
+    {"selected", [](BodyRecord& body) { body.userData->selected = true; }, 204, Rgba{191, 140, 0, 255}},
+    {"selected and static show both", beSelectedAndStatic, 204, Rgba{217, 46, 207, 255}},
+    {"attracting", [](BodyRecord& body) { body.magnetismType = 1; }, 204},
+    {"repelling", [](BodyRecord& body) { body.magnetismType = 2; }, 204},
 };
 
 /// The form of a drawing without its colours: where its lines lie and how wide they are.
@@ -100,51 +111,18 @@ std::multiset<std::tuple<int, int, int, int, float>> formOf(const Drawing& drawi
     return form;
 }
 
-TEST(SceneDrawing, statesDifferByMoreThanTheirColours) {
+TEST(SceneDrawing, statesTakeFillsAndHighlightsAndDifferByMoreThanColours) {
     std::set<std::multiset<std::tuple<int, int, int, int, float>>> forms;
     for (const StateCase& c : stateCases) {
         SCOPED_TRACE(c.name);
         Stage stage;
         c.make(addBox(stage.scene, {0, 0}, 1, 1));
         EXPECT_TRUE(forms.insert(formOf(stage.draw())).second) << "drawn like another state";
-    }
-}
-
-struct OutlineCase {
-    const char* name;
-    std::function<void(BodyRecord&)> make;
-    std::uint8_t fillAlpha;
-    std::optional<Rgba> lineColor; ///< that some line must have
-};
-
-// 0.8 and 0.15 of 255; the outlines are the preferences' defaults, which stand out from the dark background as they
-// are.
-const OutlineCase outlineCases[] = {
-    {"static", stateCases[1].make, 204, Rgba{217, 46, 207, 255}},
-    {"selected", stateCases[6].make, 204, Rgba{191, 140, 0, 255}},
-    {"selected and static show both",
-     [](BodyRecord& body) {
-         body.type = BodyType::Static;
-         body.userData->selected = true;
-     },
-     204, Rgba{217, 46, 207, 255}},
-    {"dead is faint", stateCases[4].make, 38, std::nullopt},
-    {"out of time is faint", stateCases[5].make, 38, std::nullopt},
-    {"dormant is hollow", stateCases[3].make, 38, std::nullopt},
-};
-
-TEST(SceneDrawing, statesTakeFillsAndHighlights) {
-    for (const OutlineCase& c : outlineCases) {
-        SCOPED_TRACE(c.name);
-        Stage stage;
-        c.make(addBox(stage.scene, {0, 0}, 1, 1));
-        const DrawList& shapes = stage.draw().shapes;
+        const DrawList& shapes = stage.drawing.shapes;
         ASSERT_FALSE(shapes.triangles.empty());
         EXPECT_EQ(shapes.triangles[0].color.alpha, c.fillAlpha);
-        if (c.lineColor) {
-            EXPECT_TRUE(std::any_of(shapes.lines.begin(), shapes.lines.end(),
-                                    [&c](const Line& line) { return line.color == *c.lineColor; }));
-        }
+        EXPECT_TRUE(!c.lineColor || std::any_of(shapes.lines.begin(), shapes.lines.end(),
+                                                [&c](const Line& line) { return line.color == *c.lineColor; }));
     }
 }
 
@@ -215,18 +193,22 @@ TEST(SceneDrawing, aMagnetReachesAsFarAsItSays) {
 }
 
 TEST(SceneDrawing, everythingOffLeavesTheCompositionsBounds) {
-    Gallery gallery;
-    SceneDrawing sceneDrawing;
-    Drawing drawing;
-    ViewOptions off;
-    off.shapes = off.joints = false;
-    sceneDrawing.draw({gallery.scene}, off, DrawStyle(), plainView(), drawing);
-    EXPECT_TRUE(drawing.shapes.lines.empty() && drawing.shapes.triangles.empty());
-    ASSERT_EQ(drawing.overlays.lines.size(), 4U);
-    EXPECT_TRUE(hasLine(drawing.overlays, {0, 0}, {1280, 0}));
-    off.compBounds = false;
-    sceneDrawing.draw({gallery.scene}, off, DrawStyle(), plainView(), drawing);
-    EXPECT_TRUE(drawing.overlays.lines.empty() && drawing.overlays.points.empty());
+    Stage stage;
+    for (const StateCase& c : stateCases) {
+        c.make(addBox(stage.scene, {0, 0}, 1, 1));
+    }
+    addBox(stage.scene, {0, 0}, 1, 1, BodyType::AEmatic);
+    for (const JointType type : {JointType::Distance, JointType::Pivot, JointType::Piston, JointType::Spring}) {
+        addJoint(stage.scene, type, 0, 1);
+    }
+    stage.options.shapes = stage.options.joints = false;
+    const DrawList& overlays = stage.draw().overlays;
+    EXPECT_TRUE(stage.drawing.shapes.lines.empty() && stage.drawing.shapes.triangles.empty());
+    EXPECT_TRUE(overlays.lines.empty() && overlays.points.empty());
+    stage.options.compBounds = true;
+    stage.draw();
+    EXPECT_EQ(overlays.lines.size(), 4U);
+    EXPECT_TRUE(hasLine(overlays, {0, 0}, {1000, 0}));
 }
 
 TEST(SceneDrawing, jointsHaveTheColourOfTheirKindOrOfTheSelection) {
@@ -270,16 +252,14 @@ TEST(DrawStyle, whatIsReadStandsOutFromAnyBackground) {
 }
 
 TEST(DrawStyle, defaultsOfThePreferencesAreItsOwn) {
-    DrawStyle style;
-    style.jointStrokeWidth = 3;
-    style.joints.fill({});
+    DrawStyle style{.selectionHighlight = {},
+                    .staticHighlight = {},
+                    .selectionStrokeWidth = 0,
+                    .joints = {},
+                    .selectedJoint = {},
+                    .jointStrokeWidth = 0};
     applyPreferences(UserPreferences(), style);
-    EXPECT_EQ(style.joints, DrawStyle().joints);
-    EXPECT_EQ(style.selectionHighlight, DrawStyle().selectionHighlight);
-    EXPECT_EQ(style.selectionStrokeWidth, DrawStyle().selectionStrokeWidth);
-    EXPECT_EQ(style.staticHighlight, DrawStyle().staticHighlight);
-    EXPECT_EQ(style.selectedJoint, DrawStyle().selectedJoint);
-    EXPECT_EQ(style.jointStrokeWidth, DrawStyle().jointStrokeWidth);
+    EXPECT_EQ(style, DrawStyle());
 }
 
 // From (-1, -0.5) m to (2, 1) m: pixels (400, 250) to (700, 400).
