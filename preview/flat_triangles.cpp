@@ -3,6 +3,7 @@
 #include "preview/strokes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -55,6 +56,20 @@ FlatVertex* addDisc(b2Vec2 center, float width, Rgba color, FlatVertex* out) {
     const Rgba seen = faded(color, width);
     const auto corner = [&](float x, float y) { return FlatVertex{center + b2Vec2(x, y), seen, {x, y}, radius}; };
     return addQuad({corner(-reach, -reach), corner(-reach, reach), corner(reach, -reach), corner(reach, reach)}, out);
+}
+
+constexpr int circleSegments = 32;
+
+/// Corners of a regular polygon about (0, 0) with radius 1.
+const std::array<b2Vec2, circleSegments>& unitCircle() {
+    static const std::array<b2Vec2, circleSegments> corners = [] {
+        std::array<b2Vec2, circleSegments> made{};
+        for (std::size_t i = 0; i < made.size(); ++i) {
+            made.at(i) = unitVector(2.0f * b2_pi * static_cast<float>(i) / float{circleSegments});
+        }
+        return made;
+    }();
+    return corners;
 }
 
 /// Whether a ring is so small that its inside is painted along rather than cut out.

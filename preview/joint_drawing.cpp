@@ -7,6 +7,7 @@
 #include <box2d/b2_revolute_joint.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace jostle {

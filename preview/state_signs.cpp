@@ -3,6 +3,7 @@
 #include "preview/strokes.h"
 
 #include <algorithm>
+#include <array>
 
 namespace jostle {
 

@@ -1,6 +1,7 @@
 #include "preview/strokes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace jostle {
@@ -10,17 +11,6 @@ namespace {
 constexpr float casingWidth = 1.5f; // picture pixels on either side
 
 } // namespace
-
-const std::array<b2Vec2, circleSegments>& unitCircle() {
-    static const std::array<b2Vec2, circleSegments> corners = [] {
-        std::array<b2Vec2, circleSegments> made{};
-        for (std::size_t i = 0; i < made.size(); ++i) {
-            made.at(i) = unitVector(2.0f * b2_pi * static_cast<float>(i) / float{circleSegments});
-        }
-        return made;
-    }();
-    return corners;
-}
 
 b2Vec2 unitVector(float radians) {
     return {std::cos(radians), std::sin(radians)};

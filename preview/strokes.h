@@ -4,15 +4,10 @@
 
 #include <box2d/b2_math.h>
 
-#include <array>
 #include <initializer_list>
 #include <span>
 
 namespace jostle {
-
-/// Corners of the regular polygon that stands for a circle, about (0, 0) with radius 1, the first one at angle 0.
-constexpr int circleSegments = 32;
-[[nodiscard]] const std::array<b2Vec2, circleSegments>& unitCircle();
 
 /// The vector of length 1 at an angle in radians.
 [[nodiscard]] b2Vec2 unitVector(float radians);
