@@ -29,7 +29,9 @@ public:
     OwnFolder& operator=(const OwnFolder&) = delete;
 
     /// Of the folder itself, or of something in it.
-    [[nodiscard]] std::string path(const std::string& name = "") const { return (folder_ / name).string(); }
+    [[nodiscard]] std::string path(const std::string& name = "") const {
+        return (name.empty() ? folder_ : folder_ / name).string();
+    }
 
     /// Writes a file, in a folder of its own if the name says so.
     void put(const std::string& name, const std::string& text) const {

@@ -2,7 +2,7 @@
 
 #include "standalone/commands/plugin_session.h"
 #include "standalone/lottie/reader.h"
-#include "tests/support/own_path.h"
+#include "tests/support/own_folder.h"
 #include "workbench/jostle_dlg.h"
 
 #include <QAbstractButton>
@@ -11,8 +11,6 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace jostle::standalone {
@@ -59,10 +57,10 @@ private:
 TEST(Launch, theWindowRunsOnTheHostsCompositionAndGivesEverythingBack) {
     ReadResult read = readLottie(documentText, "yard.json");
     ASSERT_TRUE(read) << read.error;
-    const std::filesystem::path preferences = test::ownPath();
-    std::ofstream(preferences) << "# Settings of Jostle, version 1\n\n[QF Jostle 2]\n"
-                                  "Selected Joint Green = whole 128\nJoint Stroke Width = number 2.5\n";
-    DocumentHost host(std::move(read.composition), "garden.json", "garden.json", preferences);
+    const test::OwnFolder folder;
+    folder.put("preferences", "# Settings of Jostle, version 1\n\n[QF Jostle 2]\n"
+                              "Selected Joint Green = whole 128\nJoint Stroke Width = number 2.5\n");
+    DocumentHost host(std::move(read.composition), "garden.json", "garden.json", folder.path("preferences"));
     LaunchOutcome outcome = LaunchOutcome::NotRead;
     const Visitor visitor;
     EXPECT_TRUE(runPlugin(host, [&](const HostContext& context) {
@@ -73,7 +71,6 @@ TEST(Launch, theWindowRunsOnTheHostsCompositionAndGivesEverythingBack) {
     EXPECT_GT(visitor.frames, 1);
     EXPECT_EQ(visitor.style.selectedJoint, (jostle::Rgba{255, 128, 0, 255}));
     EXPECT_EQ(visitor.style.jointStrokeWidth, 2.5f);
-    std::filesystem::remove(preferences);
     EXPECT_TRUE(host.balance().allReturned()) << host.balance().text();
     EXPECT_TRUE(host.misuses().empty());
 }
