@@ -57,12 +57,21 @@ float scaleRatio(float older, float newer) {
     return usable(newer) / usable(older);
 }
 
+/// Our engine has to hear of it before shapes are changed in place; the plain one takes no heed.
+template<typename Body>
+void prepareShapeChange(Body& body) {
+    if constexpr (requires { body.PrepareShapeChange(); }) {
+        body.PrepareShapeChange();
+    }
+}
+
 void scaleFixtures(b2Body& body, b2Vec2 older, b2Vec2 newer) {
     const float ratioX = scaleRatio(older.x, newer.x);
     const float ratioY = scaleRatio(older.y, newer.y);
     if (ratioX == 1.0f && ratioY == 1.0f) {
         return;
     }
+    prepareShapeChange(body);
     for (b2Fixture* fixture = body.GetFixtureList(); fixture; fixture = fixture->GetNext()) {
         scaleShape(*fixture->GetShape(), body.GetLocalCenter(), ratioX, ratioY);
     }
