@@ -121,7 +121,7 @@ private:
             stars_.push_back(body);
         }
         for (int i = 0; i < 40; ++i) {
-            const b2Vec2 position(-4.0f + 1.1f * static_cast<float>(i % 10), 6.5f + 0.8f * static_cast<float>(i / 10));
+            const b2Vec2 position(-4.0f + 1.15f * static_cast<float>(i % 10), 6.5f + 0.8f * static_cast<float>(i / 10));
             // In lines of their own: the order of arguments is free.
             const float halfWidth = random_.between(0.1f, 0.3f);
             const float halfHeight = random_.between(0.1f, 0.3f);
@@ -219,7 +219,7 @@ private:
             star.GetFixtureList()->SetFilterData(filter);
         }
         if (frame % 12 == 7) {
-            growPolygons(star);
+            growPolygons(*boxes_[static_cast<std::size_t>(frame) % boxes_.size()]);
         }
         if (frame % 13 == 8 && star.GetFixtureList()->GetNext()) {
             star.DestroyFixture(star.GetFixtureList());
