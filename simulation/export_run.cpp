@@ -40,9 +40,9 @@ void ExportRun::sample(int frame, const Scene& scene) {
         blocks_.emplace_back().reserve(blockSize);
     std::vector<Sample>& block = blocks_.back();
     for (std::size_t k = 0; k < count; ++k) {
-        const auto* next = reinterpret_cast<const char*>(bodies_[std::min(k + bodiesAhead, count - 1)]);
-        __builtin_prefetch(next);
-        __builtin_prefetch(next + 63);
+        const b2Body& next = *bodies_[std::min(k + bodiesAhead, count - 1)];
+        __builtin_prefetch(&next.GetTransform());
+        __builtin_prefetch(&next.GetWorldCenter() + 1); // behind which the angle is
         const b2Body& body = *bodies_[k];
         block.push_back({scene.worldToPixels(body.GetPosition()), radiansToDegrees(body.GetAngle())});
     }
