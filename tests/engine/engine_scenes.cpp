@@ -89,6 +89,39 @@ void fillCompounds(b2World& world, int bodies) {
     }
 }
 
+/// Two boxes that touch, are put apart for two steps, and are put back: the world's first pair of polygons that are
+/// known to stay apart, and no longer do though they stand where they began.
+class FirstPairScene : public EngineScene {
+public:
+    FirstPairScene() {
+        world_.SetGravity(b2Vec2(0.0f, 0.0f));
+        addBox(0.0f);
+        moved_ = addBox(together);
+    }
+
+    void advance() override {
+        if (frame_ == 1 || frame_ == 3) {
+            moved_->SetTransform(b2Vec2(frame_ == 1 ? 1.06f : together, 0.0f), 0.0f);
+        }
+        ++frame_;
+        world_.Step(1.0f / 60.0f, 10, 10);
+    }
+
+private:
+    static constexpr float together = 1.0f; // metres between the centres
+
+    b2Body* addBox(float x) {
+        b2Body* const body = addEngineBody(world_, b2_dynamicBody, b2Vec2(x, 0.0f), 0.0f);
+        b2PolygonShape box;
+        box.SetAsBox(0.5f, 0.5f);
+        body->CreateFixture(&box, 1.0f);
+        return body;
+    }
+
+    b2Body* moved_ = nullptr;
+    int frame_ = 0;
+};
+
 class FilledScene : public EngineScene {
 public:
     explicit FilledScene(std::string_view name, int size) {
@@ -179,8 +212,8 @@ std::uint64_t EngineScene::hash() const {
 }
 
 const std::vector<std::string_view>& engineSceneNames() {
-    static const std::vector<std::string_view> names = {"pyramid",   "circles",        "chain",
-                                                        "compounds", "compounds-rest", "everything"};
+    static const std::vector<std::string_view> names = {"pyramid",        "circles",    "chain",     "compounds",
+                                                        "compounds-rest", "everything", "first_pair"};
     return names;
 }
 
@@ -189,5 +222,11 @@ std::unique_ptr<EngineScene> makeEngineScene(std::string_view name, int size) {
     if (std::find(names.begin(), names.end(), name) == names.end()) {
         return nullptr;
     }
-    return name == "everything" ? makeEverythingScene() : std::make_unique<FilledScene>(name, size);
+    if (name == "everything") {
+        return makeEverythingScene();
+    }
+    if (name == "first_pair") {
+        return std::make_unique<FirstPairScene>();
+    }
+    return std::make_unique<FilledScene>(name, size);
 }
