@@ -8,6 +8,7 @@
 //
 // Ends with 1 if the median is over the limit or a warm frame allocates, and with 2 if there are too few frames.
 
+#include "benchmarks/measure.h"
 #include "preview/image_painter.h"
 #include "preview/scene_drawing.h"
 #include "simulation/simulation_clock.h"
@@ -15,13 +16,11 @@
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <new>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -52,9 +51,7 @@ constexpr double greatestMedian = 2000.0; // microseconds
 constexpr int leastFrames = 20;
 
 double threadMicroseconds() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e6 * static_cast<double>(time.tv_sec) + 1e-3 * static_cast<double>(time.tv_nsec);
+    return 1e3 * processorMilliseconds(CLOCK_THREAD_CPUTIME_ID);
 }
 
 /// A star of five rays in ten triangles about its middle.
@@ -116,9 +113,8 @@ Result measure(Scene& scene, const ViewOptions& options, int frames, Drawing& dr
             result.allocations += made;
         }
     }
-    std::sort(times.begin(), times.end());
-    result.median = times[times.size() / 2];
-    result.greatest = times.back();
+    result.greatest = *std::max_element(times.begin(), times.end());
+    result.median = median(std::move(times));
     return result;
 }
 
@@ -130,19 +126,10 @@ void print(const char* name, const Result& result, const Drawing& drawing) {
                 drawing.shapes.points.size() + drawing.overlays.points.size());
 }
 
-int frameCount(int argc, char** argv) {
-    int frames = 300;
-    if (argc > 1) {
-        const std::string_view text = argv[1];
-        (void)std::from_chars(text.data(), text.data() + text.size(), frames);
-    }
-    return frames;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    const int frames = frameCount(argc, argv);
+    const int frames = argument(argc, argv, 1, 300);
     if (frames < leastFrames) {
         std::fprintf(stderr, "draw_benchmark: give at least %d frames\n", leastFrames);
         return 2;
