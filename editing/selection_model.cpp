@@ -1,7 +1,6 @@
 #include "editing/selection_model.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace jostle {
 
@@ -22,12 +21,6 @@ void SelectionModel::setBodies(const std::vector<std::int32_t>& bodies) {
         markBodies();
         emit changed();
     }
-}
-
-void SelectionModel::selectAll() {
-    std::vector<std::int32_t> all(scene_.bodies.size());
-    std::iota(all.begin(), all.end(), 0);
-    setBodies(all);
 }
 
 void SelectionModel::toggle(std::int32_t body) {

@@ -25,7 +25,6 @@ public:
 
     /// These and no others.
     void setBodies(const std::vector<std::int32_t>& bodies);
-    void selectAll();
     void clear() { setBodies({}); }
     /// Adds a body, or takes it away if it is selected.
     void toggle(std::int32_t body);

@@ -194,10 +194,6 @@ VectorShapes ShapeReader::finish() {
 
 } // namespace
 
-AccumulatedTransform readGroupTransform(const Stream& group) {
-    return transformAmong(childrenOf(group));
-}
-
 VectorShapes readShapes(HostChain& chain, const Layer& layer, const LayerFrame& frame, const MeshOptions& options) {
     ShapeReader reader(chain, frame, options);
     reader.readChildren(layer.vectorContents(chain), 0);

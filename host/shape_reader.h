@@ -27,7 +27,4 @@ struct VectorShapes {
 [[nodiscard]] VectorShapes readShapes(HostChain& chain, const Layer& layer, const LayerFrame& frame,
                                       const MeshOptions& options);
 
-/// The transform of a group of a shape layer at time 0: the identity for a stream without one of its own.
-[[nodiscard]] AccumulatedTransform readGroupTransform(const Stream& group);
-
 } // namespace jostle

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <type_traits>
+#include <variant>
 
 #include "host/persistent_store.h"
 #include "persistence/attribute.h"
@@ -10,6 +11,19 @@
 namespace jostle {
 
 namespace {
+
+/// How one preference is kept in the host's store.
+struct PreferenceRow {
+    using Whole = std::int32_t& (*)(UserPreferences&);
+    using Real = double& (*)(UserPreferences&);
+    using Text = std::string& (*)(UserPreferences&);
+
+    const char* key;
+    std::variant<Whole, Real, Text> field;
+    double least = 0; ///< numbers of the store are brought within these
+    double greatest = 0;
+    bool inDialog = true; ///< chosen in the dialog of preferences; else kept by the settings files
+};
 
 template<auto First, auto... Rest>
 constexpr auto field = [](UserPreferences& preferences) -> auto& {
@@ -83,10 +97,6 @@ void readRow(PersistentStore& store, const PreferenceRow& row, Value& value) {
 }
 
 } // namespace
-
-std::span<const PreferenceRow> preferenceTable() {
-    return table;
-}
 
 UserPreferences readPreferences(const HostContext& context) {
     HostChain chain(context);

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
-#include <variant>
 
 #include "host/chain.h"
 #include "simulation/color.h"
@@ -38,25 +36,9 @@ struct UserPreferences {
     }
 };
 
-/// How one preference is kept in the host's store.
-struct PreferenceRow {
-    using Whole = std::int32_t& (*)(UserPreferences&);
-    using Real = double& (*)(UserPreferences&);
-    using Text = std::string& (*)(UserPreferences&);
-
-    const char* key;
-    std::variant<Whole, Real, Text> field;
-    double least = 0; ///< numbers of the store are brought within these
-    double greatest = 0;
-    bool inDialog = true; ///< chosen in the dialog of preferences; else kept by the settings files
-};
-
 inline constexpr const char* autoLoadSaveKey = "Auto Load/Save Settings";
 inline constexpr const char* autoSavedFileKey = "Auto Saved Settings File";
 inline constexpr const char* mostRecentFileKey = "Most Recent Settings File";
-
-/// All preferences, in the order in which they are read.
-[[nodiscard]] std::span<const PreferenceRow> preferenceTable();
 
 /// Reads all preferences from the host's store. From the first call on that the host refuses they have their defaults.
 [[nodiscard]] UserPreferences readPreferences(const HostContext& context);
