@@ -5,30 +5,20 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace jostle {
 namespace {
 
 TEST(MakeRect, clampsTheRoundness) {
-    const std::tuple<const char*, float, float> cases[] = {
-        {"sharp", 0, 0},
-        {"one that is no number is sharp", std::numeric_limits<float>::quiet_NaN(), 0},
-        {"exactly half the short side stays", 10, 10},
-        {"more keeps a sliver of 0.002", 10.1f, 9.999f},
-    };
-    for (const auto& [name, roundness, r] : cases) {
-        SCOPED_TRACE(name);
+    EXPECT_TRUE(makeRect({{40, 20}, {20, 10}, std::nanf("")}, {}, {}, 2).shape.isBox) << "no number, so sharp";
+    // Exactly half the short side stays; of more a sliver of 0.002 is kept.
+    for (const auto& [roundness, r] : {std::pair{10.0f, 10.0f}, {10.1f, 9.999f}}) {
+        SCOPED_TRACE(roundness);
         const ShapeDef shape = makeRect({{40, 20}, {20, 10}, roundness}, {}, {}, 2).shape;
-        EXPECT_EQ(shape.isBox, r == 0.0f);
-        EXPECT_TRUE(shape.closed);
         const float k = r * 0.5522847498f;
-        if (shape.isBox) {
-            expectNear(shape.verts, {{0, 0}, {40, 0}, {40, 20}, {0, 20}});
-            continue;
-        }
         const float x = 40 - r;
         const float y = 20 - r;
         expectNear(shape.verts, {{r, 0}, {x, 0}, {40, r}, {40, y}, {x, 20}, {r, 20}, {0, y}, {0, r}});
@@ -37,61 +27,35 @@ TEST(MakeRect, clampsTheRoundness) {
     }
 }
 
-// The groups: anchor (5, 0), position (100, 50), scale (2, 3), turned by 90 degrees. A rectangle of 10 by 4 at (15, 1):
-// 20 by 12, local (100 + 2 (15 - 5), 50 + 3 * 1) = (120, 53); about the pivot (100, 50) a quarter turn takes (20, 3) to
-// (-3, 20): (97, 70). Times the aspect ratio of 2 that is (194, 70), and the corner (-10, -6) turns to (6, -10).
-TEST(MakeRect, isPlacedByItsGroups) {
+// The groups: anchor (5, 0), position (100, 50), scale (2, 3), turned by 90 degrees. The place (15, 1) is
+// (100 + 2 (15 - 5), 50 + 3 * 1) = (120, 53); about the pivot (100, 50) a quarter turn takes (20, 3) to (-3, 20):
+// (97, 70). Times the aspect ratio of 2 that is (194, 70).
+TEST(Primitives, multiplyTheirPlaceByThePixelAspectRatioUnlessTheyAreStars) {
     const AccumulatedTransform groups{{5, 0}, {100, 50}, {2, 3}, 90};
     LayerFrame layer;
     layer.pixelAspectRatio = 2;
-    const PlacedShape rect = makeRect({{10, 4}, {15, 1}, 0}, groups, layer, 4);
-    EXPECT_FLOAT_EQ(rect.shapeAngle, 1.5707964f);
-    expectNear({rect.shapePos}, {{194, 70}});
-    expectNear(rect.shape.verts, {{200, 60}, {200, 80}, {188, 80}, {188, 60}});
-
-    StarParameters square;
-    square.type = 2;
-    square.pointCount = 4;
-    square.position = {15, 1};
-    expectNear({makeStar(square, groups, layer, 4).shapePos}, {{97, 70}}); // a star does not know the aspect ratio
+    expectNear({makeRect({{10, 4}, {15, 1}, 0}, groups, layer, 4).shapePos}, {{194, 70}});
+    expectNear({makeEllipse({{10, 4}, {15, 1}}, groups, layer, 4).shapePos}, {{194, 70}});
+    expectNear({makeStar({2, 4, {15, 1}, 0, 10, 0, 0, 0}, groups, layer, 4).shapePos}, {{97, 70}});
 }
 
-TEST(MakeEllipse, isACircleOnlyInAnEvenlyScaledLayer) {
-    const std::tuple<const char*, b2Vec2, b2Vec2, bool, float> cases[] = {
-        {"a circle of 1 metre", {200, 200}, {1, 1}, true, 1},
-        {"the layer's scale enters its radius", {200, 200}, {3, 3}, true, 3},
-        {"diameters off by less than 0.001", {200, 200.0005f}, {1, 1}, true, 1},
-        {"diameters off by more", {200, 200.002f}, {1, 1}, false, 0},
-        {"an uneven layer", {200, 200}, {1, 2}, false, 0},
-    };
-    for (const auto& [name, size, layerScale, isCircle, radius] : cases) {
-        SCOPED_TRACE(name);
-        LayerFrame layer;
-        layer.scale = layerScale;
-        const ShapeDef shape = makeEllipse({size, {0, 0}}, {}, layer, 2).shape;
-        EXPECT_EQ(shape.isCircle, isCircle);
-        EXPECT_EQ(shape.closed, !isCircle);
-        EXPECT_EQ(shape.radius, radius);
-        expectNear({shape.verts[0], shape.verts[1]}, {{0, -size.y / 2}, {100, 0}});
+TEST(MakeEllipse, isACircleIfItsDiametersDifferByLessThanAThousandth) {
+    LayerFrame layer;
+    layer.scale = {3, 3};
+    for (const float height : {200.0005f, 200.002f}) {
+        const ShapeDef shape = makeEllipse({{200, height}, {0, 0}}, {}, layer, 2).shape;
+        EXPECT_EQ(shape.isCircle, height < 200.001f);
+        EXPECT_EQ(shape.radius, shape.isCircle ? 3.0f : 0.0f) << "metres of the layer";
+        expectNear({shape.verts[0], shape.verts[1]}, {{0, -height / 2}, {100, 0}});
         expectNear({shape.inTangents[0], shape.outTangents[0]}, {{-55.228475f, 0}, {55.228475f, 0}});
     }
 }
 
-TEST(MakeStar, alternatesOuterAndInnerPoints) {
-    const std::tuple<const char*, StarParameters, std::vector<b2Vec2>> cases[] = {
-        {"a star of two begins at the top", {1, 2.9, {0, 0}, 0, 10, 5, 0, 0}, {{0, -10}, {5, 0}, {0, 10}, {-5, 0}}},
-        {"a polygon reads no inner radius", {2, 4, {0, 0}, 0, 10, 5, 0, 7}, {{0, -10}, {10, 0}, {0, 10}, {-10, 0}}},
-        {"turned by 90 degrees", {2, 4, {1, 2}, 90, 10, 0, 0, 0}, {{11, 2}, {1, 12}, {-9, 2}, {1, -8}}},
-        {"no points", {1, 0.9, {0, 0}, 0, 10, 5, 0, 0}, {}},
-        {"a count that is no number", {2, std::nan(""), {0, 0}, 0, 10, 5, 50, 0}, {}},
-    };
-    for (const auto& [name, star, verts] : cases) {
-        SCOPED_TRACE(name);
-        const ShapeDef shape = makeStar(star, {}, {}, 4).shape;
-        EXPECT_TRUE(shape.closed);
-        expectNear(shape.verts, verts);
+TEST(MakeStar, hasItsTurnAndNotMorePointsThanMakeSense) {
+    expectNear(makeStar({2, 4, {1, 2}, 90, 10, 0, 0, 0}, {}, {}, 4).shape.verts, {{11, 2}, {1, 12}, {-9, 2}, {1, -8}});
+    for (const auto& [count, points] : {std::pair{std::nan(""), 0u}, {1e30, 10000u}}) {
+        EXPECT_EQ(makeStar({2, count, {0, 0}, 0, 10, 5, 50, 0}, {}, {}, 2).shape.verts.size(), points) << count;
     }
-    EXPECT_EQ(makeStar({2, 1e30, {0, 0}, 0, 10, 0, 0, 0}, {}, {}, 2).shape.verts.size(), 10000u);
 }
 
 // Half of the radius 10 times 40 % is 2, along the line between the neighbours: from (-10, 0) to (10, 0) at the top.
@@ -138,29 +102,6 @@ TEST(MakeFreePath, closesByItsOwnRule) {
         expectNear(got.placed.shape.verts, verts);
         expectNear(got.raw.verts, verts);
     }
-}
-
-TEST(MakeFreePath, recognisesPrimitives) {
-    const float k = 50.0f * 0.5522848f;
-    const FreePath circle{{{{0, -50}, {k, 0}, {-k, 0}},
-                           {{-50, 0}, {0, -k}, {0, k}},
-                           {{0, 50}, {-k, 0}, {k, 0}},
-                           {{50, 0}, {0, k}, {0, -k}}},
-                          4};
-    const std::vector<b2Vec2> box = {{0, 0}, {30, 0}, {30, 20}, {0, 20}};
-    LayerFrame uneven;
-    uneven.scale = {1, 2};
-    AccumulatedTransform unevenGroups;
-    unevenGroups.scale = {1.00001f, 1};
-    const PlacedPath plain = makeFreePath(circle, {}, {}, 4);
-    EXPECT_TRUE(plain.placed.shape.isCircle);
-    EXPECT_FALSE(plain.placed.shape.closed);
-    EXPECT_EQ(plain.placed.shape.radius, 0.5f);
-    EXPECT_FALSE(makeFreePath(circle, unevenGroups, {}, 4).placed.shape.isCircle);
-    EXPECT_FALSE(makeFreePath(circle, {}, uneven, 4).placed.shape.isCircle);
-
-    EXPECT_TRUE(makeFreePath(pathOf(box, true), {}, uneven, 4).placed.shape.isBox);
-    EXPECT_FALSE(makeFreePath(pathOf(box, false), {}, {}, 4).placed.shape.isBox);
 }
 
 // Anchor (10, 0), position (50, 20), scale (2, 4): (10, 0), (40, 0), (10, 30) become (50, 20), (110, 20), (50, 140),

@@ -33,6 +33,9 @@ void expectCase(const ShapeCase& c) {
     expectPoint(body.importPosition, c.position);
     EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
     expectExtent(body, c.extent);
+    if (std::string(c.pieces) == "1 circles") {
+        EXPECT_NEAR(body.outlines[0][0].radius, (c.extent.right - c.extent.left) / 200, 1e-5f);
+    }
 }
 
 TEST(ShapeImport, PlacesElementsByTheSumOfTheirGroups) {
@@ -41,6 +44,9 @@ TEST(ShapeImport, PlacesElementsByTheSumOfTheirGroups) {
                              R"("os":{"k":0},"ir":{"k":20},"is":{"k":0}})";
     const std::string polygon =
         R"({"ty":"sr","sy":2,"p":{"k":[0,0]},"pt":{"k":6.9},"r":{"k":0},"or":{"k":40},"os":{"k":0}})";
+    const std::string lyingEllipse =
+        R"({"v":[[50,0],[0,25],[50,50],[100,25]],"i":[[27.614,0],[0,-13.807],[-27.614,0],[0,13.807]],)"
+        R"("o":[[-27.614,0],[0,13.807],[27.614,0],[0,-13.807]],"c":true})";
     const std::string hidden = R"({"ty":"gr","hd":true,"it":[)" + plainRect + R"(,{"ty":"tr"}]})";
     const Extent plain = from(-20, -10, 20, 10);
     const Extent upright = from(-10, -20, 10, 20);
@@ -76,6 +82,13 @@ TEST(ShapeImport, PlacesElementsByTheSumOfTheirGroups) {
         {"and its scale", group(corner), "1 triangles", at(20, 10), from(-20, -10, 40, 20), scaled("[200,100]")},
         {"an open path has its origin in the mean of its points",
          group(path(outlineText("[0,0],[30,0],[0,30]", false))), "1 lines", at(10, 10), from(-10, -10, 20, 20)},
+        {"a path like the host's circle", group(path(hostCircle)), "1 circles", at(50, 50), from(-50, -50, 50, 50)},
+        {"in a group that is scaled by a trifle", group(path(hostCircle), R"(,"s":{"k":[100.001,100]})"),
+         "10 triangles", at(50, 50), from(-50, -50, 50, 50)},
+        {"an ellipse that an unevenly scaled layer makes round", group(path(lyingEllipse)), "10 triangles", at(50, 50),
+         from(-50, -50, 50, 50), scaled("[100,200]")},
+        {"a path like a rectangle on such a layer", group(path(outlineText("[0,0],[30,0],[30,20],[0,20]"))), "1 boxes",
+         at(15, 20), from(-15, -20, 15, 20), scaled("[100,200]")},
         {"hidden elements count", hidden, "1 boxes", at(0, 0), plain},
         {"a layer at scale 0", group(plainRect), "1 boxes", at(0, 0), from(-0.02f, -0.01f, 0.02f, 0.01f),
          scaled("[0,0]")},
