@@ -43,7 +43,6 @@ TEST(KeyframeReduction, keepsWhatALineCannotTell) {
     const Case cases[] = {
         {"no samples, no keys", {}, 1, {}},
         {"one sample is a key", {5}, 1, {0}},
-        {"a rest is one key", {5, 5, 5, 5}, 0.1, {0}},
         {"a trembling within the tolerance is a rest", {5, 5.4f, 4.6f, 5}, 0.5, {0}},
         {"a line is its two ends", {0, 1, 2, 3, 4}, 0.1, {0, 4}},
         {"a rest after a move ends with its first key", {0, 4, 8, 8, 8, 8}, 0.1, {0, 2}},
@@ -76,18 +75,11 @@ TEST(KeyframeReduction, comparesBothCoordinatesAtOnce) {
 }
 
 TEST(KeyframeReduction, staysWithinTheToleranceAfterRounding) {
-    // A ball that bounces: 600 frames of parabolas with ever less height, drifting sideways.
+    // Like a ball that bounces ever less high, drifting sideways.
     std::vector<b2Vec2> samples;
-    float height = 300;
-    float speed = 0;
     for (int frame = 0; frame < 600; ++frame) {
-        speed -= 0.27f;
-        height += speed;
-        if (height < 0) {
-            height = -height;
-            speed *= -0.7f;
-        }
-        samples.emplace_back(static_cast<float>(frame) / 7.0f, height);
+        const float time = static_cast<float>(frame) / 20.0f;
+        samples.emplace_back(3.0f * time, 300.0f * std::exp(-0.1f * time) * std::abs(std::cos(time)));
     }
     std::size_t before = samples.size();
     for (const double tolerance : {0.1, 0.5, 2.0, 10.0}) {
