@@ -191,6 +191,7 @@ TEST(ViewOptionsMenu, turnsOnAndOffWhatIsDrawn) {
         return std::vector<bool>{o.shapes, o.mesh,       o.boundingBox,        o.localAxes,
                                  o.joints, o.compBounds, preview.showsTrails()};
     };
+    ASSERT_EQ(actions.size(), 7);
     for (qsizetype i = 0; i < 7; ++i) {
         QAction& action = *actions.at(i);
         EXPECT_EQ(action.text().toStdString(), texts[i]);
