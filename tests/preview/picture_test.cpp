@@ -125,7 +125,8 @@ using Pixels = std::vector<std::uint32_t>;
 TEST(GifWriter, framesComeBackAndHoldWhatChanged) {
     const Pixels first(12, 0xFF102030);
     Pixels second = first;
-    second[5] = 0xFFF0A050;  // 4 columns: (1, 1)
+    second[5] = 0xFFF0A050; // 4 columns: (1, 1)
+    second[6] = 0xFF262626;
     second[10] = 0xFF00FF00; // (2, 2)
     // Each frame's delay and what it holds: (1, 1) to (2, 2) changes, and a frame has a pixel at least.
     const std::tuple<Pixels, int, int> frames[] = {{first, 4, 12}, {second, 3, 4}, {second, 5, 1}};

@@ -72,13 +72,6 @@ TEST(SceneDrawing, aBoxIsFilledAndOutlinedWhereItStands) {
     EXPECT_TRUE(stage.drawing.overlays.lines.empty());
 }
 
-struct StateCase {
-    const char* name;
-    std::function<void(BodyRecord&)> make;
-    std::uint8_t fillAlpha;
-    std::optional<Rgba> lineColor{}; ///< that some line must have
-};
-
 void beSelectedAndStatic(BodyRecord& body) {
     body.type = BodyType::Static;
     body.userData->selected = true;
@@ -86,22 +79,23 @@ void beSelectedAndStatic(BodyRecord& body) {
 
 // 0.8 and 0.15 of 255; the outlines are the preferences' defaults, which stand out from the dark background as they
 // are.
-const StateCase stateCases[] = {
-    {"live", [](BodyRecord&) {}, 204},
+const std::tuple<const char*, std::function<void(BodyRecord&)>, int, std::optional<Rgba>> stateCases[] = {
+    {"live", [](BodyRecord&) {}, 204, {}},
     {"static", [](BodyRecord& body) { body.type = BodyType::Static; }, 204, Rgba{217, 46, 207, 255}},
-    {"led by its layer", [](BodyRecord& body) { body.type = BodyType::Kinematic; }, 204},
-    {"dormant", [](BodyRecord& body) { body.type = BodyType::Dormant; }, 38},
-    {"dead", [](BodyRecord& body) { body.type = BodyType::Dead; }, 38},
-    {"out of time", [](BodyRecord& body) { body.inPoint = 5; }, 38},
+    {"led by its layer", [](BodyRecord& body) { body.type = BodyType::Kinematic; }, 204, {}},
+    {"dormant", [](BodyRecord& body) { body.type = BodyType::Dormant; }, 38, {}},
+    {"dead", [](BodyRecord& body) { body.type = BodyType::Dead; }, 38, {}},
+    {"out of time", [](BodyRecord& body) { body.inPoint = 5; }, 38, {}},
     {"selected", [](BodyRecord& body) { body.userData->selected = true; }, 204, Rgba{191, 140, 0, 255}},
     {"selected and static show both", beSelectedAndStatic, 204, Rgba{217, 46, 207, 255}},
-    {"attracting", [](BodyRecord& body) { body.magnetismType = 1; }, 204},
-    {"repelling", [](BodyRecord& body) { body.magnetismType = 2; }, 204},
+    {"attracting", [](BodyRecord& body) { body.magnetismType = 1; }, 204, {}},
+    {"repelling", [](BodyRecord& body) { body.magnetismType = 2; }, 204, {}},
 };
 
 /// The form of a drawing without its colours: where its lines lie and how wide they are.
-std::multiset<std::tuple<int, int, int, int, float>> formOf(const Drawing& drawing) {
-    std::multiset<std::tuple<int, int, int, int, float>> form;
+using Form = std::multiset<std::tuple<int, int, int, int, float>>;
+Form formOf(const Drawing& drawing) {
+    Form form;
     for (const DrawList* list : {&drawing.shapes, &drawing.overlays}) {
         for (const Line& line : list->lines) {
             form.insert({static_cast<int>(line.from.x), static_cast<int>(line.from.y), static_cast<int>(line.to.x),
@@ -112,17 +106,17 @@ std::multiset<std::tuple<int, int, int, int, float>> formOf(const Drawing& drawi
 }
 
 TEST(SceneDrawing, statesTakeFillsAndHighlightsAndDifferByMoreThanColours) {
-    std::set<std::multiset<std::tuple<int, int, int, int, float>>> forms;
-    for (const StateCase& c : stateCases) {
-        SCOPED_TRACE(c.name);
+    std::set<Form> forms;
+    for (const auto& [name, make, fillAlpha, lineColor] : stateCases) {
+        SCOPED_TRACE(name);
         Stage stage;
-        c.make(addBox(stage.scene, {0, 0}, 1, 1));
+        make(addBox(stage.scene, {0, 0}, 1, 1));
         EXPECT_TRUE(forms.insert(formOf(stage.draw())).second) << "drawn like another state";
         const DrawList& shapes = stage.drawing.shapes;
         ASSERT_FALSE(shapes.triangles.empty());
-        EXPECT_EQ(shapes.triangles[0].color.alpha, c.fillAlpha);
-        EXPECT_TRUE(!c.lineColor || std::any_of(shapes.lines.begin(), shapes.lines.end(),
-                                                [&c](const Line& line) { return line.color == *c.lineColor; }));
+        EXPECT_EQ(shapes.triangles[0].color.alpha, fillAlpha);
+        EXPECT_TRUE(!lineColor || std::any_of(shapes.lines.begin(), shapes.lines.end(),
+                                              [&color = *lineColor](const Line& line) { return line.color == color; }));
     }
 }
 
@@ -188,8 +182,8 @@ TEST(SceneDrawing, aMagnetReachesAsFarAsItSays) {
 
 TEST(SceneDrawing, everythingOffLeavesTheCompositionsBounds) {
     Stage stage;
-    for (const StateCase& c : stateCases) {
-        c.make(addBox(stage.scene, {0, 0}, 1, 1));
+    for (const auto& [name, make, fillAlpha, lineColor] : stateCases) {
+        make(addBox(stage.scene, {0, 0}, 1, 1));
     }
     addBox(stage.scene, {0, 0}, 1, 1, BodyType::AEmatic);
     for (const JointType type : {JointType::Distance, JointType::Pivot, JointType::Piston, JointType::Spring}) {
