@@ -1,7 +1,7 @@
 #include "workbench/launch.h"
 
 #include "standalone/commands/plugin_session.h"
-#include "standalone/lottie/reader.h"
+#include "tests/host/lottie_document.h"
 #include "tests/support/own_folder.h"
 #include "workbench/jostle_dlg.h"
 
@@ -11,16 +11,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace jostle::standalone {
 namespace {
-
-constexpr const char* documentText =
-    R"({"v":"5.7.0","fr":10,"ip":0,"op":20,"w":200,"h":100,"nm":"yard","layers":[
-{"ty":1,"nm":"box","ind":1,"ip":0,"op":20,"st":0,"sw":20,"sh":10,"sc":"#ff0000",
- "ks":{"o":{"a":0,"k":100},"r":{"a":0,"k":0},"p":{"a":0,"k":[50,50,0]},"a":{"a":0,"k":[10,5,0]},
- "s":{"a":0,"k":[100,100,100]}}}]})";
 
 /// What a person does at the window: plays some frames, reads the title, and closes it.
 class Visitor {
@@ -54,19 +46,23 @@ private:
     QTimer timer_;
 };
 
+/// Starts the plug-in on a host's composition of one body. @param goesOn  whether the preparation lets it
+LaunchOutcome launchOn(DocumentHost& host, bool goesOn) {
+    LaunchOutcome outcome = LaunchOutcome::NotRead;
+    EXPECT_TRUE(runPlugin(host, [&](const HostContext& context) {
+        outcome = launch(context, [&](Scene& scene, const ImportReport&) { return scene.bodyCount() == 1 && goesOn; });
+    }));
+    return outcome;
+}
+
 TEST(Launch, theWindowRunsOnTheHostsCompositionAndGivesEverythingBack) {
-    ReadResult read = readLottie(documentText, "yard.json");
-    ASSERT_TRUE(read) << read.error;
     const test::OwnFolder folder;
     folder.put("preferences", "# Settings of Jostle, version 1\n\n[QF Jostle 2]\n"
                               "Selected Joint Green = whole 128\nJoint Stroke Width = number 2.5\n");
-    DocumentHost host(std::move(read.composition), "garden.json", "garden.json", folder.path("preferences"));
-    LaunchOutcome outcome = LaunchOutcome::NotRead;
+    DocumentHost host(lottieDocument(solidLayer(""), R"(,"nm":"yard")"), "garden.json", "garden.json",
+                      folder.path("preferences"));
     const Visitor visitor;
-    EXPECT_TRUE(runPlugin(host, [&](const HostContext& context) {
-        outcome = launch(context, [](Scene& scene, const ImportReport&) { return scene.bodyCount() == 1; });
-    }));
-    EXPECT_EQ(outcome, LaunchOutcome::Closed);
+    EXPECT_EQ(launchOn(host, true), LaunchOutcome::Closed);
     EXPECT_EQ(visitor.title, "Jostle - garden - yard");
     EXPECT_GT(visitor.frames, 1);
     EXPECT_EQ(visitor.style.selectedJoint, (jostle::Rgba{255, 128, 0, 255}));
@@ -76,13 +72,8 @@ TEST(Launch, theWindowRunsOnTheHostsCompositionAndGivesEverythingBack) {
 }
 
 TEST(Launch, thePreparationMayCallItOff) {
-    ReadResult read = readLottie(documentText, "yard.json");
-    DocumentHost host(std::move(read.composition), "garden", "");
-    LaunchOutcome outcome = LaunchOutcome::NotRead;
-    EXPECT_TRUE(runPlugin(host, [&](const HostContext& context) {
-        outcome = launch(context, [](Scene&, const ImportReport&) { return false; });
-    }));
-    EXPECT_EQ(outcome, LaunchOutcome::CalledOff);
+    DocumentHost host(lottieDocument(solidLayer("")), "garden", "");
+    EXPECT_EQ(launchOn(host, false), LaunchOutcome::CalledOff);
 }
 
 } // namespace

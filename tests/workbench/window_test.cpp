@@ -30,15 +30,7 @@ TEST(Labels, haveTheirDigits) {
 }
 
 TEST(Transport, buttonsDoWhatTheySay) {
-    struct Step {
-        const char* name;
-        const char* button;
-        int turns;
-        const char* frame;
-        const char* checked;
-        const char* note;
-    };
-    const Step steps[] = {
+    const std::tuple<const char*, const char*, int, const char*, std::string, const char*> steps[] = {
         {"play", "playBtn", 3, "00003", "play", ""},
         {"pause", "playBtn", 2, "00003", "", ""},
         {"step", "stepBtn", 2, "00004", "", ""},
@@ -58,16 +50,16 @@ TEST(Transport, buttonsDoWhatTheySay) {
     };
     Window window(boxScene());
     EXPECT_EQ(window.text("fpsSt"), "00.0/25.0");
-    for (const Step& step : steps) {
-        SCOPED_TRACE(step.name);
-        if (step.button != nullptr) {
-            window.click(step.button);
+    for (const auto& [name, button, turns, frame, checked, note] : steps) {
+        SCOPED_TRACE(name);
+        if (button != nullptr) {
+            window.click(button);
         }
-        window.turn(step.turns);
-        EXPECT_EQ(window.text("frameSt"), step.frame);
-        EXPECT_EQ(window.isChecked("playBtn"), std::string(step.checked) == "play");
-        EXPECT_EQ(window.isChecked("repeatBtn"), std::string(step.checked) == "repeat");
-        EXPECT_EQ(window.text("toolsNoteSt"), step.note);
+        window.turn(turns);
+        EXPECT_EQ(window.text("frameSt"), frame);
+        EXPECT_EQ(window.isChecked("playBtn"), checked == "play");
+        EXPECT_EQ(window.isChecked("repeatBtn"), checked == "repeat");
+        EXPECT_EQ(window.text("toolsNoteSt"), note);
     }
     EXPECT_EQ(window.text("fpsSt"), "25.0/25.0");
 }
