@@ -1,6 +1,7 @@
 #include "host/host_layer_motion.h"
 
 #include <functional>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -16,11 +17,6 @@ using standalone::Transform;
 constexpr double frameSeconds = 0.04;
 
 TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
-    struct Case {
-        const char* name;
-        std::function<void(Transform& own, Transform& parents)> change;
-        int frame;
-    };
     const auto key = [](standalone::Stream& stream, double last) { animate(stream, {}, last, {50, 50, 50}); };
     const auto keyTwo = [&](Transform& own, Transform& parents) {
         key(own.scale, 30);
@@ -31,7 +27,7 @@ TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
         key(own.dimensions.own().y, 20);
     };
     const auto express = [](auto&, auto& p) { p.scale.hasExpression = p.scale.expressionEnabled = true; };
-    const Case cases[] = {
+    const std::tuple<const char*, std::function<void(Transform & own, Transform & parents)>, int> cases[] = {
         {"nothing moves", [](auto&, auto&) {}, -1},
         {"its own position", [&](auto& own, auto&) { key(own.position, 30); }, 30},
         {"the latest counts", keyTwo, 40},
@@ -39,12 +35,12 @@ TEST(HostLayerMotion, FindsTheLastKeyframeOfTheWholeChain) {
         {"each dimension by itself", keyOneDimension, 20},
         {"a parent's expression never ends", express, 100000},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, change, frame] : cases) {
+        SCOPED_TRACE(name);
         ParentedDocument made;
-        c.change(made.child.transform, made.parent.transform);
+        change(made.child.transform, made.parent.transform);
         HostedDocument hosted(std::move(made.document));
-        EXPECT_EQ(HostLayerMotion(hosted.context()).lastKeyframeFrame(0), c.frame);
+        EXPECT_EQ(HostLayerMotion(hosted.context()).lastKeyframeFrame(0), frame);
     }
 }
 

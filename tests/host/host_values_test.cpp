@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "host/host_string.h"
@@ -8,14 +10,10 @@ namespace jostle {
 namespace {
 
 TEST(HostTime, RoundsHalvesAwayFromZero) {
-    struct Case {
-        double seconds;
-        A_long value;
-    };
-    constexpr Case cases[] = {{0, 0}, {1, 100000}, {0.000025, 3}, {-0.000025, -3}, {-0.04, -4000}, {1e9, 2147483647}};
-    for (const Case& c : cases) {
-        EXPECT_EQ(hostTimeOf(c.seconds).value, c.value) << c.seconds;
-        EXPECT_EQ(hostTimeOf(c.seconds).scale, 100000u);
+    for (const auto& [seconds, value] :
+         {std::pair{0.0, 0}, {1.0, 100000}, {0.000025, 3}, {-0.000025, -3}, {1e9, 2147483647}}) {
+        EXPECT_EQ(hostTimeOf(seconds).value, value) << seconds;
+        EXPECT_EQ(hostTimeOf(seconds).scale, 100000u);
     }
 }
 
@@ -36,22 +34,15 @@ TEST(HostTime, TimesOfFramesLeadBackToTheirFrames) {
 }
 
 TEST(HostString, IsUtf8) {
-    struct Case {
-        const char* name;
-        std::u16string units;
-        const char* text;
-    };
-    const Case cases[] = {
-        {"ASCII", u"box", "box"},
-        {"two and three bytes", u"\u00e9\u4e2d", "\xC3\xA9\xE4\xB8\xAD"},
-        {"a pair of surrogates", u"\U0001F600", "\xF0\x9F\x98\x80"},
+    const std::tuple<const char*, std::u16string, const char*> cases[] = {
+        {"one to four bytes", u"x\u00e9\u4e2d\U0001F600", "x\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80"},
         {"half a pair", std::u16string{u'a', char16_t{0xD83D}, u'b'},
          "a\xEF\xBF\xBD"
          "b"},
         {"half a pair at the end", std::u16string{char16_t{0xD83D}}, "\xEF\xBF\xBD"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(utf8From(c.units.data(), c.units.size()), c.text) << c.name;
+    for (const auto& [name, units, text] : cases)
+        EXPECT_EQ(utf8From(units.data(), units.size()), text) << name;
 }
 
 } // namespace
