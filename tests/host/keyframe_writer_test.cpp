@@ -1,6 +1,7 @@
 #include "host/keyframe_writer.h"
 
 #include <limits>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -129,26 +130,22 @@ TEST(KeyframeWriter, TreatsStaticAndDeadBodiesAsTheirTypesSay) {
 }
 
 TEST(KeyframeWriter, CutsTheParentAndKeepsTheScale) {
-    struct Case {
-        const char* name;
-        Components own, parent, written; // percent
-    };
-    constexpr Case cases[] = {
-        {"no parent's scale", {50, 60, 100}, {100, 100, 100}, {50, 60, 100}},
+    const std::tuple<const char*, Components, Components, Components> cases[] = {
+        // percent
         {"multiplied by the parent's", {50, 60, 100}, {200, 300, 100}, {100, 180, 100}},
         {"a flip upside down stays", {50, -60, 100}, {200, 300, 100}, {100, -180, 100}},
         // The rotation of the body is 180 degrees then, and turns the other axis over.
         {"a flip sideways is a half turn and a flip upside down", {-50, 60, 100}, {200, 300, 100}, {100, -180, 100}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, own, parents, written] : cases) {
+        SCOPED_TRACE(name);
         ParentedDocument made;
-        made.child.transform.scale.value = c.own;
-        made.parent.transform.scale.value = c.parent;
+        made.child.transform.scale.value = own;
+        made.parent.transform.scale.value = parents;
         Export job(std::move(made.document));
         job.writeStill(0, 1);
         EXPECT_EQ(job.hosted.layer(0).parent, nullptr);
-        expectValue(job.hosted.layer(0).transform.scale, c.written);
+        expectValue(job.hosted.layer(0).transform.scale, written);
     }
 }
 

@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "tests/host/imported.h"
@@ -125,21 +127,16 @@ TEST(ShapeImport, TheLastElementReadGivesOriginAndScaling) {
 TEST(ShapeImport, TheLastFillOrStrokeInOrderGivesTheColour) {
     const std::string red = stroke("[1,0,0,1]");
     const std::string green = fill("[0,1,0,1]");
-    struct Case {
-        const char* name;
-        std::string elements;
-        Rgb color;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, Rgb> cases[] = {
         {"a fill after a stroke", group(joined({plainRect, red, green})), {0, 1, 0}},
         {"a stroke after a fill", group(joined({plainRect, green, red})), {1, 0, 0}},
         {"in a later group", joined({group(joined({plainRect, green})), group(joined({plainRect, red}))}), {1, 0, 0}},
         {"none", group(plainRect), {1, 1, 1}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        Imported imported(shapeLayer(c.elements));
-        EXPECT_EQ(imported.body().userData->color, c.color);
+    for (const auto& [name, elements, color] : cases) {
+        SCOPED_TRACE(name);
+        Imported imported(shapeLayer(elements));
+        EXPECT_EQ(imported.body().userData->color, color);
         EXPECT_DOUBLE_EQ(imported.body().importColor.red, 0.5);
     }
 }
