@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 namespace jostle {
@@ -62,11 +63,8 @@ TEST(Joints, aDistanceJointBelowTheSlopStartsRelaxed) {
 }
 
 TEST(Joints, limitsHold) {
-    const struct {
-        const char* name;
-        JointType type;
-        float lower, upper, motorSpeed, y, angle;
-    } cases[] = {
+    // The limits, the motor's speed, and where the body ends: its y and its angle.
+    const std::tuple<const char*, JointType, float, float, float, float, float> cases[] = {
         // The axis is (0, 2), so that translations are metres downwards.
         {"a piston falls to its upper limit", JointType::Piston, -0.5f, 1, 0, 1, 0},
         {"its motor lifts it to its lower limit", JointType::Piston, -0.5f, 1, 5, -0.5f, 0},
@@ -76,21 +74,21 @@ TEST(Joints, limitsHold) {
         {"and to its lower one", JointType::Pivot, -30, 45, 5, 0, -0.5235988f},
         {"a distance joint without a frequency is rigid", JointType::Distance, 0, 0, 0, 0, 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Scene scene = jointScene(c.type, {0, 0}, 0.2f, 10);
+    for (const auto& [name, type, lower, upper, motorSpeed, y, angle] : cases) {
+        SCOPED_TRACE(name);
+        Scene scene = jointScene(type, {0, 0}, 0.2f, 10);
         scene.bodies[0].position = {0, -5};
         JointRecord& joint = scene.joints[0];
         joint.axis = {0, 2};
         joint.enableLimit = true;
-        joint.lowerTranslation = joint.lowerAngle = c.lower;
-        joint.upperTranslation = joint.upperAngle = c.upper;
-        joint.enableMotor = c.motorSpeed != 0;
-        joint.motorSpeed = c.motorSpeed;
+        joint.lowerTranslation = joint.lowerAngle = lower;
+        joint.upperTranslation = joint.upperAngle = upper;
+        joint.enableMotor = motorSpeed != 0;
+        joint.motorSpeed = motorSpeed;
         joint.maxMotorForce = joint.maxMotorTorque = 1000;
         Playback run(std::move(scene), 120);
-        expectNear({run.body(1).GetPosition()}, {{0, c.y}}, 0.01f);
-        EXPECT_NEAR(run.body(1).GetAngle(), c.angle, 0.04f) << "the library leaves 2 degrees of slop";
+        expectNear({run.body(1).GetPosition()}, {{0, y}}, 0.01f);
+        EXPECT_NEAR(run.body(1).GetAngle(), angle, 0.04f) << "the library leaves 2 degrees of slop";
     }
 }
 

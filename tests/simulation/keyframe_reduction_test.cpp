@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace jostle {
 namespace {
@@ -34,13 +35,7 @@ double worstError(const std::vector<b2Vec2>& samples, const Keys& keys) {
 }
 
 TEST(KeyframeReduction, keepsWhatALineCannotTell) {
-    struct Case {
-        const char* name;
-        std::vector<float> samples;
-        double tolerance;
-        Indices expected;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<float>, double, Indices> cases[] = {
         {"no samples, no keys", {}, 1, {}},
         {"one sample is a key", {5}, 1, {0}},
         {"a trembling within the tolerance is a rest", {5, 5.4f, 4.6f, 5}, 0.5, {0}},
@@ -54,15 +49,15 @@ TEST(KeyframeReduction, keepsWhatALineCannotTell) {
         {"a key may leave its sample", {0, 1, 4, 9}, 1.6, {0, 3}},
         {"with no tolerance every bend is a key", {0, 1, 4, 9, 16}, 0, {0, 1, 2, 3, 4}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, numbers, tolerance, expected] : cases) {
+        SCOPED_TRACE(name);
         for (const bool upright : {false, true}) {
             std::vector<b2Vec2> samples;
-            for (const float number : c.samples)
+            for (const float number : numbers)
                 samples.push_back(upright ? b2Vec2(0, number) : b2Vec2(number, 0));
-            const Keys keys = reducedKeys(samples, {0, 0}, c.tolerance);
-            EXPECT_EQ(indicesOf(keys), c.expected);
-            EXPECT_LE(worstError(samples, keys), c.tolerance);
+            const Keys keys = reducedKeys(samples, {0, 0}, tolerance);
+            EXPECT_EQ(indicesOf(keys), expected);
+            EXPECT_LE(worstError(samples, keys), tolerance);
         }
     }
 }

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace jostle {
 namespace {
 
@@ -19,13 +21,8 @@ Scene magnetScene(float distance, std::int32_t magnetismType) {
 
 TEST(Magnetism, forceFallsWithTheSquareAndEndsAtTheReach) {
     const auto nothing = [](Scene&) {};
-    const struct {
-        const char* name;
-        float distance;
-        std::int32_t type;
-        float force; ///< newtons, to the right; the intensity of 10 is 1 N at 1 m
-        void (*change)(Scene&);
-    } cases[] = {
+    // The distance, the magnet's type, and newtons to the right; the intensity of 10 is 1 N at 1 m.
+    const std::tuple<const char*, float, std::int32_t, float, void (*)(Scene&)> cases[] = {
         {"just in reach", 0.99f, 1, -1 / 0.9801f, nothing},
         {"just out of reach", 1.01f, 1, 0, nothing},
         {"half the distance, four times the force", 0.5f, 1, -4, nothing},
@@ -37,12 +34,12 @@ TEST(Magnetism, forceFallsWithTheSquareAndEndsAtTheReach) {
         {"the magnet is out of time", 0.5f, 1, 0, [](Scene& s) { s.bodies[0].inPoint = 5; }},
         {"is the only magnet itself", 0.5f, 0, 0, [](Scene& s) { s.bodies[1].magnetismType = 1; }},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Scene scene = magnetScene(c.distance, c.type);
-        c.change(scene);
+    for (const auto& [name, distance, type, force, change] : cases) {
+        SCOPED_TRACE(name);
+        Scene scene = magnetScene(distance, type);
+        change(scene);
         Playback run(std::move(scene), 1);
-        expectNear({run.body(1).GetLinearVelocity()}, {{0.02f * c.force, 0}}, 1e-6f); // one of two steps of 0.02 s
+        expectNear({run.body(1).GetLinearVelocity()}, {{0.02f * force, 0}}, 1e-6f); // one of two steps of 0.02 s
     }
 }
 

@@ -3,19 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 #include <vector>
 
 namespace jostle {
 namespace {
 
 TEST(WallPacer, waitsOffWhatIsLeftOfAFrame) {
-    const struct {
-        const char* name;
-        std::int32_t from, to; ///< milliseconds, of the first tick and the second
-        bool isSingleStep;
-        int sleep; ///< milliseconds; 0 for none
-        float rate;
-    } cases[] = {
+    // Milliseconds of the first tick and the second, and what is slept between them; 0 for not at all.
+    const std::tuple<const char*, std::int32_t, std::int32_t, bool, int, float> cases[] = {
         {"a quick tick waits 40 - 15 ms", 1000, 1015, false, 25, 25},
         {"a slow one does not", 1000, 1050, false, 0, 20},
         {"at just the rate it does not", 1000, 1040, false, 0, 25},
@@ -25,18 +21,18 @@ TEST(WallPacer, waitsOffWhatIsLeftOfAFrame) {
         {"a clock that wraps goes on", std::numeric_limits<std::int32_t>::max(),
          std::numeric_limits<std::int32_t>::min() + 9, false, 30, 25},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        std::int32_t now = c.from;
+    for (const auto& [name, from, to, isSingleStep, sleep, rate] : cases) {
+        SCOPED_TRACE(name);
+        std::int32_t now = from;
         std::vector<int> sleeps;
         WallPacer pacer([&] { return now; }, [&](int milliseconds) { sleeps.push_back(milliseconds); });
         pacer.pace(25, false);
         EXPECT_EQ(sleeps, std::vector<int>{39}) << "the first tick has none before it";
-        now = c.to;
+        now = to;
         sleeps.clear();
-        pacer.pace(25, c.isSingleStep);
-        EXPECT_EQ(sleeps, c.sleep > 0 ? std::vector<int>{c.sleep} : std::vector<int>{});
-        EXPECT_FLOAT_EQ(pacer.rate(), c.rate);
+        pacer.pace(25, isSingleStep);
+        EXPECT_EQ(sleeps, sleep > 0 ? std::vector<int>{sleep} : std::vector<int>{});
+        EXPECT_FLOAT_EQ(pacer.rate(), rate);
     }
 }
 

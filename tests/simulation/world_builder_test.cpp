@@ -6,6 +6,8 @@
 #include <box2d/b2_mouse_joint.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace jostle {
 namespace {
 
@@ -21,16 +23,9 @@ TEST(WorldBuilder, toleranceIsSlopAndSkin) {
 TEST(WorldBuilder, eachTypeBecomesItsOwn) {
     const auto byGravity = DormantBehavior::UsesGravityScale;
     const auto byStatic = DormantBehavior::UsesStatic;
-    const struct {
-        const char* name;
-        BodyType type;
-        DormantBehavior dormantBehavior;
-        int inPoint;
-        b2BodyType worldType;
-        bool moves; ///< the record's velocity is in force
-        float gravityScale;
-        bool isDormant;
-    } cases[] = {
+    // The record's type, its dormancy by preference, its in-point; the body's type, whether the record's velocity is in
+    // force, the scale of gravity, and whether the body is dormant.
+    const std::tuple<const char*, BodyType, DormantBehavior, int, b2BodyType, bool, float, bool> cases[] = {
         {"static", BodyType::Static, byGravity, 0, b2_staticBody, false, 0.5f, false},
         {"kinematic", BodyType::Kinematic, byGravity, 0, b2_kinematicBody, true, 0.5f, false},
         {"dynamic", BodyType::Dynamic, byGravity, 0, b2_dynamicBody, true, 0.5f, false},
@@ -40,12 +35,12 @@ TEST(WorldBuilder, eachTypeBecomesItsOwn) {
         {"AEmatic is dynamic", BodyType::AEmatic, byGravity, 0, b2_dynamicBody, true, 0.5f, false},
         {"dead is static", BodyType::Dead, byGravity, 0, b2_staticBody, false, 0.5f, false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, type, dormantBehavior, inPoint, worldType, moves, gravityScale, isDormant] : cases) {
+        SCOPED_TRACE(name);
         Scene scene = emptyScene(25);
-        scene.preferences.dormantBehavior = c.dormantBehavior;
-        BodyRecord& added = addBox(scene, {1, 2}, 2, 1, c.type);
-        added.inPoint = c.inPoint;
+        scene.preferences.dormantBehavior = dormantBehavior;
+        BodyRecord& added = addBox(scene, {1, 2}, 2, 1, type);
+        added.inPoint = inPoint;
         added.gravityScale = 0.5f;
         added.friction = 0.3f;
         added.restitution = 0.7f;
@@ -56,21 +51,21 @@ TEST(WorldBuilder, eachTypeBecomesItsOwn) {
         buildWorld(scene, *world);
         const BodyRecord& record = scene.bodies[0];
         const b2Body& body = *record.body;
-        EXPECT_EQ(body.GetType(), c.worldType);
-        EXPECT_NEAR(body.GetLinearVelocity().y, c.moves ? 3.0f : 0.0f, 1e-6f);
-        EXPECT_EQ(body.GetAngularVelocity(), c.moves ? 4.0f : 0.0f);
-        EXPECT_EQ(body.GetGravityScale(), c.gravityScale);
+        EXPECT_EQ(body.GetType(), worldType);
+        EXPECT_NEAR(body.GetLinearVelocity().y, moves ? 3.0f : 0.0f, 1e-6f);
+        EXPECT_EQ(body.GetAngularVelocity(), moves ? 4.0f : 0.0f);
+        EXPECT_EQ(body.GetGravityScale(), gravityScale);
         EXPECT_EQ(body.GetFixtureList()->GetFriction(), 0.3f);
         EXPECT_EQ(body.GetFixtureList()->GetRestitution(), 0.7f);
-        EXPECT_EQ(record.isDormant, c.isDormant);
-        EXPECT_EQ(record.userData->isStatic, c.type == BodyType::Static);
-        EXPECT_EQ(record.userData->outOfTime, c.type == BodyType::Dead || c.inPoint > 0);
+        EXPECT_EQ(record.isDormant, isDormant);
+        EXPECT_EQ(record.userData->isStatic, type == BodyType::Static);
+        EXPECT_EQ(record.userData->outOfTime, type == BodyType::Dead || inPoint > 0);
         // 2 m by 1 m at 1 kg per square metre; a box's inertia is m (w^2 + h^2) / 12.
-        EXPECT_FLOAT_EQ(body.GetMass(), c.worldType == b2_dynamicBody ? 2.0f : 0.0f);
-        EXPECT_FLOAT_EQ(body.GetInertia(), c.worldType == b2_dynamicBody ? 10.0f / 12.0f : 0.0f);
-        EXPECT_EQ(scene.groundBody != nullptr, c.type == BodyType::AEmatic);
-        EXPECT_EQ(world->GetBodyCount(), c.type == BodyType::AEmatic ? 2 : 1);
-        EXPECT_EQ(record.aematicJoint != nullptr, c.type == BodyType::AEmatic);
+        EXPECT_FLOAT_EQ(body.GetMass(), worldType == b2_dynamicBody ? 2.0f : 0.0f);
+        EXPECT_FLOAT_EQ(body.GetInertia(), worldType == b2_dynamicBody ? 10.0f / 12.0f : 0.0f);
+        EXPECT_EQ(scene.groundBody != nullptr, type == BodyType::AEmatic);
+        EXPECT_EQ(world->GetBodyCount(), type == BodyType::AEmatic ? 2 : 1);
+        EXPECT_EQ(record.aematicJoint != nullptr, type == BodyType::AEmatic);
     }
 }
 
