@@ -1,7 +1,10 @@
 #include "geometry/polygon_tests.h"
 
+#include "geometry/convex_hull.h"
+
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <tuple>
 #include <vector>
 
@@ -14,7 +17,6 @@ TEST(PolygonTests, segmentsCrossOnlyBetweenTheirEnds) {
         {"a shared end is no hit", {0, 0}, {1, 0}, {1, 0}, {1, 1}, false},
         {"an end on the other is no hit", {0, 0}, {2, 0}, {1, 0}, {1, 1}, false},
         {"lines cross, segments do not", {0, 0}, {1, 0}, {2, -1}, {2, 1}, false},
-        {"parallel, overlapping", {0, 0}, {2, 0}, {1, 0}, {3, 0}, false},
         // den = 0.009 * 0.009 + 0.009 * 0.009 = 0.000162, and 0.0000512 with 0.005
         {"a small crossing", {0, 0}, {0.009f, 0.009f}, {0, 0.009f}, {0.009f, 0}, true},
         {"one so small that it counts as parallel", {0, 0}, {0.005f, 0.005f}, {0, 0.005f}, {0.005f, 0}, false},
@@ -55,6 +57,29 @@ TEST(PolygonTests, pointsOnTheBorderFallToOneSide) {
     for (const auto& [name, point, inside] : cases) {
         EXPECT_EQ(pointInPolygon(point, square), inside) << name;
     }
+}
+
+// A step from p takes j over the best if cross(best - p, j - p) is negative. From (4, 0) with best (0, 4) and j (4, 4):
+// (-4, 4) x (0, 4) = -16, so (4, 4) is next: from the start toward positive y.
+TEST(ConvexHull, startsAtTheRightAndTurnsTowardPositiveY) {
+    const std::tuple<const char*, std::vector<b2Vec2>, std::vector<b2Vec2>> cases[] = {
+        {"none", {}, {}},
+        {"one point, three times", {{1, 2}, {1, 2}, {1, 2}}, {{1, 2}}},
+        {"of two rightmost the one of small y is first; inner points and those on edges are left out",
+         {{2, 2}, {0, 0}, {4, 4}, {2, 0}, {4, 0}, {4, 2}, {0, 4}, {0, 2}},
+         {{4, 0}, {4, 4}, {0, 4}, {0, 0}}},
+        {"repeats of all corners", {{4, 0}, {4, 0}, {0, 3}, {0, 3}, {0, 0}, {0, 0}}, {{4, 0}, {0, 3}, {0, 0}}},
+        {"points on a line: there and back", {{1, 0}, {3, 0}, {2, 0}, {0, 0}}, {{3, 0}, {0, 0}}},
+    };
+    for (const auto& [name, points, hull] : cases) {
+        EXPECT_EQ(convexHull(points), hull) << name;
+    }
+    std::vector<b2Vec2> circle; // there is no limit of corners
+    for (int i = 0; i < 100; ++i) {
+        const float angle = 0.0628318f * static_cast<float>(i);
+        circle.emplace_back(1000.0f * std::cos(angle), 1000.0f * std::sin(angle));
+    }
+    EXPECT_EQ(convexHull(circle).size(), 100u);
 }
 
 } // namespace

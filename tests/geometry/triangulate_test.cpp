@@ -125,20 +125,6 @@ TEST(Triangulate, leavesTheLibrarysTrianglesAsTheyAre) {
     }
 }
 
-// The two-ear theorem's count holds for holes too: n points and h holes give n + 2 h - 2 triangles. None lies in the
-// hole, whose inner radius is 30, and their areas are those of the ring, so none overlap.
-TEST(Triangulate, coversRingsWithoutOverlap) {
-    const std::vector<Outline> outlines = {gear(60, 80, 100), gear(40, 30, 50)};
-    const Mesh mesh = meshOf(outlines);
-    EXPECT_EQ(mesh.triangles.size(), 100u);
-    const double expected = evenOddArea(std::vector<Ring>(outlines.begin(), outlines.end()));
-    EXPECT_NEAR(mesh.area, expected, 1e-4 * expected);
-    for (const Triangle& t : mesh.triangles) {
-        const float radius = ((1.0f / 3.0f) * (t[0] + t[1] + t[2])).Length();
-        EXPECT_TRUE(29.0f < radius && radius < 100.0f);
-    }
-}
-
 TEST(Triangulate, survivesWhatTheLibraryDoesNot) {
     const float inf = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();
