@@ -100,6 +100,7 @@ TEST(WrapInHulls, readsTheOptionInThreeWays) {
         {"the first is open, one group", vector, {{far, bent}}, {{far.verts, bent.verts}}},
         {"the first is open, two in the first group", vector, {{far, bent}, {bent}}, {{bothHull}}},
         {"the first is open, one in the first group", vector, {{far}, {bent}}, {{far.verts}, {bent.verts}}},
+        {"the first is a box, one group", vector, {{box(), bent}}, {{box().verts, bent.verts}}},
         {"the first is a path, and the circle's points count", vector, {{bent, ring}}, {{ringHull}}},
     };
     for (const auto& [name, source, outlines, expected] : cases) {
