@@ -81,8 +81,7 @@ TEST(HostFailure, OneUnreadableLayerDoesNotKeepTheOthersOut) {
 TEST(HostFailure, WithoutAHostNothingIsImported) {
     Scene scene;
     scene.bodies.resize(2);
-    const ImportReport report = initFromComposition({nullptr, 0}, scene);
-    EXPECT_EQ(report.error, A_Err_MISSING_SUITE);
+    EXPECT_EQ(initFromComposition({nullptr, 0}, scene).error, A_Err_MISSING_SUITE);
     EXPECT_EQ(scene.bodyCount(), 0);
 }
 

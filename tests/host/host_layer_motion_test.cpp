@@ -7,6 +7,7 @@
 
 #include "simulation/scene.h"
 #include "tests/host/imported.h"
+#include "tests/support/expect_near.h"
 
 namespace jostle {
 
@@ -58,14 +59,11 @@ TEST(HostLayerMotion, ReadsMotionAtTheTimesAsked) {
         const double time = frame * frameSeconds;
         SCOPED_TRACE(frame);
         // Twice as fast, since a pixel is twice as wide.
-        const b2Vec2 velocity = motion.velocity(0, time, frameSeconds);
-        EXPECT_NEAR(velocity.x, 1.0f, 1e-4f);
-        EXPECT_NEAR(velocity.y, 0.0f, 1e-4f);
+        expectNear({motion.velocity(0, time, frameSeconds)}, {{1, 0}});
         expectPoint(motion.scale(0, time), 1.0f + static_cast<float>(frame) / 50, 0.5f);
     }
     EXPECT_NEAR(motion.velocity(0, 60 * frameSeconds, frameSeconds).x, 0.0f, 1e-6f);
-    EXPECT_NEAR(motion.pointToComposition(0, {10, 5}, 25 * frameSeconds).x, 200.0f, 1e-4f);
-    EXPECT_NEAR(motion.pointToComposition(0, {10, 5}, 25 * frameSeconds).y, 30.0f, 1e-4f);
+    expectNear({motion.pointToComposition(0, {10, 5}, 25 * frameSeconds)}, {{200, 30}});
     EXPECT_NEAR(motion.gravity(0, 0).x, 150.0f, 1e-4f);
     EXPECT_EQ(motion.velocity(7, 0, frameSeconds).x, 0.0f); // no such layer
     EXPECT_EQ(motion.scale(-1, 0).x, 1.0f);

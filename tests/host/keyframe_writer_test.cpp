@@ -274,51 +274,47 @@ double firstGroupX(HostedDocument& hosted) {
 
 // A layer that is written where it stands shows the same picture: read once more it has the same body.
 TEST(KeyframeWriter, ALayerLooksAsBeforeAtFrameZero) {
-    struct Case {
-        const char* name;
-        bool cleared; ///< whether the first group's position is (0, 0) afterwards
-        std::string elements;
-        Stance stance = {};
-    };
     const std::string at20 = R"(,"a":{"k":[2,3]},"p":{"k":[20,5]})";
     const std::string at60 = R"(,"p":{"k":[60,0]})";
     const std::string skew = R"(,"p":{"k":[20,5]},"sk":{"k":30})";
     const Stance small{.anchor = "[7,8]", .scale = "[50,50]", .rotation = "30"};
     const Stance stretched{.anchor = "[7,8]", .scale = "[200,50]", .rotation = "30"};
     const Stance child{.rotation = "20", .more = R"(,"ind":1,"parent":2)"};
-    const Case cases[] = {
+    const Stance plain;
+    // Whether the first group's position is (0, 0) afterwards, the elements, and how the layer stands.
+    const std::tuple<const char*, bool, std::string, Stance> cases[] = {
         {"on a turned and scaled layer", true, group(plainRect, at20), small},
         {"a path on a turned and stretched layer", true, group(corner, at20), stretched},
-        {"a path in a scaled group", true, group(corner, R"(,"p":{"k":[20,5]},"s":{"k":[50,200]})")},
-        {"two paths in one group", true, group(joined({corner, corner}), at20)},
+        {"a path in a scaled group", true, group(corner, R"(,"p":{"k":[20,5]},"s":{"k":[50,200]})"), plain},
+        {"two paths in one group", true, group(joined({corner, corner}), at20), plain},
         {"two groups: offsets that are not the same stay", false, joined({group(plainRect, at20), group(corner, at60)}),
          turned("30")},
         {"a group within a group", false, group(group(plainRect, R"(,"p":{"k":[5,0]})"), at20), turned("30")},
         {"a child of a turned parent", true, group(corner, at20), child},
-        {"a gradient, whose ramp starts in the group", false, group(joined({plainRect, gradient}), at20)},
+        {"a gradient, whose ramp starts in the group", false, group(joined({plainRect, gradient}), at20), plain},
         {"a gradient over what is in the group's middle", true,
-         group(joined({rect("[40,20]", "[0,0]"), gradient}), at20)},
-        {"a repeater, which turns about a point of the group", false, group(joined({plainRect, repeater}), at20)},
-        {"a skewed group", false, group(rect("[40,20]", "[0,15]"), skew)},
-        {"skewed along the other axis", true, group(rect("[40,20]", "[0,15]"), skew + R"(,"sa":{"k":90})")},
+         group(joined({rect("[40,20]", "[0,0]"), gradient}), at20), plain},
+        {"a repeater, which turns about a point of the group", false, group(joined({plainRect, repeater}), at20),
+         plain},
+        {"a skewed group", false, group(rect("[40,20]", "[0,15]"), skew), plain},
+        {"skewed along the other axis", true, group(rect("[40,20]", "[0,15]"), skew + R"(,"sa":{"k":90})"), plain},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        Export job(lottieDocument(joined({shapeLayer(c.elements, c.stance),
+    for (const auto& [name, cleared, elements, stance] : cases) {
+        SCOPED_TRACE(name);
+        Export job(lottieDocument(joined({shapeLayer(elements, stance),
                                           layerText(R"("ty":3,"ind":2)", {.position = "[30,40]", .rotation = "15"})})));
         const std::vector<ExportResult> results = samplesAtRest(job.scene);
         const WriteReport report = job.write(results, 0);
         // Whoever compares the samples with the picture is told the point that follows them, and the turn.
-        const standalone::Transform& written = job.hosted.layer(0).transform;
-        const WrittenStance& stance = report.stances.at(0);
-        EXPECT_FLOAT_EQ(static_cast<float>(written.anchor.value[0]), stance.anchor.x);
-        EXPECT_FLOAT_EQ(static_cast<float>(written.anchor.value[1]), stance.anchor.y);
-        EXPECT_FLOAT_EQ(static_cast<float>(standalone::valueAt(written.rotation, 0)[0]),
-                        results.back().rotations.front() + stance.turn);
+        const standalone::Transform& shown = job.hosted.layer(0).transform;
+        const WrittenStance& written = report.stances.at(0);
+        expectValue(shown.anchor, {double{written.anchor.x}, double{written.anchor.y}, 0});
+        EXPECT_FLOAT_EQ(static_cast<float>(standalone::valueAt(shown.rotation, 0)[0]),
+                        results.back().rotations.front() + written.turn);
         Scene again;
         ASSERT_EQ(initFromComposition(job.hosted.context(), again).error, A_Err_NONE);
         expectNear(placedVertices(again.bodies.at(0)), placedVertices(job.body()));
-        EXPECT_EQ(firstGroupX(job.hosted) == 0, c.cleared);
+        EXPECT_EQ(firstGroupX(job.hosted) == 0, cleared);
     }
 }
 

@@ -54,14 +54,6 @@ TEST(LayerImport, TellsWhyALayerIsNoBody) {
 // the corners (0, 0) and (40, 20), whatever the rotation.
 TEST(LayerImport, PlacesTheOutlineOfTheBounds) {
     using Change = std::function<void(Document&, DocumentLayer&)>;
-    struct Case {
-        const char* name;
-        Change change;
-        b2Vec2 position;
-        Extent corners;
-        float degrees = 0;
-        b2Vec2 scale = {1, 1};
-    };
     const auto scaledTo = [](double x, double y, double degrees = 0) -> Change {
         return [=](Document&, DocumentLayer& layer) {
             layer.transform.scale.value = {x, y, 100};
@@ -75,38 +67,40 @@ TEST(LayerImport, PlacesTheOutlineOfTheBounds) {
         setParent(layer, parent);
     };
     const Extent plain = from(-10, -5, 30, 15);
-    const Case cases[] = {
-        {"as it is", scaledTo(100, 100), at(50, 10), plain},
+    const b2Vec2 one(1, 1);
+    const std::tuple<const char*, Change, b2Vec2, Extent, float, b2Vec2> cases[] = {
+        {"as it is", scaledTo(100, 100), at(50, 10), plain, 0, one},
         {"scaled and turned", scaledTo(200, 50, 90), at(50, 10), from(-20, -2.5f, 60, 7.5f), 90, b2Vec2(2, 0.5f)},
         {"under a turned and stretched parent: (30, 0) doubles to (60, 0), turns to (0, 60), lands at (100, 110)",
          child, at(0, 60), from(-20, -5, 60, 15), 90, b2Vec2(2, 1)},
-        {"a flip keeps the size", scaledTo(100, -100), at(50, 10), plain},
+        {"a flip keeps the size", scaledTo(100, -100), at(50, 10), plain, 0, one},
         {"nothing is left of a layer at scale 0 but a thousandth", scaledTo(0, 0), at(50, 10),
          from(-0.01f, -0.005f, 0.03f, 0.015f), 0, b2Vec2(0.001f, 0.001f)},
         {"wide pixels: x doubles, and so does the width of the composition",
-         [](auto& document, auto&) { document.pixelAspect = 2; }, at(100, 10), plain},
-        {"no number: as if nothing were transformed", scaledTo(std::nan(""), 100), at(-90, -45), plain},
+         [](auto& document, auto&) { document.pixelAspect = 2; }, at(100, 10), plain, 0, one},
+        {"no number: as if nothing were transformed", scaledTo(std::nan(""), 100), at(-90, -45), plain, 0, one},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, change, position, extent, degrees, scale] : cases) {
+        SCOPED_TRACE(name);
         auto document = emptyDocument();
-        c.change(*document, addLayer(*document));
+        change(*document, addLayer(*document));
         Imported imported(std::move(document));
         ASSERT_EQ(imported.scene.bodyCount(), 1);
         const BodyRecord& body = imported.body();
-        expectPoint(body.position, c.position);
-        expectPoint(body.importPosition, c.position);
-        EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
-        expectPoint(body.layerScale, c.scale);
+        expectPoint(body.position, position);
+        expectPoint(body.importPosition, position);
+        EXPECT_NEAR(radiansToDegrees(body.angle), degrees, 1e-4f);
+        expectPoint(body.layerScale, scale);
         expectPoint(body.layerAnchor, 10, 5);
         const auto& corners = body.outlines.at(0).at(0).verts;
         ASSERT_EQ(corners.size(), 4u);
-        expectPoint(corners[0], at(c.corners.left, c.corners.top));
-        expectPoint(corners[1], at(c.corners.right, c.corners.top));
-        expectPoint(corners[2], at(c.corners.right, c.corners.bottom));
-        expectPoint(corners[3], at(c.corners.left, c.corners.bottom));
+        expectPoint(corners[0], at(extent.left, extent.top));
+        expectPoint(corners[1], at(extent.right, extent.top));
+        expectPoint(corners[2], at(extent.right, extent.bottom));
+        expectPoint(corners[3], at(extent.left, extent.bottom));
         EXPECT_TRUE(body.isBox);
-        EXPECT_EQ(imported.report.layers[0].numbersReplaced, &c == std::end(cases) - 1);
+        EXPECT_EQ(imported.report.layers[0].numbersReplaced,
+                  std::isnan(imported.hosted.layer(0).transform.scale.value[0]));
     }
 }
 

@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "tests/host/imported.h"
@@ -15,53 +17,50 @@ std::string maskOf(const std::string& outline) {
 // A circle with two points on each curve is a polygon of 12: 4 corners at 50, and the points of a quarter at a third
 // and two thirds, so that its area is not that of a circle. Where it is meshed the area is left out, as 0.
 TEST(MaskImport, MakesPrimitivesOfASingleMaskOnly) {
-    struct Case {
-        const char* name;
-        std::string masks;
-        const char* pieces;
-        double area; // square metres of boxes and triangles; by hand
-        Stance stance = {};
-    };
     const std::string circle = mask(hostCircle);
     const std::string otherStart =
         R"({"v":[[0,50],[50,100],[100,50],[50,0]],"i":[[0,-27.614],[-27.614,0],[0,27.614],[27.614,0]],)"
         R"("o":[[0,27.614],[27.614,0],[0,-27.614],[-27.614,0]],"c":true})";
     const std::string off =
         R"({"mode":"n","inv":true,"pt":{"k":)" + outlineText(rightRectangle) + R"(},"o":{"k":0},"x":{"k":30}})";
-    const Case cases[] = {
-        {"the host's circle", circle, "1 circles", 0},
-        {"the same from another vertex on", mask(otherStart), "10 triangles", 0},
-        {"a circle beside a second mask", joined({circle, maskOf("[200,0],[300,0],[300,100]")}), "11 triangles", 0},
+    const Stance plain;
+    // The pieces, and square metres of boxes and triangles; by hand.
+    const std::tuple<const char*, std::string, const char*, double, Stance> cases[] = {
+        {"the host's circle", circle, "1 circles", 0, plain},
+        {"the same from another vertex on", mask(otherStart), "10 triangles", 0, plain},
+        {"a circle beside a second mask", joined({circle, maskOf("[200,0],[300,0],[300,100]")}), "11 triangles", 0,
+         plain},
         {"a circle on an evenly scaled layer", circle, "1 circles", 0, scaled("[50,50]")},
         {"a circle on an unevenly scaled layer", circle, "10 triangles", 0, scaled("[50,100]")},
-        {"a rectangle", maskOf(rightRectangle), "1 boxes", 0.4},
-        {"whatever the mode, inversion, opacity and expansion", off, "1 boxes", 0.4},
+        {"a rectangle", maskOf(rightRectangle), "1 boxes", 0.4, plain},
+        {"whatever the mode, inversion, opacity and expansion", off, "1 boxes", 0.4, plain},
         {"on an unevenly scaled layer: still a box", maskOf(rightRectangle), "1 boxes", 0.8, scaled("[200,100]")},
-        {"a rectangle whose first edge runs down", maskOf("[10,10],[10,60],[90,60],[90,10]"), "1 boxes", 0.4},
-        {"a rectangle whose second edge runs up", maskOf("[10,60],[90,60],[90,10],[10,10]"), "2 triangles", 0.4},
-        {"a rectangle of 5 by 5 pixels", maskOf("[5,0],[0,0],[0,5],[5,5]"), "2 triangles", 0.0025},
-        {"a rectangle with a repeated vertex", maskOf("[90,10],[10,10],[10,10],[10,60],[90,60]"), "1 boxes", 0.4},
+        {"a rectangle whose first edge runs down", maskOf("[10,10],[10,60],[90,60],[90,10]"), "1 boxes", 0.4, plain},
+        {"a rectangle whose second edge runs up", maskOf("[10,60],[90,60],[90,10],[10,10]"), "2 triangles", 0.4, plain},
+        {"a rectangle of 5 by 5 pixels", maskOf("[5,0],[0,0],[0,5],[5,5]"), "2 triangles", 0.0025, plain},
+        {"a rectangle with a repeated vertex", maskOf("[90,10],[10,10],[10,10],[10,60],[90,60]"), "1 boxes", 0.4,
+         plain},
         {"two rectangles side by side", joined({maskOf(rightRectangle), maskOf("[190,10],[110,10],[110,60],[190,60]")}),
-         "4 triangles", 0.8},
+         "4 triangles", 0.8, plain},
         {"a rectangle within another is a hole of it",
          joined({maskOf("[0,0],[100,0],[100,100],[0,100]"), maskOf("[20,20],[80,20],[80,80],[20,80]")}), "8 triangles",
-         0.64},
-        {"an open mask", mask(outlineText("[0,0],[50,0],[50,50]", false)), "1 lines", 0},
-        {"a mask without vertices beside a rectangle: two masks", joined({maskOf(""), maskOf(rightRectangle)}),
-         "2 triangles", 0.4},
-        {"a mask without vertices", maskOf(""), "", 0},
+         0.64, plain},
+        {"an open mask", mask(outlineText("[0,0],[50,0],[50,50]", false)), "1 lines", 0, plain},
+        {"no vertices beside a rectangle: two masks", joined({maskOf(""), maskOf(rightRectangle)}), "2 triangles", 0.4,
+         plain},
+        {"a mask without vertices", maskOf(""), "", 0, plain},
         {"a flipped layer keeps its size", maskOf(rightRectangle), "1 boxes", 0.2, scaled("[-50,100]")},
         {"a layer at scale 0 keeps a thousandth", maskOf(rightRectangle), "1 boxes", 0.4e-6, scaled("[0,0]")},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        Imported imported(solidLayer(c.masks, c.stance));
+    for (const auto& [name, masks, pieces, area, stance] : cases) {
+        SCOPED_TRACE(name);
+        Imported imported(solidLayer(masks, stance));
         ASSERT_EQ(imported.scene.bodyCount(), 1);
         EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Masks);
-        EXPECT_EQ(piecesText(imported.body()), c.pieces);
+        EXPECT_EQ(piecesText(imported.body()), pieces);
         EXPECT_FALSE(imported.body().isBox) << "its first piece need not be all of it";
-        if (c.area > 0) {
-            EXPECT_NEAR(areaOf(imported.body()) / c.area, 1.0, 1e-4);
+        if (area > 0) {
+            EXPECT_NEAR(areaOf(imported.body()) / area, 1.0, 1e-4);
         }
     }
 }

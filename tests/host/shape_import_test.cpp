@@ -176,34 +176,26 @@ std::unique_ptr<Document> textDocument(const std::string& text, const Stance& st
 }
 
 TEST(TextImport, EachGlyphJoinsTheMeshAndKeepsItsHoles) {
-    struct Case {
-        const char* name;
-        const char* text;
-        const char* pieces;
-        double area; // square metres
-        Extent extent;
-        Stance stance = {};
-        float degrees = 0;
-    };
     const Stance aboutTen{.anchor = "[10,0]", .scale = "[200,100]"};
-    const Case cases[] = {
-        {"a letter", "o", "8 triangles", 0.16, from(0, -50, 50, 0)},
-        {"two letters, 60 apart", "oo", "16 triangles", 0.32, from(0, -50, 110, 0)},
-        {"scaled, about the anchor", "o", "8 triangles", 0.32, from(-20, -50, 80, 0), aboutTen},
+    // The text, its pieces, their square metres, the box around them, how the layer stands, and the angle of the body.
+    const std::tuple<const char*, const char*, const char*, double, Extent, Stance, float> cases[] = {
+        {"a letter", "o", "8 triangles", 0.16, from(0, -50, 50, 0), {}, 0},
+        {"two letters, 60 apart", "oo", "16 triangles", 0.32, from(0, -50, 110, 0), {}, 0},
+        {"scaled, about the anchor", "o", "8 triangles", 0.32, from(-20, -50, 80, 0), aboutTen, 0},
         {"turned: the body is, not the outline", "o", "8 triangles", 0.16, from(0, -50, 50, 0), turned("90"), 90},
-        {"nothing", "", "", 0, from(1e11f, 1e11f, -1e11f, -1e11f)},
+        {"nothing", "", "", 0, from(1e11f, 1e11f, -1e11f, -1e11f), {}, 0},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        Imported imported(textDocument(c.text, c.stance));
+    for (const auto& [name, text, pieces, area, extent, stance, degrees] : cases) {
+        SCOPED_TRACE(name);
+        Imported imported(textDocument(text, stance));
         ASSERT_EQ(imported.scene.bodyCount(), 1);
         const BodyRecord& body = imported.body();
         EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Text);
-        EXPECT_EQ(piecesText(body), c.pieces);
-        EXPECT_NEAR(areaOf(body), c.area, 1e-5);
-        expectExtent(body, c.extent);
+        EXPECT_EQ(piecesText(body), pieces);
+        EXPECT_NEAR(areaOf(body), area, 1e-5);
+        expectExtent(body, extent);
         expectPoint(body.position, 0, 0);
-        EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
+        EXPECT_NEAR(radiansToDegrees(body.angle), degrees, 1e-4f);
         EXPECT_EQ(body.userData->color, (Rgb{1, 1, 1}));
         EXPECT_TRUE(imported.messages.texts.empty());
     }
