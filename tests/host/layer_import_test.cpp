@@ -29,8 +29,6 @@ TEST(LayerImport, TellsWhyALayerIsNoBody) {
          LayerOutcome::NoPicture},
         {"a solid without a size", LayerKind::Solid, [](auto& l) { l.item = std::make_shared<standalone::Item>(); },
          LayerOutcome::NoPicture},
-        {"text", LayerKind::Text, plain, LayerOutcome::Body},
-        {"vector shapes", LayerKind::Shape, plain, LayerOutcome::Body},
     };
     for (const auto& [name, kind, change, outcome] : cases) {
         SCOPED_TRACE(name);

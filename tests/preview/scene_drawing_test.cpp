@@ -240,18 +240,17 @@ TEST(DrawStyle, whatIsReadStandsOutFromAnyBackground) {
 }
 
 TEST(DrawStyle, defaultsOfThePreferencesAreItsOwn) {
-    DrawStyle style{.selectionHighlight = {},
-                    .staticHighlight = {},
-                    .selectionStrokeWidth = 0,
-                    .joints = {},
-                    .selectedJoint = {},
-                    .jointStrokeWidth = 0};
+    DrawStyle style;
+    style.selectionHighlight = style.staticHighlight = style.selectedJoint = {};
+    style.joints = {};
+    style.selectionStrokeWidth = style.jointStrokeWidth = 0;
     applyPreferences(UserPreferences(), style);
     EXPECT_EQ(style, DrawStyle());
 }
 
-// From (-1, -0.5) m to (2, 1) m: pixels (400, 250) to (700, 400).
-TEST(Overlays, theRubberBandIsTheBoxOfItsCornersAndFaint) {
+// From (-1, -0.5) m to (2, 1) m: pixels (400, 250) to (700, 400). With 10 pixels for each metre per second squared
+// the arrow of gravity ends 98 pixels below the middle.
+TEST(Overlays, theRubberBandIsTheBoxOfItsCornersAndGravityAsLongAsItIsStrong) {
     Stage stage;
     Drawing drawing;
     drawRubberBand(stage.scene, {2, -0.5f}, {-1, 1}, drawing);
@@ -259,11 +258,6 @@ TEST(Overlays, theRubberBandIsTheBoxOfItsCornersAndFaint) {
     EXPECT_EQ(drawing.overlays.triangles[0].color, (Rgba{255, 255, 255, 29})); // 0.115 * 255
     EXPECT_TRUE(hasLine(drawing.overlays, {400, 250}, {700, 250}));
     EXPECT_TRUE(hasLine(drawing.overlays, {700, 250}, {700, 400}));
-}
-
-// 10 pixels for each metre per second squared: the arrow ends 98 pixels below the middle.
-TEST(Overlays, gravityIsAsLongAsItIsStrong) {
-    Drawing drawing;
     drawGravityTool(9.8, 90.0, 10.0, DrawStyle(), plainView(), drawing);
     EXPECT_TRUE(hasLine(drawing.view, {500, 300}, {500, 398}));
     EXPECT_TRUE(hasLine(drawing.view, {0, 300}, {1000, 300}));

@@ -15,35 +15,32 @@ namespace jostle::standalone {
 namespace {
 
 /// What a person does at the window: plays some frames, reads the title, and closes it.
-class Visitor {
-public:
+struct Visitor {
     Visitor() {
-        QObject::connect(&timer_, &QTimer::timeout, [this] { look(); });
-        timer_.start(0);
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            if (auto* const window = qobject_cast<JostleDlg*>(QApplication::activeModalWidget())) {
+                look(*window);
+            }
+        });
+        timer.start(0);
+    }
+    void look(JostleDlg& window) {
+        auto* const play = window.findChild<QAbstractButton*>("playBtn");
+        if (!play->isChecked()) {
+            play->click();
+        }
+        title = window.windowTitle();
+        style = window.preview().style();
+        frames = window.findChild<QLabel*>("frameSt")->text().toInt();
+        if (frames > 1) {
+            timer.stop();
+            window.close();
+        }
     }
     QString title;
     DrawStyle style;
     int frames = 0;
-
-private:
-    void look() {
-        auto* const window = qobject_cast<JostleDlg*>(QApplication::activeModalWidget());
-        if (window == nullptr) {
-            return;
-        }
-        auto* const play = window->findChild<QAbstractButton*>("playBtn");
-        if (!play->isChecked()) {
-            play->click();
-        }
-        title = window->windowTitle();
-        style = window->preview().style();
-        frames = window->findChild<QLabel*>("frameSt")->text().toInt();
-        if (frames > 1) {
-            timer_.stop();
-            window->close();
-        }
-    }
-    QTimer timer_;
+    QTimer timer;
 };
 
 /// Starts the plug-in on a host's composition of one body. @param goesOn  whether the preparation lets it
