@@ -88,7 +88,11 @@ inline Extent from(float left, float top, float right, float bottom) {
     return {left, top, right, bottom};
 }
 
-inline void expectExtent(const BodyRecord& body, const Extent& extent) {
+/// Expects a body's place in metres, the box around its vertices, and its angle in degrees.
+inline void expectPlace(const BodyRecord& body, b2Vec2 position, const Extent& extent, float degrees = 0) {
+    expectPoint(body.position, position);
+    expectPoint(body.importPosition, position);
+    EXPECT_NEAR(radiansToDegrees(body.angle), degrees, 1e-4f);
     b2Vec2 least(1e9f, 1e9f);
     b2Vec2 most(-1e9f, -1e9f);
     for (const auto& shapes : body.outlines)

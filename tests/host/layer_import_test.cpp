@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/host/imported.h"
+#include "tests/support/expect_near.h"
 
 namespace jostle {
 
@@ -85,17 +86,13 @@ TEST(LayerImport, PlacesTheOutlineOfTheBounds) {
         Imported imported(std::move(document));
         ASSERT_EQ(imported.scene.bodyCount(), 1);
         const BodyRecord& body = imported.body();
-        expectPoint(body.position, position);
-        expectPoint(body.importPosition, position);
-        EXPECT_NEAR(radiansToDegrees(body.angle), degrees, 1e-4f);
+        expectPlace(body, position, extent, degrees);
         expectPoint(body.layerScale, scale);
         expectPoint(body.layerAnchor, 10, 5);
-        const auto& corners = body.outlines.at(0).at(0).verts;
-        ASSERT_EQ(corners.size(), 4u);
-        expectPoint(corners[0], at(extent.left, extent.top));
-        expectPoint(corners[1], at(extent.right, extent.top));
-        expectPoint(corners[2], at(extent.right, extent.bottom));
-        expectPoint(corners[3], at(extent.left, extent.bottom));
+        expectNear(body.outlines.at(0).at(0).verts,
+                   {at(extent.left, extent.top), at(extent.right, extent.top), at(extent.right, extent.bottom),
+                    at(extent.left, extent.bottom)},
+                   1e-5f);
         EXPECT_TRUE(body.isBox);
         EXPECT_EQ(imported.report.layers[0].numbersReplaced,
                   std::isnan(imported.hosted.layer(0).transform.scale.value[0]));

@@ -74,7 +74,7 @@ TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
         EXPECT_EQ(piecesText(scene.bodies[body]), "1 boxes") << body;
     EXPECT_EQ(piecesText(scene.bodies[4]), "1 circles");
     expectPoint(scene.bodies[1].layerScale, 2, 2);
-    expectExtent(scene.bodies[1], {-20, -20, 60, 60}); // from 0 to 40, less 10, twice
+    expectPlace(scene.bodies[1], {0, 0}, {-20, -20, 60, 60}); // from 0 to 40, less 10, twice
     EXPECT_NEAR(radiansToDegrees(scene.bodies[3].angle), 30, 1e-4f);
     // (-50, 0) and (50, 0), halved and turned by 30 degrees, about (120, 30).
     const float x = 0.25f * std::cos(b2_pi / 6);

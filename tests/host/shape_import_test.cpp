@@ -31,10 +31,7 @@ void expectCase(const ShapeCase& c) {
     EXPECT_TRUE(body.isShapeLayer);
     EXPECT_FALSE(body.isBox);
     EXPECT_EQ(piecesText(body), c.pieces);
-    expectPoint(body.position, c.position);
-    expectPoint(body.importPosition, c.position);
-    EXPECT_NEAR(radiansToDegrees(body.angle), c.degrees, 1e-4f);
-    expectExtent(body, c.extent);
+    expectPlace(body, c.position, c.extent, c.degrees);
     if (std::string(c.pieces) == "1 circles") {
         EXPECT_NEAR(body.outlines[0][0].radius, (c.extent.right - c.extent.left) / 200, 1e-5f);
     }
@@ -153,9 +150,7 @@ TEST(ShapeImport, ALayerWithoutOutlinesBecomesASquareAndSaysSo) {
     EXPECT_EQ(imported.report.layers[1].origin, BodyOrigin::Fallback);
     EXPECT_TRUE(body.isBox);
     EXPECT_FALSE(body.isShapeLayer);
-    expectExtent(body, {0, 0, 100, 100});
-    expectPoint(body.position, 0, 0);
-    EXPECT_EQ(body.angle, 0);
+    expectPlace(body, {0, 0}, {0, 0, 100, 100});
     expectPoint(body.layerAnchor, 3, 4);
     expectPoint(body.layerScale, 1, 1);
     EXPECT_EQ(body.userData->color, (Rgb{1, 1, 1}));
@@ -193,9 +188,7 @@ TEST(TextImport, EachGlyphJoinsTheMeshAndKeepsItsHoles) {
         EXPECT_EQ(imported.report.layers[0].origin, BodyOrigin::Text);
         EXPECT_EQ(piecesText(body), pieces);
         EXPECT_NEAR(areaOf(body), area, 1e-5);
-        expectExtent(body, extent);
-        expectPoint(body.position, 0, 0);
-        EXPECT_NEAR(radiansToDegrees(body.angle), degrees, 1e-4f);
+        expectPlace(body, {0, 0}, extent, degrees);
         EXPECT_EQ(body.userData->color, (Rgb{1, 1, 1}));
         EXPECT_TRUE(imported.messages.texts.empty());
     }
