@@ -7,22 +7,14 @@
 namespace jostle {
 namespace {
 
-/// 1280 by 720 pixels, so that 30 m in height make 24 pixels a metre at zoom 100.
-ViewTransform view(double zoom, double panX, double panY) {
-    ViewTransform made;
-    made.zoom = zoom;
-    made.panX = panX;
-    made.panY = panY;
-    return made;
-}
-
-// Pixels from the middle, (640, 360): 24 times zoom / 100 times the metres, pan added.
+// In 1280 by 720 pixels 30 m in height make 24 pixels a metre at zoom 100. Pixels from the middle, (640, 360): 24 times
+// zoom / 100 times the metres, pan added.
 TEST(ViewTransform, worldAndPictureMapOntoEachOther) {
     const std::tuple<const char*, ViewTransform, b2Vec2, b2Vec2> cases[] = {
-        {"the world's origin is the middle", view(100, 0, 0), {0, 0}, {640, 360}},
-        {"30 m fill the height, 16/9 of it the width", view(100, 0, 0), {-80.0f / 3.0f, -15}, {0, 0}},
-        {"zoom enlarges about the middle", view(250, 0, 0), {1, -1}, {700, 300}},
-        {"pan is in metres, before zoom", view(250, 1, -2), {3, 1}, {880, 300}},
+        {"the world's origin is the middle", {1280, 720, 100, 0, 0}, {0, 0}, {640, 360}},
+        {"30 m fill the height, 16/9 of it the width", {1280, 720, 100, 0, 0}, {-80.0f / 3.0f, -15}, {0, 0}},
+        {"zoom enlarges about the middle", {1280, 720, 250, 0, 0}, {1, -1}, {700, 300}},
+        {"pan is in metres, before zoom", {1280, 720, 250, 1, -2}, {3, 1}, {880, 300}},
         {"a picture twice as wide shows more", {2560, 720, 100, 0, 0}, {10, 0}, {1520, 360}},
     };
     for (const auto& [name, shown, world, picture] : cases) {
