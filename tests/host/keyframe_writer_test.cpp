@@ -278,6 +278,7 @@ TEST(KeyframeWriter, ALayerLooksAsBeforeAtFrameZero) {
         {"two paths in one group", true, group(joined({corner, corner}), at20), plain},
         {"two groups: offsets that are not the same stay", false, joined({group(plainRect, at20), group(corner, at60)}),
          turned("30")},
+        {"two groups, the path first", false, joined({group(corner, at60), group(plainRect, at20)}), turned("30")},
         {"a group within a group", false, group(group(plainRect, R"(,"p":{"k":[5,0]})"), at20), turned("30")},
         {"a child of a turned parent", true, group(corner, at20), child},
         {"a gradient, whose ramp starts in the group", false, group(joined({plainRect, gradient}), at20), plain},

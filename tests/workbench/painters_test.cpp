@@ -33,21 +33,17 @@ Scene everythingScene() {
 }
 
 QImage pictureAt(int frame, PreviewWidget::Painter painter) {
-    StillLayers layers;
-    SimulationView view(everythingScene(), layers, WallPacer([] { return 1; }, [](int) {}));
-    PreviewWidget preview(view, painter);
-    preview.resize(960, 540);
-    preview.show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&preview));
+    Window window(everythingScene(), painter);
+    PreviewWidget& preview = window.dialog.preview();
     preview.zoomToFit();
     ViewOptions options = preview.options();
     options.mesh = options.boundingBox = options.localAxes = true;
     preview.setOptions(options);
     preview.setTrails(true);
-    view.selection().setBodies({2, 3});
-    view.showFrame(frame);
-    while (view.isCatchingUp()) {
-        view.updatePhysics();
+    window.view.selection().setBodies({2, 3});
+    window.view.showFrame(frame);
+    while (window.view.isCatchingUp()) {
+        window.turn();
     }
     for (auto* const note : preview.findChildren<QLabel*>()) {
         note->hide();
