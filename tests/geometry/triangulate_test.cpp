@@ -70,9 +70,7 @@ TEST(Triangulate, decidesHolesByTheFirstCorner) {
         {"a bow tie beside a square is tried and reported", 900, true, {bowTie, square(50, 60)}},
         {"a line has no area", 100, true, {{{0, 0}, {20, 0}, {40, 0}}, square(50, 60)}},
         {"a point, three times", 0, true, {{{5, 5}, {5, 5}, {5, 5}}}},
-        {"a repeated point", 1600, false, {{{0, 0}, {40, 0}, {40, 0}, {40, 40}, {0, 40}}}},
         {"a spike", 1600, false, {{{0, 0}, {40, 0}, {40, 40}, {20, 40}, {20, 60}, {20, 40}, {0, 40}}}},
-        {"a hole that touches the edge", 1400, false, {square(0, 40), {{40, 20}, {20, 10}, {20, 30}}}},
         // The part of the hole outside, 10 by 20, is enclosed once and so is filled.
         {"a hole that leaves", 1400, false, {square(0, 40), {{20, 10}, {50, 10}, {50, 30}, {20, 30}}}},
         {"a hole in an outline with a point that is no number", 1200, false, {broken, square(10, 30)}},
