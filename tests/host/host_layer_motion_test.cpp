@@ -60,7 +60,7 @@ TEST(HostLayerMotion, ReadsMotionAtTheTimesAsked) {
         SCOPED_TRACE(frame);
         // Twice as fast, since a pixel is twice as wide.
         expectNear({motion.velocity(0, time, frameSeconds)}, {{1, 0}});
-        expectPoint(motion.scale(0, time), 1.0f + static_cast<float>(frame) / 50, 0.5f);
+        expectPoint(motion.scale(0, time), {1.0f + static_cast<float>(frame) / 50, 0.5f});
     }
     EXPECT_NEAR(motion.velocity(0, 60 * frameSeconds, frameSeconds).x, 0.0f, 1e-6f);
     expectNear({motion.pointToComposition(0, {10, 5}, 25 * frameSeconds)}, {{200, 30}});

@@ -38,12 +38,9 @@ struct Imported {
     ImportReport report;
 };
 
-inline void expectPoint(b2Vec2 actual, float x, float y) {
-    EXPECT_NEAR(actual.x, x, 1e-5f);
-    EXPECT_NEAR(actual.y, y, 1e-5f);
-}
 inline void expectPoint(b2Vec2 actual, b2Vec2 expected) {
-    expectPoint(actual, expected.x, expected.y);
+    EXPECT_NEAR(actual.x, expected.x, 1e-5f);
+    EXPECT_NEAR(actual.y, expected.y, 1e-5f);
 }
 
 /// What a body is made of, as in "1 circles 2 boxes"; empty for nothing.

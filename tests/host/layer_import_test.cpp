@@ -15,7 +15,6 @@ TEST(LayerImport, TellsWhyALayerIsNoBody) {
     const auto plain = [](DocumentLayer&) {};
     const std::tuple<const char*, LayerKind, std::function<void(DocumentLayer&)>, LayerOutcome> cases[] = {
         {"a solid", LayerKind::Solid, plain, LayerOutcome::Body},
-        {"an image", LayerKind::Image, plain, LayerOutcome::Body},
         {"a precomposition", LayerKind::Precomposition, plain, LayerOutcome::Body},
         {"a camera", LayerKind::Camera, plain, LayerOutcome::Camera},
         {"a light", LayerKind::Light, plain, LayerOutcome::Light},
@@ -88,7 +87,7 @@ TEST(LayerImport, PlacesTheOutlineOfTheBounds) {
         const BodyRecord& body = imported.body();
         expectPlace(body, position, extent, degrees);
         expectPoint(body.layerScale, scale);
-        expectPoint(body.layerAnchor, 10, 5);
+        expectPoint(body.layerAnchor, {10, 5});
         expectNear(body.outlines.at(0).at(0).verts,
                    {at(extent.left, extent.top), at(extent.right, extent.top), at(extent.right, extent.bottom),
                     at(extent.left, extent.bottom)},
@@ -136,7 +135,6 @@ TEST(LayerImport, ReadsTheCompositionAndColours) {
     const Scene& scene = imported.scene;
     EXPECT_EQ(scene.compWidth, 300);
     EXPECT_EQ(scene.compHeight, 100);
-    EXPECT_DOUBLE_EQ(scene.fps, 30);
     EXPECT_DOUBLE_EQ(scene.frameDurationSeconds(), 1.0 / 30);
     ASSERT_EQ(scene.bodyCount(), 2);
     EXPECT_EQ(scene.bodies[0].layerID, 77);

@@ -73,13 +73,13 @@ TEST(Separation, EachPartBecomesALayerAboveItsHiddenSource) {
     for (const std::size_t body : {1u, 2u, 3u})
         EXPECT_EQ(piecesText(scene.bodies[body]), "1 boxes") << body;
     EXPECT_EQ(piecesText(scene.bodies[4]), "1 circles");
-    expectPoint(scene.bodies[1].layerScale, 2, 2);
+    expectPoint(scene.bodies[1].layerScale, {2, 2});
     expectPlace(scene.bodies[1], {0, 0}, {-20, -20, 60, 60}); // from 0 to 40, less 10, twice
     EXPECT_NEAR(radiansToDegrees(scene.bodies[3].angle), 30, 1e-4f);
     // (-50, 0) and (50, 0), halved and turned by 30 degrees, about (120, 30).
     const float x = 0.25f * std::cos(b2_pi / 6);
-    expectPoint(scene.bodies[3].position, 0.2f - x, -0.2f - 0.125f);
-    expectPoint(scene.bodies[4].position, 0.2f + x, -0.2f + 0.125f);
+    expectPoint(scene.bodies[3].position, {0.2f - x, -0.2f - 0.125f});
+    expectPoint(scene.bodies[4].position, {0.2f + x, -0.2f + 0.125f});
 }
 
 TEST(Separation, PartsOfAChildStandWhereTheSourceDoes) {
@@ -91,8 +91,8 @@ TEST(Separation, PartsOfAChildStandWhereTheSourceDoes) {
     ASSERT_EQ(initFromComposition(hosted.context(), scene).error, A_Err_NONE);
     ASSERT_EQ(scene.bodyCount(), 2);
     // 40 + 2 (10 + 50) = 160, of which the composition's centre is at 100.
-    expectPoint(scene.bodies[1].position, 0.6f, 0);
-    expectPoint(scene.bodies[1].layerScale, 2, 2);
+    expectPoint(scene.bodies[1].position, {0.6f, 0});
+    expectPoint(scene.bodies[1].layerScale, {2, 2});
 }
 
 // A group has the place of its source and as many further down as there are shapes above it, but covers what its source

@@ -79,7 +79,6 @@ TEST(ShapeImport, PlacesElementsByTheSumOfTheirGroups) {
         {"a path has its origin in its centroid", group(corner), "1 triangles", at(10, 10), from(-10, -10, 20, 20)},
         {"a path has the layer's rotation in its vertices: (0, 0), (0, 30), (-30, 0)", group(corner), "1 triangles",
          at(-10, 10), from(-20, -10, 10, 20), turned("90")},
-        {"and its scale", group(corner), "1 triangles", at(20, 10), from(-20, -10, 40, 20), scaled("[200,100]")},
         {"an open path has its origin in the mean of its points",
          group(path(outlineText("[0,0],[30,0],[0,30]", false))), "1 lines", at(10, 10), from(-10, -10, 20, 20)},
         {"a path like the host's circle", group(path(hostCircle)), "1 circles", at(50, 50), from(-50, -50, 50, 50)},
@@ -146,8 +145,8 @@ TEST(ShapeImport, ALayerWithoutOutlinesBecomesASquareAndSaysSo) {
     EXPECT_TRUE(body.isBox);
     EXPECT_FALSE(body.isShapeLayer);
     expectPlace(body, {0, 0}, {0, 0, 100, 100});
-    expectPoint(body.layerAnchor, 3, 4);
-    expectPoint(body.layerScale, 1, 1);
+    expectPoint(body.layerAnchor, {3, 4});
+    expectPoint(body.layerScale, {1, 1});
     EXPECT_EQ(body.userData->color, (Rgb{1, 1, 1}));
 }
 
@@ -189,20 +188,17 @@ TEST(TextImport, EachGlyphJoinsTheMeshAndKeepsItsHoles) {
     }
 }
 
-// The hull of a corner, from (0, 0) over (30, 0) to (0, 30), and a rectangle that does not leave it.
-TEST(ShapeImport, TheHullWrapsTheOutlinesAndLeavesPrimitives) {
-    Imported imported(shapeLayer(joined({group(corner), group(rect("[4,4]", "[5,5]"))})));
-    imported.body().useConvexHull = true;
-    ASSERT_TRUE(imported.refresh());
-    EXPECT_EQ(piecesText(imported.body()), "1 boxes 1 triangles");
-    EXPECT_NEAR(areaOf(imported.body()), 0.045 + 0.0016, 1e-6);
-}
-
-TEST(TextImport, TheHullIsOneAroundAllLetters) {
-    Imported imported(textDocument("oo"));
-    imported.body().useConvexHull = true;
-    ASSERT_TRUE(imported.refresh());
-    EXPECT_NEAR(areaOf(imported.body()), 1.1 * 0.5, 1e-5);
+// The hull of a corner, from (0, 0) over (30, 0) to (0, 30), and a rectangle that does not leave it; and of two
+// letters.
+TEST(ShapeImport, TheHullWrapsTheOutlinesOrAllLettersAndLeavesPrimitives) {
+    const std::string shapes = shapeLayer(joined({group(corner), group(rect("[4,4]", "[5,5]"))}));
+    for (const bool ofText : {false, true}) {
+        Imported imported(ofText ? textDocument("oo") : lottieDocument(shapes));
+        imported.body().useConvexHull = true;
+        ASSERT_TRUE(imported.refresh());
+        EXPECT_NEAR(areaOf(imported.body()), ofText ? 1.1 * 0.5 : 0.045 + 0.0016, 1e-6);
+        EXPECT_EQ(piecesText(imported.body()), ofText ? "2 triangles" : "1 boxes 1 triangles");
+    }
 }
 
 } // namespace
