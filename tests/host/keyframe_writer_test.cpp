@@ -237,7 +237,6 @@ const std::string plainRect = rect("[40,20]", "[15,0]");
 const std::string gradient =
     R"({"ty":"gf","o":{"k":100},"t":1,"s":{"k":[0,0]},"e":{"k":[40,0]},"g":{"p":2,"k":{"k":[0,1,0,0,1,0,0,1]}}})";
 const std::string repeater = R"({"ty":"rp","c":{"k":3},"o":{"k":0},"tr":{"ty":"tr","r":{"k":40}}})";
-const std::string corner = path(outlineText("[0,0],[30,0],[0,30]"));
 
 /// The vertices of a body where they stand, in metres.
 std::vector<b2Vec2> placedVertices(const BodyRecord& body) {

@@ -81,6 +81,8 @@ inline std::string mask(const std::string& outline, const std::string& name = "m
 inline std::string path(const std::string& outline) {
     return R"({"ty":"sh","nm":"path","ks":{"k":)" + outline + "}}";
 }
+/// A triangle. Its centroid is (10, 10).
+inline const std::string corner = path(outlineText("[0,0],[30,0],[0,30]"));
 inline std::string rect(const std::string& size, const std::string& position, const std::string& roundness = "0") {
     return R"({"ty":"rc","s":{"k":)" + size + R"(},"p":{"k":)" + position + R"(},"r":{"k":)" + roundness + "}}";
 }

@@ -35,8 +35,6 @@ TEST(Separation, OffersLayersWithPartsThatBecomeBodies) {
         {"a group and a rectangle", shapeLayer(joined({group(path(hostCircle)), rect("[9,9]", "[0,0]")})), {}},
         {"both, twice", shapeLayer(twoGroups, {.more = "," + masks}), {1, 1}},
         {"hidden", solidLayer(twoMasks, {.more = R"(,"hd":true)"}), {}},
-        {"3D", solidLayer(twoMasks, {.more = R"(,"ddd":1)"}), {}},
-        {"a guide", layerText(R"("ty":11,)" + masks, {}), {}},
     };
     for (const auto& [name, layer, offered] : cases) {
         SCOPED_TRACE(name);

@@ -9,7 +9,6 @@ namespace jostle {
 namespace {
 
 const std::string plainRect = rect("[40,20]", "[0,0]");
-const std::string corner = path(outlineText("[0,0],[30,0],[0,30]")); // its centroid is (10, 10)
 
 struct ShapeCase {
     const char* name;
