@@ -205,13 +205,16 @@ TEST(KeyframeWriter, TakesTheSampleBeforeForOneThatIsNoNumber) {
     expectKeys(job.hosted.layer(0).transform.position, {0, 2, 3}, {10, 20, 7, 10, 20, 7, 14, 20, 7});
 }
 
-TEST(KeyframeWriter, LeavesNothingBehindWhenCancelled) {
+TEST(KeyframeWriter, LeavesNothingBehindWhenCancelledOrRefusingSamplesThatAreNotTheRecords) {
     auto document = animatedDocument();
     addLayer(*document);
     setParent(*document->layers[1], addNull(*document));
     Export job(std::move(document));
     int calls = 0;
     const auto still = samplesOf({{30, 40}, {35, 40}}, {0, 1});
+    const WriteReport refused = job.tryToWrite({still, still, still}, 10, {});
+    EXPECT_EQ(refused.outcome, WriteOutcome::Failed);
+    EXPECT_EQ(refused.error, A_Err_PARAMETER);
     const WriteReport report = job.tryToWrite({still, still}, 10, [&](int done, int total) {
         EXPECT_EQ(done, ++calls);
         EXPECT_EQ(total, 2);
@@ -223,14 +226,6 @@ TEST(KeyframeWriter, LeavesNothingBehindWhenCancelled) {
     expectValue(job.hosted.layer(1).transform.position, {150, 60, 7});
     EXPECT_EQ(job.hosted.layer(1).parent, &job.hosted.layer(2));
     EXPECT_EQ(job.hosted.host.outcome().outFrame, 100);
-}
-
-TEST(KeyframeWriter, RefusesSamplesThatAreNotTheRecords) {
-    Export job(animatedDocument());
-    const auto still = samplesOf({{30, 40}}, {0});
-    const WriteReport report = job.tryToWrite({still, still}, 0, {});
-    EXPECT_EQ(report.outcome, WriteOutcome::Failed);
-    EXPECT_EQ(report.error, A_Err_PARAMETER);
 }
 
 const std::string plainRect = rect("[40,20]", "[15,0]");
