@@ -37,8 +37,7 @@ bool importAndExport(const HostContext& context) {
     {
         HostLayerMotion motion(context);
         for (int layer = 0; layer < 2; ++layer) {
-            allWell = motion.velocity(layer, 1, 0.04).LengthSquared() >= 0 && allWell;
-            allWell = motion.lastKeyframeFrame(layer) >= -1 && allWell;
+            allWell = motion.velocity(layer, 1, 0.04).IsValid() && motion.lastKeyframeFrame(layer) >= -1 && allWell;
             allWell = motion.scale(layer, 1).IsValid() && motion.gravity(layer, 1).IsValid() && allWell;
         }
     }

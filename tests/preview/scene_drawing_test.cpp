@@ -207,8 +207,7 @@ TEST(SceneDrawing, jointsHaveTheColourOfTheirKindOrOfTheSelection) {
             Stage stage;
             addBox(stage.scene, {-1, 0}, 1, 1);
             addBox(stage.scene, {1, 0}, 1, 1);
-            JointRecord& joint = addJoint(stage.scene, type, 0, 1);
-            joint.selected = selected;
+            addJoint(stage.scene, type, 0, 1).selected = selected;
             const Rgba color = selected ? style.selectedJoint : style.joints.at(static_cast<std::size_t>(type));
             const std::vector<Point>& points = stage.draw().overlays.points;
             EXPECT_TRUE(std::any_of(points.begin(), points.end(), [&](const Point& point) {
