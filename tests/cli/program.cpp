@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
 #include <sys/wait.h>
 
@@ -20,11 +18,6 @@ std::string quoted(const std::string& word) {
     for (const char c : word)
         text += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return text + "'";
-}
-
-std::string readAll(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// Runs the program from a shell.
@@ -43,8 +36,8 @@ ProgramRun runInShell(const std::string& folder, const std::vector<std::string>&
     ProgramRun run;
     const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
     run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.out = readAll(streams / "out");
-    run.err = readAll(streams / "err");
+    run.out = textOfFile(streams / "out");
+    run.err = textOfFile(streams / "err");
     fs::remove_all(streams);
     return run;
 }
@@ -74,7 +67,7 @@ ProgramRun TestFolder::succeed(const std::vector<std::string>& arguments) const 
 }
 
 std::string sample(const std::string& name) {
-    return readAll(fs::path(JOSTLE_TEST_DATA) / "lottie" / name);
+    return textOfFile(fs::path(JOSTLE_TEST_DATA) / "lottie" / name);
 }
 
 std::string document(const std::string& layers) {
@@ -91,6 +84,19 @@ std::string slowDocument() {
     for (int number = 2; number <= 60; ++number)
         layers += "," + solid("box", number);
     return document(layers);
+}
+
+void expectRefused(const TestFolder& folder, const std::vector<RefusedCommand>& commands) {
+    const auto files = folder.files();
+    for (const RefusedCommand& command : commands) {
+        SCOPED_TRACE(testing::PrintToString(command.arguments));
+        const ProgramRun run = folder.run(command.arguments);
+        EXPECT_EQ(run.exitStatus, command.exitStatus);
+        EXPECT_EQ(run.out, "");
+        expectOneLine(run.err);
+        expectHas(run.err, command.says);
+        EXPECT_EQ(folder.files(), files);
+    }
 }
 
 void expectHas(const std::string& text, const std::string& part) {

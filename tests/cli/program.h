@@ -47,6 +47,15 @@ public:
 /// Sixty dynamic bodies in one place, which take long to part.
 [[nodiscard]] std::string slowDocument();
 
+/// A command that cannot be done, and what it says on one line.
+struct RefusedCommand {
+    std::vector<std::string> arguments;
+    std::string says;
+    int exitStatus = 2;
+};
+/// Expects of each in turn that it is refused and that nothing in the folder has changed.
+void expectRefused(const TestFolder& folder, const std::vector<RefusedCommand>& commands);
+
 void expectHas(const std::string& text, const std::string& part);
 void expectOneLine(const std::string& text);
 

@@ -91,43 +91,30 @@ TEST(Render, TellsMachinesHowFarItHasGot) {
 }
 
 TEST(Render, RefusesInOneLineWhatItCannotDo) {
-    struct Case {
-        const char* name;
-        std::vector<std::string> arguments;
-        int status;
-        const char* says;
+    const auto still = [](const char* option, const char* value) {
+        return std::vector<std::string>{"render", "in.json", "-o", "a.png", option, value};
     };
-    const Case cases[] = {
-        {"another kind of file", {"render", "in.json", "-o", "a.jpg"}, 2, "ends in .png or .gif"},
-        {"a range for a still", {"render", "in.json", "-o", "a.png", "--start", "2"}, 2, "--frame"},
-        {"a frame of a film", {"render", "in.json", "-o", "a.gif", "--frame", "2"}, 2, "--start and --end"},
-        {"a frame beyond the end", {"render", "in.json", "-o", "a.png", "--frame", "10"}, 2, "last frame, 9"},
-        {"no size", {"render", "in.json", "-o", "a.png", "--size", "8x8"}, 2, "--size 8x8"},
-        {"half a size", {"render", "in.json", "-o", "a.png", "--size", "100x"}, 2, "--size 100x"},
-        {"no colour", {"render", "in.json", "-o", "a.png", "--background", "reddish"}, 2, "#20242c"},
-        {"nothing to show", {"render", "in.json", "-o", "a.png", "--show", "mesh,grid"}, 2, "grid"},
-        {"no setting", {"render", "in.json", "-o", "a.png", "--set", "box.kind=1"}, 2, "--set box.kind=1"},
-        {"no settings file", {"render", "in.json", "-o", "a.png", "--settings", "no.xml"}, 1, "no.xml"},
-        {"no folder", {"render", "in.json", "-o", "there/a.png"}, 1, "cannot be written"},
-        {"no input", {"render", "out.json", "-o", "a.png"}, 1, "out.json"},
-        {"a still preview", {"solve", "in.json", "--preview", "a.png"}, 2, ".gif"},
-        {"a preview of two", {"solve", "in.json", "in2.json", "--preview", "a.gif"}, 2, "one input"},
-        {"a preview of a sweep",
-         {"solve", "in.json", "-o", "out/", "--sweep", "gravity.magnitude=1:2:1", "--preview", "a.gif"},
-         2,
+    const std::vector<RefusedCommand> cases{
+        {{"render", "in.json", "-o", "a.jpg"}, "ends in .png or .gif"},
+        {still("--start", "2"), "--frame"},
+        {{"render", "in.json", "-o", "a.gif", "--frame", "2"}, "--start and --end"},
+        {still("--frame", "10"), "last frame, 9"},
+        {still("--size", "8x8"), "--size 8x8"},
+        {still("--size", "100x"), "--size 100x"},
+        {still("--background", "reddish"), "#20242c"},
+        {still("--show", "mesh,grid"), "grid"},
+        {still("--set", "box.kind=1"), "--set box.kind=1"},
+        {still("--settings", "no.xml"), "no.xml", 1},
+        {{"render", "in.json", "-o", "there/a.png"}, "cannot be written", 1},
+        {{"render", "out.json", "-o", "a.png"}, "out.json", 1},
+        {{"solve", "in.json", "--preview", "a.png"}, ".gif"},
+        {{"solve", "in.json", "in2.json", "--preview", "a.gif"}, "one input"},
+        {{"solve", "in.json", "-o", "out/", "--sweep", "gravity.magnitude=1:2:1", "--preview", "a.gif"},
          "without --sweep"},
-        {"a preview over the result", {"solve", "in.json", "-o", "a.gif", "--preview", "a.gif"}, 2, "another file"},
-        {"a size without a preview", {"solve", "in.json", "--size", "80"}, 2, "--preview"},
+        {{"solve", "in.json", "-o", "a.gif", "--preview", "a.gif"}, "another file"},
+        {{"solve", "in.json", "--size", "80"}, "--preview"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const TestFolder folder(document(solid("box", 1)));
-        const ProgramRun run = folder.run(c.arguments);
-        EXPECT_EQ(run.exitStatus, c.status);
-        expectOneLine(run.err);
-        expectHas(run.err, c.says);
-        EXPECT_EQ(folder.names(), std::vector<std::string>{"in.json"});
-    }
+    expectRefused(TestFolder(document(solid("box", 1))), cases);
 }
 
 } // namespace

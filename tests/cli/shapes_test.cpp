@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/cli/program.h"
 
 namespace jostle::test {
@@ -23,46 +25,29 @@ const std::string bow = R"({"ty":"sh","ks":{"a":0,"k":{"c":true,"v":[[0,0],[20,2
                         R"("i":[[0,0],[0,0],[0,0],[0,0]],"o":[[0,0],[0,0],[0,0],[0,0]]}}})";
 const std::string twoParts = group("left", square, "[-30,0]") + "," + group("right", disc, "[30,0]");
 
-TEST(Inspect, TellsTheShapeAndWarningsOfEachBody) {
-    struct Case {
-        const char* name;
-        std::string elements;
-        const char* row;  // the end of its row in the table
-        const char* json; // a part of its object
-    };
-    const Case cases[] = {
-        {"a rectangle", group("g", square, "[0,0]"), "  shape  box", R"("shape":"box","readFrom":"shapes")"},
-        {"a circle", group("g", disc, "[0,0]"), "  shape  circle", R"("circles":1,"boxes":0)"},
-        {"both", twoParts, "  shape  1 circle, 1 box", R"("warnings":[])"},
-        {"many corners", group("g", star, "[0,0]"), "  shape  78 triangles  dense mesh",
-         R"("warnings":["dense mesh"])"},
-        {"crossing", group("g", bow, "[0,0]"), "  self-intersecting", R"("self-intersecting")"},
-        {"nothing to see", group("g", R"({"ty":"tm"})", "[0,0]"),
-         "  fallback: no outline was found, a box of 100 by 100 pixels stands in", R"("readFrom":"fallback")"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const TestFolder folder(document(shapeLayer("art", c.elements)));
-        expectHas(folder.succeed({"inspect", "in.json"}).out, std::string(c.row) + "\n");
-        expectHas(folder.succeed({"inspect", "in.json", "--json"}).out, c.json);
-    }
-}
-
 // The composition has the frames 0 to 9.
-TEST(Inspect, TellsWhenABodyIsNotThere) {
-    const struct {
-        const char* name;
-        const char* span;
-        const char* row;
-    } cases[] = {
-        {"comes late", R"("ip":3,"op":10)", "  shape  box, from frame 3\n"},
-        {"ends early", R"("ip":0,"op":9)", "  shape  box, until frame 9\n"},
-        {"both", R"("ip":3,"op":7)", "  shape  box, from frame 3 until frame 7\n"},
+TEST(Inspect, TellsWhatEachLayerBecomesAndWhen) {
+    const auto shape = [](const std::string& element) { return shapeLayer("art", group("g", element, "[0,0]")); };
+    const auto during = [](const char* span) { return shapeLayer("art", group("g", square, "[0,0]"), span); };
+    // The layer, the end of its row in the table, and a part of its object.
+    const std::tuple<const char*, std::string, const char*, const char*> cases[] = {
+        {"a rectangle", shape(square), "  shape  box", R"("shape":"box","readFrom":"shapes")"},
+        {"a circle", shape(disc), "  shape  circle", R"("circles":1,"boxes":0)"},
+        {"both", shapeLayer("art", twoParts), "  shape  1 circle, 1 box", R"("warnings":[])"},
+        {"many corners", shape(star), "  shape  78 triangles  dense mesh", R"("warnings":["dense mesh"])"},
+        {"crossing", shape(bow), "  self-intersecting", R"("self-intersecting")"},
+        {"nothing to see", shape(R"({"ty":"tm"})"),
+         "  fallback: no outline was found, a box of 100 by 100 pixels stands in", R"("readFrom":"fallback")"},
+        {"no body", R"({"ty":3,"nm":"carrier","ip":0,"op":10,"ks":{}})", "a null", R"("name":"carrier")"},
+        {"comes late", during(R"("ip":3,"op":10)"), "  shape  box, from frame 3", R"("body":true)"},
+        {"ends early", during(R"("ip":0,"op":9)"), "  shape  box, until frame 9", ""},
+        {"both ends", during(R"("ip":3,"op":7)"), "  shape  box, from frame 3 until frame 7", ""},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const TestFolder folder(document(shapeLayer("art", group("g", square, "[0,0]"), c.span)));
-        expectHas(folder.succeed({"inspect", "in.json"}).out, c.row);
+    for (const auto& [name, layer, row, json] : cases) {
+        SCOPED_TRACE(name);
+        const TestFolder folder(document(layer));
+        expectHas(folder.succeed({"inspect", "in.json"}).out, row + std::string("\n"));
+        expectHas(folder.succeed({"inspect", "in.json", "--json"}).out, json);
     }
 }
 

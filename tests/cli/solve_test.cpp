@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
+#include "standalone/lottie/archive.h"
 #include "tests/cli/program.h"
 
 namespace jostle::test {
@@ -9,11 +11,18 @@ namespace {
 
 TEST(Solve, LeavesAFileWithNothingToSimulateAsItIs) {
     const std::string null = R"({"ty":3,"ind":1,"ip":0,"op":10,"ks":{}})";
-    for (const std::string& input :
-         {document(null), " " + document(null + R"(,{"ty":4,"ind":2,"hd":true,"shapes":[]})")}) {
-        const TestFolder folder(input);
-        expectHas(folder.succeed({"solve", "in.json", "-o", "out.json"}).out, "nothing to simulate");
-        EXPECT_EQ(folder.contents("out.json"), input);
+    const std::pair<const char*, std::string> cases[] = {
+        {".json", document(null)},
+        {".json", " " + document(null + R"(,{"ty":4,"ind":2,"hd":true,"shapes":[]})")},
+        {".lottie", standalone::newArchive(document(null))},
+    };
+    for (const auto& [ending, input] : cases) {
+        const TestFolder folder;
+        folder.put("in" + std::string(ending), input);
+        expectHas(folder.succeed({"solve", "in" + std::string(ending)}).out, "nothing to simulate");
+        folder.succeed({"solve", "in" + std::string(ending), "--in-place"});
+        EXPECT_EQ(folder.contents("in-solved" + std::string(ending)), input);
+        EXPECT_EQ(folder.contents("in" + std::string(ending)), input);
     }
 }
 
@@ -29,6 +38,10 @@ TEST(Solve, WritesWhatAFreeBodyDoesToKeysAndSamples) {
     for (const char* key : {R"({"t":0,"s":[50,50,0],)", R"({"t":1,"s":[50,57.5,0],)", R"({"t":2,"s":[50,75,0],)",
                             R"({"t":3,"s":[50,102.5,0]})", R"("r":{"a":0,"k":0})", R"("ip":0,"op":4,)"})
         expectHas(folder.contents("out.json"), key);
+    // Between frames 0 and 2 the line passes frame 1 at 62.5, where the body is at 57.5.
+    folder.succeed({"solve", "in.json", "-o", "out.json", "--end", "2", "--reduce", "5.01"});
+    expectHas(folder.contents("out.json"), R"({"t":2,"s":[50,75,0]})");
+    EXPECT_EQ(folder.contents("out.json").find(R"({"t":1,)"), std::string::npos) << "a key within the tolerance";
 }
 
 TEST(Solve, NamesTheResultAfterTheInputUnlessItTakesItsPlace) {
@@ -41,16 +54,6 @@ TEST(Solve, NamesTheResultAfterTheInputUnlessItTakesItsPlace) {
     expectHas(folder.contents("in.json"), R"("nm":"test")");
     expectHas(folder.contents("in.json"), R"({"t":9,)");
     EXPECT_EQ(folder.names(), (std::vector<std::string>{"in-solved.json", "in.json"}));
-}
-
-// Free fall, see above: between frames 0 and 2 the line passes frame 1 at 62.5, where the body is at 57.5.
-TEST(Solve, LeavesOutKeysWithinTheTolerance) {
-    const TestFolder folder(document(solid("box", 1)));
-    folder.succeed({"solve", "in.json", "-o", "out.json", "--end", "2", "--reduce", "5.01", "-q"});
-    const std::string out = folder.contents("out.json");
-    expectHas(out, R"({"t":0,"s":[50,50,0],)");
-    EXPECT_EQ(out.find(R"({"t":1,)"), std::string::npos) << out;
-    expectHas(out, R"({"t":2,"s":[50,75,0]})");
 }
 
 TEST(Solve, TellsMachinesHowFarItIs) {
@@ -66,85 +69,52 @@ TEST(Solve, TellsMachinesHowFarItIs) {
     EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), std::count(run.err.begin(), run.err.end(), '{'));
 }
 
-TEST(Solve, RefusesWhatCannotBeReadOrWrittenInOneLineAndKeepsTheOldFile) {
-    struct Case {
-        const char* name;
-        std::string input;
-        std::vector<std::string> arguments;
-        const char* about;
-        const char* says;
+TEST(Solve, RefusesInOneLineAndKeepsTheOldFiles) {
+    const TestFolder folder(document(solid("box", 1)));
+    folder.put("out.json", "old");
+    const std::tuple<const char*, std::string, const char*> broken[] = {
+        {"truncated.json", sample("android-Parenting.json").substr(0, 5000), "not valid JSON"},
+        {"empty.json", "", "not valid JSON"},
+        {"archive.json", "PK\3\4 and so on", "the archive cannot be opened"},
+        {"array.json", "[]", "this is no Lottie"},
+        {"bare.json", document(""), "no layers"},
+        {"far.json", document(solid("box", 1, "[1e308,0,0]")), "layer 1 \"box\""},
     };
-    const std::string good = document(solid("box", 1));
-    const std::vector<std::string> toOut{"solve", "in.json", "-o", "out.json"};
-    const Case cases[] = {
-        {"truncated", sample("android-Parenting.json").substr(0, 5000), toOut, "in.json", "JSON"},
-        {"empty", "", toOut, "in.json", "JSON"},
-        {"archive", "PK\3\4 and so on", toOut, "in.json", "archive cannot be opened"},
-        {"no object", "[]", toOut, "in.json", "Lottie"},
-        {"no layers", document(""), toOut, "in.json", "no layers"},
-        {"1e308 in a transform", document(solid("box", 1, "[1e308,0,0]")), toOut, "in.json", "box"},
-        {"a folder for input", good, {"solve", ".", "-o", "out.json"}, ": .:", "directory"},
-        {"no input", good, {"solve", "missing.json", "-o", "out.json"}, "missing.json", ""},
-        {"no folder", good, {"solve", "in.json", "-o", "no/such/folder/out.json"}, "out.json", ""},
-        {"no folder for samples", good, {"solve", "in.json", "-o", "out.json", "--samples", "no/s.json"}, "s.json", ""},
-        {"nothing to inspect", good, {"inspect", "missing.json"}, "missing.json", ""},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const TestFolder folder(c.input);
-        folder.put("out.json", "old");
-        const ProgramRun run = folder.run(c.arguments);
-        EXPECT_EQ(run.exitStatus, 1);
-        expectOneLine(run.err);
-        expectHas(run.err, c.about);
-        expectHas(run.err, c.says);
-        EXPECT_EQ(run.out, "");
-        EXPECT_EQ(folder.contents("out.json"), "old");
-        EXPECT_EQ(folder.names(), (std::vector<std::string>{"in.json", "out.json"}));
+    std::vector<RefusedCommand> cases;
+    for (const auto& [name, contents, says] : broken) {
+        folder.put(name, contents);
+        cases.push_back({{"solve", name, "-o", "out.json"}, says, 1});
+        cases.push_back({{"inspect", name}, std::string("jostle: ") + name + ": ", 1});
     }
-}
-
-TEST(Solve, SaysWhatIsWrongWithTheCommand) {
-    const std::vector<std::vector<std::string>> cases = {
-        {},
-        {"solve"},
-        {"solve", "in.json", "--no-such-option"},
-        {"solve", "in.json", "--start", "-1"},
-        {"solve", "in.json", "--start", "x"},
-        {"solve", "in.json", "--start", "5", "--end", "4"},
-        {"solve", "in.json", "--end", "100001"},
-        {"solve", "in.json", "--start", "10"},
-        {"solve", "in.json", "-o", ""},
-        {"solve", "in.json", "-o", "in.json"},
-        {"solve", "in.json", "-o", "."},
-        {"solve", "in.json", "--reduce", "0"},
-        {"solve", "in.json", "--jobs", "0"},
-        {"solve", "in.json", "--player", "lottie.js"},
-        {"solve", "in.json", "--set", "box"},
-        {"solve", "in.json", "--set", "bax.type=Static"},
-        {"solve", "in.json", "--set", "box.type=Statick"},
-        {"solve", "in.json", "--samples", "in-solved.json"},
-        {"solve", "in.json", "--samples", "./in-solved.json"},
-        {"inspect", "in.json", "--outlines"},
+    const auto add = [&](std::vector<std::string> options, const char* says, int exitStatus = 2) {
+        options.insert(options.begin(), {"solve", "in.json"});
+        cases.push_back({options, says, exitStatus});
     };
-    for (const std::vector<std::string>& arguments : cases) {
-        SCOPED_TRACE(testing::PrintToString(arguments));
-        const TestFolder folder(document(solid("box", 1)));
-        const ProgramRun run = folder.run(arguments);
-        EXPECT_EQ(run.exitStatus, 2) << run.err;
-        EXPECT_NE(run.err, "");
-        EXPECT_EQ(folder.names(), std::vector<std::string>{"in.json"});
-    }
-}
-
-TEST(Inspect, TellsWhatBecomesABodyAndWhyNot) {
-    const TestFolder folder(document(solid("box", 1) + R"(,{"ty":3,"nm":"carrier","ind":2,"ip":0,"op":10,"ks":{}})"));
-    const std::string table = folder.succeed({"inspect", "in.json"}).out;
-    expectHas(table, "box");
-    expectHas(table, "a null");
-    const std::string json = folder.succeed({"inspect", "in.json", "--json"}).out;
-    expectHas(json, R"("name":"carrier")");
-    expectHas(json, R"("body":false)");
+    add({"-o", "no/such/folder/out.json"}, "jostle: no/such/folder/out.json: ", 1);
+    add({"-o", "out.json", "--samples", "no/s.json"}, "jostle: no/s.json: ", 1);
+    add({"--no-such-option"}, "--no-such-option");
+    add({"--start", "-1"}, "0 to 100000");
+    add({"--start", "x"}, "0 to 100000");
+    add({"--start", "5", "--end", "4"}, "give a later --end");
+    add({"--end", "100001"}, "0 to 100000");
+    add({"--start", "10"}, "the composition's last frame, 9");
+    add({"-o", ""}, "names no file");
+    add({"-o", "in.json"}, "the input itself");
+    add({"-o", "."}, "the input itself");
+    add({"--reduce", "0"}, "0.01");
+    add({"--jobs", "0"}, "1 to 1024");
+    add({"--player", "lottie.js"}, "--sweep");
+    add({"--set", "box"}, "KEY=VALUE");
+    add({"--set", "bax.type=Static"}, "did you mean \"box\"");
+    add({"--set", "box.type=Statick"}, "0 to 5");
+    add({"--samples", "in-solved.json"}, "the result");
+    add({"--samples", "./in-solved.json"}, "the result");
+    cases.push_back({{}, "A subcommand is required"});
+    cases.push_back({{"solve"}, "input is required"});
+    cases.push_back({{"solve", ".", "-o", "out.json"}, ".: is a directory", 1});
+    cases.push_back({{"solve", "missing.json", "-o", "out.json"}, "missing.json: cannot be opened", 1});
+    cases.push_back({{"inspect", "in.json", "--outlines"}, "requires --json"});
+    expectRefused(folder, cases);
 }
 
 } // namespace

@@ -7,10 +7,17 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <vector>
 
 namespace jostle::test {
+
+/// What a file holds; nothing if there is none.
+inline std::string textOfFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 /// A folder of the running test alone, whatever else runs at the same time; removed at its end.
 class OwnFolder {
@@ -39,10 +46,7 @@ public:
         std::ofstream(folder_ / name, std::ios::binary) << text;
     }
     /// What a file holds; nothing if there is none.
-    [[nodiscard]] std::string contents(const std::string& name) const {
-        std::ifstream file(folder_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    [[nodiscard]] std::string contents(const std::string& name) const { return textOfFile(folder_ / name); }
     /// Names of all that lies in it or in a folder in it, sorted.
     [[nodiscard]] std::vector<std::string> names(const std::string& within = "") const {
         std::vector<std::string> found;
@@ -50,6 +54,16 @@ public:
             found.push_back(entry.path().filename().string());
         }
         std::sort(found.begin(), found.end());
+        return found;
+    }
+
+    /// What each file holds, by its name; those in folders too.
+    [[nodiscard]] std::map<std::string, std::string> files() const {
+        std::map<std::string, std::string> found;
+        for (const std::filesystem::directory_entry& entry : std::filesystem::recursive_directory_iterator(folder_)) {
+            const std::string name = std::filesystem::relative(entry.path(), folder_).string();
+            found[name] = entry.is_directory() ? "" : contents(name);
+        }
         return found;
     }
 
