@@ -151,7 +151,7 @@ TEST_F(PreferencesTest, TheEnvironmentNamesTheFile) {
 
 // That what a plug-in sets is there in its next run: UserPreferencesTest.AreKeptFromOneRunToTheNext.
 TEST_F(PreferencesTest, TextsForAPluginFitItsBuffer) {
-    DocumentHost host(test::smallDocument(), "", "", file);
+    DocumentHost host(test::richDocument(), "", "", file);
     AEGP_SuiteHandler suites(host.basic());
     const auto& store = *suites.get<AEGP_PersistentDataSuite3>();
     const AEGP_PersistentBlobH blob = test::got(store.AEGP_GetApplicationBlob);

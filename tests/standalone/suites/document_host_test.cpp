@@ -24,7 +24,7 @@ TEST(DocumentHost, CutsLongProjectNamesBetweenCharacters) {
     const std::string letters(46, 'a');
     for (const auto& [given, shown] :
          {std::pair(letters + "\xC3\xA9", letters), std::pair(letters + "b", letters + "b")}) {
-        DocumentHost host(smallDocument(), given, "");
+        DocumentHost host(richDocument(), given, "");
         AEGP_SuiteHandler suites(host.basic());
         const auto* projects = suites.get<AEGP_ProjSuite8>();
         A_char name[AEGP_MAX_PROJ_NAME_SIZE];

@@ -39,7 +39,7 @@ TEST(KeyframeSuite, MergesABatchByTime) {
 }
 
 TEST(KeyframeSuite, StraightensASegmentThatANewKeyCuts) {
-    auto document = smallDocument();
+    auto document = richDocument();
     Stream& rotation = document->layers[child]->transform.rotation;
     rotation = keyedStream(0, 10);
     rotation.keys.segments.resize(2);

@@ -35,7 +35,7 @@ TEST(LayerSuite, FoldsTheParentInWhenItIsTakenAway) {
     };
     for (const auto& [name, ownRotation, ownScale, rotation, scale] : cases) {
         SCOPED_TRACE(name);
-        auto document = smallDocument();
+        auto document = richDocument();
         document->layers[child]->transform.rotation.value[0] = ownRotation;
         document->layers[child]->transform.scale.value = {ownScale.first, ownScale.second, 0};
         Session session(std::move(document));
@@ -72,7 +72,7 @@ TEST(LayerSuite, KeepsALayerInPlaceWithoutAndUnderAParent) {
 }
 
 TEST(LayerSuite, LeavesKeyframedStreamsAloneWhenUnparenting) {
-    auto document = smallDocument();
+    auto document = richDocument();
     Stream& rotation = document->layers[child]->transform.rotation;
     rotation = keyedStream(0, 90);
     Session session(std::move(document));
@@ -90,7 +90,7 @@ TEST(LayerSuite, SetsTheFlagsThatAFileHolds) {
     };
     for (const auto& [flag, member, whenOn] : cases) {
         SCOPED_TRACE(flag);
-        auto document = smallDocument();
+        auto document = richDocument();
         Layer& layer = *document->layers[child];
         layer.*member = whenOn;
         Session session(std::move(document));

@@ -1,58 +1,49 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <memory>
 #include <string>
 
-#include "tests/standalone/suites/small_document.h"
+#include "host/suite_handler.h"
+#include "standalone/lottie/reader.h"
+#include "standalone/suites/document_host.h"
 
 namespace jostle::standalone::test {
 
-/// Tells the text of an expression by where it stands, and makes one glyph of every text layer.
-class FakeDetails : public LayerDetails {
-public:
-    [[nodiscard]] std::shared_ptr<TreeNode> readTree(Layer& layer) const override { return bareTree(layer); }
-    [[nodiscard]] TextOutlines textOutlines(const Layer&, double frame) const override {
-        TextOutlines text;
-        PathValue triangle{{{13, 5, -1, 0, 1, 2}, {10, 9}, {10, 5}}, true};
-        text.outlines = {triangle, {{{frame, 0}}, true}};
-        text.notes = {"Some Font was replaced"};
-        return text;
-    }
-    [[nodiscard]] std::string expressionAt(SourceSpan property) const override {
-        return "expression at " + std::to_string(property.begin);
-    }
-};
+enum LayerIndex : A_long { child, separated, holder, layerCount };
+
+/// 25 frames a second, 100 frames, work area 0 to 100. Topmost first: a solid that hangs on the null below all, with
+/// masks of 10 and 20 pixels; a shape with separated dimensions, of which x goes from 0 to 100 until frame 10, with two
+/// groups of a rectangle with a fill, and a path; the null at (100, 100), turned by 90 degrees and scaled (200, 100).
+inline const char* const richFile =
+    R"({"v":"5.7.4","fr":25,"ip":0,"op":100,"w":320,"h":240,"nm":"Scene","layers":[
+{"ty":1,"nm":"child","ind":4,"parent":7,"ip":0,"op":50,"sw":40,"sh":20,"sc":"#ff8000",
+"ks":{"a":{"k":[10,5]},"p":{"k":[30,0]}},"masksProperties":[
+{"nm":"one","pt":{"k":{"v":[[0,0],[10,0],[10,10],[0,10]],"c":true}},"o":{"k":10}},
+{"nm":"two","pt":{"k":{"v":[[0,0],[20,0],[20,20],[0,20]],"c":true}},"o":{"k":20}}]},
+{"ty":4,"nm":"shape","ind":5,"ip":0,"op":50,
+"ks":{"p":{"s":true,"x":{"k":[{"t":0,"s":[0]},{"t":10,"s":[100]}]},"y":{"k":50}}},"shapes":[
+{"ty":"gr","nm":"first","it":[{"ty":"rc","p":{"k":[3,4]}},{"ty":"fl"}]},
+{"ty":"gr","nm":"second","it":[{"ty":"rc","p":{"k":[3,4]}},{"ty":"fl"}]},
+{"ty":"sh","ks":{"k":{"v":[[0,0],[5,0],[5,5],[0,5]],"c":true}}}]},
+{"ty":3,"nm":"holder","ind":7,"ip":0,"op":50,"ks":{"p":{"k":[100,100]},"s":{"k":[200,100]},"r":{"k":90}}}],
+"jostle":{"version":1,"pixelAspect":[12,11]}})";
+
+inline std::unique_ptr<Composition> richDocument() {
+    return readLottie(richFile, "scene.json").composition;
+}
 
 inline PathValue square(double size) {
     return {{{0, 0}, {size, 0}, {size, size}, {0, size}}, true};
 }
 
-/// The small document with two masks on the child, "one" of 10 and "two" of 20 pixels, and in the shape layer two
-/// groups of a rectangle with a fill, and a path.
-inline std::unique_ptr<Composition> richDocument() {
-    auto document = smallDocument();
-    Layer& solid = *document->layers[child];
-    solid.tree = bareTree(solid);
-    TreeNode& masks = addNode(*solid.tree, NodeKind::MaskParade);
-    for (const auto& [name, size] : {std::pair("one", 10.0), std::pair("two", 20.0)}) {
-        TreeNode& mask = addNode(masks, NodeKind::Mask);
-        mask.name = name;
-        childOf(mask, NodeKind::MaskShape)->path->value = square(size);
-        childOf(mask, NodeKind::MaskOpacity)->stream->value[0] = size;
-    }
-    Layer& shape = *document->layers[separated];
-    shape.name = "shape";
-    shape.tree = bareTree(shape);
-    TreeNode& contents = addNode(*shape.tree, NodeKind::VectorsRoot);
-    for (const char* name : {"first", "second"}) {
-        TreeNode& group = addNode(contents, NodeKind::Group);
-        group.name = name;
-        TreeNode& elements = *childOf(group, NodeKind::GroupContents);
-        childOf(addNode(elements, NodeKind::Rectangle), NodeKind::RectanglePosition)->stream->value = {3, 4, 0};
-        addNode(elements, NodeKind::Fill);
-    }
-    childOf(addNode(contents, NodeKind::Path), NodeKind::PathShape)->path->value = square(5);
-    document->details = std::make_shared<FakeDetails>();
-    return document;
+/// Linear keys at frames 0 and 10.
+inline Stream keyedStream(double first, double last) {
+    Stream stream;
+    stream.keys.frames = {0, 10};
+    stream.keys.values = {first, last};
+    return stream;
 }
 
 inline std::string described(const Stream& stream) {

@@ -16,7 +16,8 @@ TEST(MaskSuite, CountsSegmentsOfOpenAndClosedOutlines) {
     for (const auto& [name, path, segments, lastIsFirst] : cases) {
         SCOPED_TRACE(name);
         auto document = richDocument();
-        childOf(*document->layers[child]->tree->children[1]->children[0], NodeKind::MaskShape)->path->value = path;
+        childOf(*treeOf(*document, *document->layers[child]).children[0]->children[0], NodeKind::MaskShape)
+            ->path->value = path;
         Session session(std::move(document));
         const auto& outlines = session.outlines();
         const AEGP_StreamRefH shape = session.place(child, "0/0/0");

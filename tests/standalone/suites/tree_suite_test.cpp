@@ -1,4 +1,5 @@
 #include "standalone/suites/older_suites.h"
+#include "tests/standalone/lottie/documents.h"
 #include "tests/standalone/suites/session.h"
 
 namespace jostle::standalone {
@@ -110,18 +111,15 @@ TEST(TreeSuite, BatchesOutlinesAsItDoesNumbers) {
 }
 
 TEST(TreeSuite, ReadsAndClearsExpressions) {
-    auto document = richDocument();
-    Stream& rotation = document->layers[child]->transform.rotation;
-    rotation.hasExpression = rotation.expressionEnabled = true;
-    rotation.source = {7, 9};
-    Session session(std::move(document));
+    Session session(readLottie(documentOf(R"({"ks":{"r":{"k":0,"x":"time"}}})"), "a.json").composition);
+    const Stream& rotation = session.outcome(0).transform.rotation;
     const auto& streams = session.streams();
-    const AEGP_StreamRefH stream = session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
+    const AEGP_StreamRefH stream = session.stream(session.layer(0), AEGP_LayerStream_ROTATION);
     const AEGP_MemHandle text = got(streams.AEGP_GetExpression, 1, stream);
-    EXPECT_STREQ(static_cast<const char*>(got(session.memory().AEGP_LockMemHandle, text)), "expression at 7");
+    EXPECT_STREQ(static_cast<const char*>(got(session.memory().AEGP_LockMemHandle, text)), "time");
     EXPECT_EQ(session.memory().AEGP_UnlockMemHandle(text), A_Err_NONE);
     EXPECT_EQ(session.memory().AEGP_FreeMemHandle(text), A_Err_NONE);
-    EXPECT_EQ(streams.AEGP_SetExpression(1, stream, "expression at 7"), A_Err_NONE) << "what it has";
+    EXPECT_EQ(streams.AEGP_SetExpression(1, stream, "time"), A_Err_NONE) << "what it has";
     EXPECT_NE(streams.AEGP_SetExpression(1, stream, "another"), A_Err_NONE);
     EXPECT_TRUE(rotation.expressionEnabled);
     EXPECT_EQ(streams.AEGP_SetExpression(1, stream, ""), A_Err_NONE);
@@ -152,6 +150,17 @@ TEST(TreeSuite, SeparatesAndJoinsDimensions) {
     session.expectClean({position});
 }
 
+/// Makes two outlines of every text layer.
+class FakeTexts : public LayerDetails {
+public:
+    [[nodiscard]] std::shared_ptr<TreeNode> readTree(Layer& layer) const override { return bareTree(layer); }
+    [[nodiscard]] TextOutlines textOutlines(const Layer&, double frame) const override {
+        const PathValue triangle{{{13, 5, -1, 0, 1, 2}, {10, 9}, {10, 5}}, true};
+        return {.outlines = {triangle, {{{frame, 0}}, true}}, .notes = {"Some Font was replaced"}};
+    }
+    [[nodiscard]] std::string expressionAt(SourceSpan) const override { return ""; }
+};
+
 TEST(TextLayerSuite, TakesTheTurnOutOfGlyphs) {
     // Twice as wide about the anchor, which stands at (100, 100): vertex 3 to the right of it comes to (106, 100), its
     // handles 2 to the left, and 2 right and 2 down. The turn of the layer must not show.
@@ -161,9 +170,10 @@ TEST(TextLayerSuite, TakesTheTurnOutOfGlyphs) {
         Layer& layer = *document->layers[child];
         layer.kind = LayerKind::Text;
         layer.parent = nullptr;
-        layer.transform.position = staticStream(2, 100, 100);
-        layer.transform.scale = staticStream(2, 200, 100);
-        layer.transform.rotation = staticStream(1, turn);
+        layer.transform.position.value = {100, 100, 0};
+        layer.transform.scale.value = {200, 100, 100};
+        layer.transform.rotation.value[0] = turn;
+        document->details = std::make_shared<FakeTexts>();
         Session session(std::move(document));
         const auto& texts = session.table<AEGP_TextLayerSuite1>();
         const auto& paths = session.table<PF_PathDataSuite1>();
