@@ -74,35 +74,5 @@ TEST(KeyframeSuite, ReachesSeparatedDimensionsThroughTheFollowers) {
     session.expectClean({x, leader});
 }
 
-// That a duplicate is apart from its original: KeyframeWriter.WritesToADuplicate.
-TEST(Undo, TakesBackExactlyTheLastGroup) {
-    Session session;
-    AEGP_CompH copy = nullptr;
-    session.inGroup([&] { copy = got(session.comps().AEGP_DuplicateComp, session.comp()); });
-    const AEGP_LayerH layer = session.layer(child, copy);
-    const AEGP_StreamRefH rotation = session.stream(layer, AEGP_LayerStream_ROTATION); // and the tree is made
-    const std::string before = session.document();
-    session.inGroup([&] {
-        session.addKeys(rotation, {{0, 1}, {4, 2}});
-        EXPECT_EQ(session.layers().AEGP_SetLayerParent(layer, nullptr), A_Err_NONE);
-        const A_Time start{10, 25}, length{11, 25};
-        EXPECT_EQ(session.comps().AEGP_SetCompWorkAreaStartAndDuration(copy, &start, &length), A_Err_NONE);
-        EXPECT_EQ(session.outcome().durationFrames, 100);
-        EXPECT_NE(session.undo(), A_Err_NONE) << "not while a group is open";
-    });
-    EXPECT_NE(session.document(), before);
-    ASSERT_EQ(session.undo(), A_Err_NONE);
-    ASSERT_TRUE(session.host.duplicated()) << "made by the group before";
-    EXPECT_EQ(session.outcome().item->name, "Scene 2");
-    EXPECT_EQ(session.document(), before);
-    EXPECT_TRUE(session.outcome(child).transform.rotation.keys.empty());
-    ASSERT_EQ(session.undo(), A_Err_NONE);
-    EXPECT_FALSE(session.host.duplicated());
-    EXPECT_NE(asked(session.layers().AEGP_GetCompNumLayers, copy).first, A_Err_NONE) << "the duplicate is gone";
-    EXPECT_NE(asked(session.keyframes().AEGP_GetStreamNumKFs, rotation).first, A_Err_NONE);
-    session.dispose({rotation}); // still has to come back
-    EXPECT_EQ(session.host.balance().streams, 0);
-}
-
 } // namespace
 } // namespace jostle::standalone

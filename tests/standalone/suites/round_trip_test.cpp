@@ -10,20 +10,6 @@ namespace {
 
 using namespace test;
 
-constexpr const char* file =
-    R"({"v":"5.7.4","fr":25,"ip":0,"op":100,"w":320,"h":240,"nm":"Scene","layers":[
-{"ty":1,"nm":"masked","ind":4,"ip":0,"op":50,"st":0,"sw":40,"sh":20,"sc":"#ff8000","ks":{"p":{"a":0,"k":[30,0]}},
-"hasMask":true,"masksProperties":[
-{"mode":"a","inv":false,"nm":"one","pt":{"a":0,"k":{"v":[[0,0],[10,0],[10,10]],"i":[[0,0],[0,0],[0,0]],
-"o":[[0,0],[0,0],[0,0]],"c":true}},"o":{"a":0,"k":10},"x":{"a":0,"k":0}},
-{"mode":"s","inv":false,"nm":"two","pt":{"a":0,"k":{"v":[[0,0],[20,0],[20,20]],"i":[[0,0],[0,0],[0,0]],
-"o":[[0,0],[0,0],[0,0]],"c":true}},"o":{"a":0,"k":20},"x":{"a":0,"k":0}}]},
-{"ty":4,"nm":"shape","ind":5,"ip":0,"op":50,"st":0,"ks":{},"shapes":[
-{"ty":"gr","nm":"first","it":[{"ty":"rc","nm":"r","p":{"a":0,"k":[1,2]},"s":{"a":0,"k":[3,4]},"r":{"a":0,"k":0}},
-{"ty":"tr","p":{"a":0,"k":[5,6]}}]},
-{"ty":"gr","nm":"second","it":[{"ty":"el","nm":"e","p":{"a":0,"k":[1,2]},"s":{"a":0,"k":[3,4]}},{"ty":"tr"}]}]},
-{"ty":3,"nm":"holder","ind":7,"parent":4,"ip":0,"op":50,"st":0,"ks":{"p":{"a":0,"k":[100,100]}}}]})";
-
 /// Makes layers of the masks and of the groups, names one of them, moves one and hangs another from a new null.
 void change(Session& s) {
     separateLayers({s.host.basic(), s.id()}, std::vector<int>{0, 1}, nullptr, {});
@@ -53,7 +39,7 @@ ReadResult readFile(const std::string& text) {
 }
 
 TEST(RoundTrip, ChangedDocumentsReadAsTheyWereLeft) {
-    ReadResult result = readFile(file);
+    ReadResult result = readFile(richFile);
     std::string left, text;
     {
         Session session(std::move(result.composition));
@@ -61,7 +47,7 @@ TEST(RoundTrip, ChangedDocumentsReadAsTheyWereLeft) {
         left = contentsOf(session);
         text = writeLottie(*result.source, session.outcome());
         EXPECT_EQ(session.undo() + session.undo(), A_Err_NONE);
-        EXPECT_EQ(writeLottie(*result.source, session.outcome()), file) << "undone to the byte";
+        EXPECT_EQ(writeLottie(*result.source, session.outcome()), richFile) << "undone to the byte";
         session.expectClean();
     }
     Session session(readFile(text).composition);

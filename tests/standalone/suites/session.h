@@ -34,8 +34,8 @@ using Keys = std::vector<std::pair<A_long, double>>;
 /// A host over a document, and the calls that a plug-in makes. Each of them is expected to succeed.
 class Session {
 public:
-    explicit Session(std::unique_ptr<Composition> document = richDocument())
-        : host(std::move(document), "scene.json", "/films/scene.json") {}
+    explicit Session(std::unique_ptr<Composition> document = richDocument(), const std::string& name = "scene.json")
+        : host(std::move(document), name, "/films/scene.json") {}
 
     DocumentHost host;
     std::optional<AEGP_SuiteHandler> suites{std::in_place, host.basic()};

@@ -31,8 +31,9 @@ TEST(MaskSuite, CountsSegmentsOfOpenAndClosedOutlines) {
         for (const A_long beyond : {-1, segments + 1})
             EXPECT_NE(asked(outlines.AEGP_GetMaskOutlineVertexInfo, outline, beyond).first, A_Err_NONE) << beyond;
         EXPECT_EQ(session.host.balance().maskOutlines, 1);
-        session.close(value);
-        session.expectClean({shape});
+        session.dispose({shape});
+        session.close(value); // in this order too: it outlives the reference it was read through
+        session.expectClean();
     }
 }
 
@@ -121,6 +122,20 @@ A_Err named(Session& s, LayerIndex layer, const A_UTF16Char* name) {
 }
 
 const std::pair<const char*, A_Err (*)(Session&)> undoCases[] = {
+    {"keys of a stream at rest",
+     [](Session& s) {
+         const AEGP_StreamRefH rotation = s.stream(s.layer(child), AEGP_LayerStream_ROTATION);
+         s.addKeys(rotation, {{0, 1}, {4, 2}});
+         return s.streams().AEGP_DisposeStream(rotation);
+     }},
+    {"a parent taken away", [](Session& s) { return s.layers().AEGP_SetLayerParent(s.layer(child), nullptr); }},
+    {"the work area",
+     [](Session& s) {
+         const A_Time start{10, 25}, length{11, 25};
+         const A_Err error = s.comps().AEGP_SetCompWorkAreaStartAndDuration(s.comp(), &start, &length);
+         EXPECT_EQ(s.outcome().durationFrames, 100);
+         return error;
+     }},
     {"a new null", [](Session& s) { return asked(s.comps().AEGP_CreateNullInComp, u"x", s.comp(), nullptr).first; }},
     {"deleting all layers, parents first",
      [](Session& s) -> A_Err { return deleted(s, holder) || deleted(s, separated) || deleted(s, child); }},
@@ -153,6 +168,7 @@ TEST(Undo, TakesBackEveryChangeOfStructure) {
         const std::string before = session.document();
         EXPECT_EQ(session.utility().AEGP_StartUndoGroup("change"), A_Err_NONE);
         EXPECT_EQ(change(session), A_Err_NONE);
+        EXPECT_NE(session.undo(), A_Err_NONE) << "not while a group is open";
         EXPECT_EQ(session.utility().AEGP_EndUndoGroup(), A_Err_NONE);
         EXPECT_NE(session.document(), before);
         EXPECT_EQ(session.undo(), A_Err_NONE);
@@ -163,6 +179,24 @@ TEST(Undo, TakesBackEveryChangeOfStructure) {
         EXPECT_EQ(session.outcome(separated).name, "shape") << "the group before is still to be had";
         session.expectClean();
     }
+}
+
+TEST(Undo, TakesADuplicateAway) {
+    Session session;
+    AEGP_CompH copy = nullptr;
+    session.inGroup([&] { copy = got(session.comps().AEGP_DuplicateComp, session.comp()); });
+    EXPECT_EQ(session.outcome().item->name, "Scene 2");
+    const AEGP_StreamRefH rotation = session.stream(session.layer(child, copy), AEGP_LayerStream_ROTATION);
+    session.inGroup([&] { session.addKeys(rotation, {{0, 1}, {4, 2}}); });
+    ASSERT_EQ(session.undo(), A_Err_NONE);
+    EXPECT_TRUE(session.host.duplicated()) << "made by the group before";
+    EXPECT_FALSE(session.outcome(child).transform.rotation.changed);
+    ASSERT_EQ(session.undo(), A_Err_NONE);
+    EXPECT_FALSE(session.host.duplicated());
+    EXPECT_NE(asked(session.layers().AEGP_GetCompNumLayers, copy).first, A_Err_NONE) << "the duplicate is gone";
+    EXPECT_NE(asked(session.keyframes().AEGP_GetStreamNumKFs, rotation).first, A_Err_NONE);
+    session.dispose({rotation}); // still has to come back
+    EXPECT_EQ(session.host.balance().streams, 0);
 }
 
 } // namespace

@@ -17,7 +17,7 @@ constexpr auto outline = AEGP_StreamType_MASK;
 constexpr auto color = AEGP_StreamType_COLOR;
 constexpr auto spatial = AEGP_StreamType_TwoD_SPATIAL;
 
-TEST(TreeSuite, ShowsEveryPlaceAsAHostDoes) {
+TEST(TreeSuite, ShowsPlacesOfEveryKindAsAHostDoes) {
     Session session;
     const auto& tree = session.tree();
     // Layer, path, depth, match name, shown name, grouping, type, and of groups the number of children.
@@ -25,21 +25,13 @@ TEST(TreeSuite, ShowsEveryPlaceAsAHostDoes) {
                      AEGP_StreamType, A_long>
         cases[] = {
             {child, "", 0, "ADBE AV Layer", u"child", named, noData, 2},
-            {child, "0", 1, "ADBE Mask Parade", u"Masks", indexed, noData, 2},
             {holder, "ADBE Mask Parade", 1, "ADBE Mask Parade", u"Masks", indexed, noData, 0},
             {child, "0/1", 2, "ADBE Mask Atom", u"two", named, noData, 4},
             {child, "0/1/0", 3, "ADBE Mask Shape", u"Mask Path", leaf, outline, 0},
             {child, "0/1/1", 3, "ADBE Mask Feather", u"Mask Feather", leaf, twoD, 0},
-            {child, "0/1/2", 3, "ADBE Mask Opacity", u"Mask Opacity", leaf, oneD, 0},
-            {child, "0/1/3", 3, "ADBE Mask Offset", u"Mask Expansion", leaf, oneD, 0},
-            {child, "ADBE Transform Group", 1, "ADBE Transform Group", u"Transform", named, noData, 5},
-            {child, "ADBE Transform Group/4", 2, "ADBE Opacity", u"Opacity", leaf, oneD, 0},
             {separated, "ADBE Transform Group/ADBE Position_1", 2, "ADBE Position_1", u"Y Position", leaf, oneD, 0},
             {separated, "", 0, "ADBE Vector Layer", u"shape", named, noData, 3},
-            {separated, "0", 1, "ADBE Root Vectors Group", u"Contents", indexed, noData, 3},
-            {separated, "0/0", 2, "ADBE Vector Group", u"first", named, noData, 2},
             {separated, "0/2", 2, "ADBE Vector Shape - Group", u"Path 3", named, noData, 1},
-            {separated, "0/2/0", 3, "ADBE Vector Shape", u"Path", leaf, outline, 0},
             {separated, "0/0/ADBE Vectors Group", 3, "ADBE Vectors Group", u"Contents", indexed, noData, 2},
             {separated, "0/0/0/1/ADBE Vector Fill Color", 5, "ADBE Vector Fill Color", u"Color", leaf, color, 0},
             {separated, "0/0/0/0/ADBE Vector Rect Position", 5, "ADBE Vector Rect Position", u"Position", leaf, spatial,
