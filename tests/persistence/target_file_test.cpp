@@ -15,35 +15,34 @@ namespace fs = std::filesystem;
 
 struct TargetFileTest : testing::Test, test::OwnFolder {};
 
-TEST_F(TargetFileTest, ReplacesWholeAndLeavesNothingBeside) {
-    put("out.json", "an old and longer text");
-    fs::permissions(path("out.json"), fs::perms::owner_read | fs::perms::owner_write);
-    TargetFile target;
-    ASSERT_EQ(target.open(path("out.json")), std::nullopt);
-    EXPECT_EQ(contents("out.json"), "an old and longer text");
-    ASSERT_EQ(target.commit("new"), std::nullopt);
-    EXPECT_EQ(contents("out.json"), "new");
-    EXPECT_EQ(names().size(), 1u);
-    EXPECT_EQ(fs::status(path("out.json")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-}
-
-TEST_F(TargetFileTest, WithoutACommitTheOldFileStays) {
-    put("out.json", "old");
-    {
+// That without a commit the old file stays: Batch.AnInterruptionEndsAllInOrder.
+TEST_F(TargetFileTest, WritesWholeAndLeavesNothingBeside) {
+    put("old.json", "an old and longer text");
+    fs::permissions(path("old.json"), fs::perms::owner_read | fs::perms::owner_write);
+    put(".left.json.jostle-part", "half of a much longer result, of a run that was killed");
+    fs::create_symlink("later.json", path("dangling.json"));
+    put("real.json", "old");
+    fs::create_symlink("real.json", path("link.json"));
+    const std::string longest(250, 'x'); // no room for an ending
+    // What is opened, and the file that then holds the text.
+    const std::pair<std::string, std::string> cases[] = {{"old.json", "old.json"},
+                                                         {"left.json", "left.json"},
+                                                         {"dangling.json", "later.json"},
+                                                         {"link.json", "real.json"},
+                                                         {longest, longest}};
+    for (const auto& [name, written] : cases) {
+        SCOPED_TRACE(name);
+        const std::string before = contents(written);
         TargetFile target;
-        ASSERT_EQ(target.open(path("out.json")), std::nullopt);
+        ASSERT_EQ(target.open(path(name)), std::nullopt);
+        EXPECT_EQ(contents(written), before);
+        ASSERT_EQ(target.commit("new"), std::nullopt);
+        EXPECT_EQ(contents(written), "new");
     }
-    EXPECT_EQ(contents("out.json"), "old");
-    EXPECT_EQ(names().size(), 1u);
-}
-
-TEST_F(TargetFileTest, ALeftoverOfAKilledRunIsTakenOver) {
-    put(".out.json.jostle-part", "half of a much longer result");
-    TargetFile target;
-    ASSERT_EQ(target.open(path("out.json")), std::nullopt);
-    ASSERT_EQ(target.commit("whole"), std::nullopt);
-    EXPECT_EQ(contents("out.json"), "whole");
-    EXPECT_EQ(names().size(), 1u);
+    EXPECT_EQ(names(), (std::vector<std::string>{"dangling.json", "later.json", "left.json", "link.json", "old.json",
+                                                 "real.json", longest}));
+    EXPECT_EQ(fs::status(path("old.json")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_TRUE(fs::is_symlink(path("link.json")));
 }
 
 TEST_F(TargetFileTest, ASecondRunIsTurnedAway) {
@@ -69,46 +68,24 @@ TEST_F(TargetFileTest, WhatStandsInPlaceOfTheTemporaryIsNotWrittenThrough) {
     EXPECT_EQ(contents("victim.txt"), "dear");
 }
 
-TEST_F(TargetFileTest, LongNamesHaveATemporaryToo) {
-    const std::string name(250, 'x');
-    TargetFile target;
-    ASSERT_EQ(target.open(path(name)), std::nullopt);
-    ASSERT_EQ(target.commit("whole"), std::nullopt);
-    EXPECT_EQ(contents(name), "whole");
-}
-
-TEST_F(TargetFileTest, ASymbolicLinkIsFollowed) {
-    fs::create_symlink("later.json", path("dangling.json"));
-    TargetFile dangling;
-    ASSERT_EQ(dangling.open(path("dangling.json")), std::nullopt);
-    ASSERT_EQ(dangling.commit("new"), std::nullopt);
-    EXPECT_EQ(contents("later.json"), "new");
-    put("real.json", "old");
-    fs::create_symlink("real.json", path("link.json"));
-    TargetFile target;
-    ASSERT_EQ(target.open(path("link.json")), std::nullopt);
-    ASSERT_EQ(target.commit("new"), std::nullopt);
-    EXPECT_TRUE(fs::is_symlink(path("link.json")));
-    EXPECT_EQ(contents("real.json"), "new");
-}
-
 TEST_F(TargetFileTest, WhatCannotBeATargetIsRefused) {
     TargetFile target;
-    EXPECT_NE(target.open(path()), std::nullopt);
-    EXPECT_NE(target.open(path("no/such/folder/out.json")), std::nullopt);
-    EXPECT_NE(target.open("/dev/null"), std::nullopt);
+    for (const std::string& file : {path(), path("no/such/folder/out.json"), std::string("/dev/null")})
+        EXPECT_NE(target.open(file), std::nullopt) << file;
     EXPECT_EQ(names().size(), 0u);
 }
 
 TEST_F(TargetFileTest, ReadingTellsWhatIsWrong) {
     put("small.json", "{}");
     EXPECT_EQ(readFile(path("small.json"), 2).text, "{}");
-    EXPECT_NE(readFile(path("small.json"), 1).error.find("larger"), std::string::npos);
-    EXPECT_NE(readFile(path(), 100).error.find("directory"), std::string::npos);
     ASSERT_EQ(::mkfifo(path("pipe.json").c_str(), 0600), 0);
-    EXPECT_NE(readFile(path("pipe.json"), 100).error.find("is no regular file"), std::string::npos);
-    EXPECT_NE(readFile("/dev/zero", 100).error.find("is no regular file"), std::string::npos);
-    EXPECT_NE(readFile(path("missing.json"), 100).error.find("cannot be opened"), std::string::npos);
+    const std::pair<std::string, const char*> cases[] = {{path("small.json"), "larger"},
+                                                         {path(), "directory"},
+                                                         {path("pipe.json"), "is no regular file"},
+                                                         {"/dev/zero", "is no regular file"},
+                                                         {path("missing.json"), "cannot be opened"}};
+    for (const auto& [file, says] : cases)
+        EXPECT_NE(readFile(file, 1).error.find(says), std::string::npos) << file;
 }
 
 } // namespace

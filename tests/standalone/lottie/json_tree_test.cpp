@@ -20,45 +20,23 @@ struct Parsed {
     JsonValue root() const { return tree.root(); }
 };
 
-// What stands where is looked at byte for byte by the writer's tests.
-TEST(JsonTree, ListsHoldNumbersOrEntries) {
-    const Parsed p(R"({"a":[1, -2.5e1 ,3],"b":"x, y: {","d":[[1],null,true, 7]})");
-    ASSERT_FALSE(p.error);
-    EXPECT_EQ(p.root()["b"].string(), "x, y: {");
-    double numbers[5] = {};
-    EXPECT_EQ(p.root()["a"].numbers(numbers, 5), 3u);
-    EXPECT_EQ(numbers[1], -25);
-    EXPECT_EQ(p.root()["a"].numbers(numbers, 2), 2u);
-    EXPECT_FALSE(p.root()["a"].firstChild()) << "plain numbers are one entry";
-    const JsonValue list = p.root()["d"], first = list.firstChild();
-    const JsonValue third = first.nextSibling(list).nextSibling(list), element = third.nextSibling(list);
-    EXPECT_EQ(first.text(), "[1]");
-    EXPECT_EQ(third.text(), "true");
-    EXPECT_EQ(element.integer(0), 7);
-    EXPECT_EQ(element.pointer(), "/d/3");
-    EXPECT_FALSE(element.nextSibling(list));
-}
-
+// How lists hold numbers or entries, and what stands where, is looked at by the tests of the reader and the writer.
 TEST(JsonTree, WrongTypesGiveDefaults) {
     const Parsed p(R"({"s":"5","n":4.0,"h":4.5,"t":true,"z":null,"big":1e300,"e":1e999,"tiny":-1e-999,"long":)" +
                    std::string("1") + std::string(400, '0') + "e-400,\"k\":1,\"k\":2,\"\\u0061b\":3}");
     ASSERT_FALSE(p.error);
     const JsonValue root = p.root();
-    const std::pair<const char*, int> integers[] = {{"s", 9}, {"n", 4}, {"h", 9}, {"big", 9}, {"e", 9}, {"missing", 9}};
+    const std::pair<const char*, int> integers[] = {{"s", 9}, {"n", 4},       {"h", 9},    {"big", 9}, {"e", 9},
+                                                    {"k", 2}, {"missing", 9}, {"long", 1}, {"ab", 3},  {"tiny", 0}};
     for (const auto& [name, value] : integers)
         EXPECT_EQ(root[name].integer(9), value) << name;
     EXPECT_EQ(root["s"].number(9), 9);
     EXPECT_EQ(root["e"].number(9), 9);
     EXPECT_EQ(*root["e"].number(), HUGE_VAL);
-    EXPECT_EQ(root["e"].text(), "1e999");
-    EXPECT_EQ(*root["tiny"].number(), 0);
     EXPECT_EQ(root["n"].boolean(true), true);
     EXPECT_EQ(root["n"].string("none"), "none");
     EXPECT_TRUE(root["t"].flag());
     EXPECT_FALSE(root["z"].flag());
-    EXPECT_EQ(root["long"].number(9), 1) << "a long number that is small by its exponent";
-    EXPECT_EQ(root["k"].integer(0), 2) << "of doubled members the last counts";
-    EXPECT_EQ(root["ab"].integer(0), 3) << "names have escapes too";
     EXPECT_EQ(root["n"]["deeper"]["yet"].number(9), 9);
     EXPECT_EQ(root["missing"].type(), JsonType::Missing);
 }

@@ -78,21 +78,11 @@ TEST(LayerDetails, TreesInTheOrderOfTheFile) {
 }
 
 // Their values are looked at where they become bodies.
-TEST(LayerDetails, LeavesKnowWhatTheyAreReadFrom) {
-    const ReadResult read = shapesOf(R"([
-        {"ty":"gr","it":[{"ty":"rc","p":{"s":true,"x":{"k":7},"y":{"k":8}}},
-            {"ty":"tr","p":{"k":[5,6,7]},"r":{"k":45,"x":"wiggle"}}]}])");
-    TreeNode& rectangle = *nodeAt(shapeAt(read), GroupContents).children[0];
-    TreeNode& transform = nodeAt(shapeAt(read), GroupTransform);
-    EXPECT_TRUE(nodeAt(rectangle, RectangleRoundness).source.empty()) << "not in the file";
-    const TreeNode& position = nodeAt(rectangle, RectanglePosition);
-    EXPECT_TRUE(position.hasSeparatedSource);
-    EXPECT_EQ(streamAt(transform, GroupOpacity).value[0], 100) << "the default";
-    EXPECT_EQ(streamAt(transform, GroupPosition).components, 3);
-    EXPECT_TRUE(streamAt(transform, GroupRotation).hasExpression);
+TEST(LayerDetails, ADimensionIsNoExpression) {
+    const ReadResult read = shapesOf(R"([{"ty":"rc","p":{"s":true,"x":{"k":7},"y":{"k":8}},"r":{"k":45,"x":"wiggle"}}])");
     const LayerDetails& details = *read.composition->details;
-    EXPECT_EQ(details.expressionAt(nodeAt(transform, GroupRotation).source), "wiggle");
-    EXPECT_EQ(details.expressionAt(position.source), "") << "a dimension is no expression";
+    EXPECT_EQ(details.expressionAt(nodeAt(shapeAt(read), RectangleRoundness).source), "wiggle");
+    EXPECT_EQ(details.expressionAt(nodeAt(shapeAt(read), RectanglePosition).source), "");
     EXPECT_EQ(details.expressionAt({}), "");
 }
 
