@@ -1,13 +1,14 @@
 #pragma once
 
-#include <span>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "standalone/lottie/writer.h"
+#include "tests/standalone/suites/session.h"
 
 /// Documents for the tests of what reads and writes them, and what all those tests do with them.
 namespace jostle::standalone {
@@ -19,31 +20,43 @@ inline std::string documentOf(const std::string& layers, const std::string& more
     return "{" + more + R"("fr":25,"ip":0,"op":100,"w":640,"h":480,"nm":"Scene","layers":[)" + layers + "]}";
 }
 
-/// Reads a document, has it changed and writes it. Says why where that cannot be read, or read again.
+/// Reads a document, has it changed, by a session if the change takes one, and writes it. A session then undoes it.
+/// Says why where that cannot be read, or read again.
 template<class Change>
 std::string rewritten(const std::string& text, const Change& change) {
-    const ReadResult read = readLottie(text, "t.json");
+    ReadResult read = readLottie(text, "t.json");
     if (!read)
         return read.error;
-    change(*read.composition);
-    const std::string out = writeLottie(*read.source, *read.composition);
+    std::string out;
+    if constexpr (std::is_invocable_v<Change, test::Session&>) {
+        test::Session session(std::move(read.composition));
+        session.inGroup([&] { change(session); });
+        out = writeLottie(*read.source, session.outcome());
+        EXPECT_EQ(session.undo(), A_Err_NONE);
+        EXPECT_EQ(writeLottie(*read.source, session.outcome()), text) << "undone to the byte";
+    } else {
+        change(*read.composition);
+        out = writeLottie(*read.source, *read.composition);
+    }
     const ReadResult again = readLottie(out, "again.json");
     return again ? out : again.error;
 }
 
 /// Layers of a document before and after a change. All else of it has to stay.
+/// @tparam Subject  what is changed, the document itself or by a session with the suites over it
+template<class Subject = Composition>
 struct WriterCase {
     const char* name;
     const char* before;
-    void (*change)(Composition&);
+    void (*change)(Subject&);
     const char* after;
     const char* version = "5.7.4";
 };
 
 /// @param front, back  what stands around both texts of every case
-inline void expectRewritten(std::span<const WriterCase> cases, const std::string& front = "",
-                            const std::string& back = "") {
-    for (const WriterCase& c : cases) {
+template<class Cases>
+void expectRewritten(const Cases& cases, const std::string& front = "", const std::string& back = "") {
+    for (const auto& c : cases) {
         const auto text = [&](const char* part) {
             return documentOf(front + part + back, R"("v":")" + std::string(c.version) + "\",");
         };

@@ -79,7 +79,8 @@ TEST(LayerDetails, TreesInTheOrderOfTheFile) {
 
 // Their values are looked at where they become bodies.
 TEST(LayerDetails, ADimensionIsNoExpression) {
-    const ReadResult read = shapesOf(R"([{"ty":"rc","p":{"s":true,"x":{"k":7},"y":{"k":8}},"r":{"k":45,"x":"wiggle"}}])");
+    const ReadResult read =
+        shapesOf(R"([{"ty":"rc","p":{"s":true,"x":{"k":7},"y":{"k":8}},"r":{"k":45,"x":"wiggle"}}])");
     const LayerDetails& details = *read.composition->details;
     EXPECT_EQ(details.expressionAt(nodeAt(shapeAt(read), RectangleRoundness).source), "wiggle");
     EXPECT_EQ(details.expressionAt(nodeAt(shapeAt(read), RectanglePosition).source), "");

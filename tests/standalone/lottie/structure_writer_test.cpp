@@ -7,126 +7,105 @@ namespace jostle::standalone {
 namespace {
 
 using enum NodeKind;
-using Layers = std::vector<std::unique_ptr<Layer>>;
+using test::got;
+using test::Session;
 
-int freeId(const Layers& layers) {
-    int id = 0;
-    for (const auto& layer : layers)
-        id = std::max(id, layer->id);
-    return id + 1;
+void deleteLayer(Session& s, A_long index) {
+    EXPECT_EQ(s.layers().AEGP_DeleteLayer(s.layer(index)), A_Err_NONE);
 }
-
+void deleteFirst(Session& s) {
+    deleteLayer(s, 0);
+}
+void moveFirstDown(Session& s) {
+    EXPECT_EQ(s.layers().AEGP_ReorderLayer(s.layer(0), 1), A_Err_NONE);
+}
 /// Puts a copy of a layer above it.
-Layer& duplicate(Layers& layers, std::size_t index) {
-    auto copy = copied(*layers[index]);
-    copy->id = freeId(layers);
-    copy->idInFile = false;
-    return **layers.insert(layers.begin() + static_cast<std::ptrdiff_t>(index), std::move(copy));
+void duplicate(Session& s, A_long index) {
+    (void)got(s.layers().AEGP_DuplicateLayer, s.layer(index));
 }
-
-void takeAway(Layers& layers, std::size_t index) {
-    for (const auto& layer : layers) {
-        if (layer->parent == layers[index].get())
-            layer->parent = nullptr;
-    }
-    layers.erase(layers.begin() + static_cast<std::ptrdiff_t>(index));
+void duplicateFirst(Session& s) {
+    duplicate(s, 0);
 }
-
-void swapFirstTwo(Composition& c) {
-    std::swap(c.layers[0], c.layers[1]);
-}
-
-void takeAwayFirst(Composition& c) {
-    takeAway(c.layers, 0);
-}
-
-void duplicateFirst(Composition& c) {
-    duplicate(c.layers, 0);
-}
-
-Layer& addNew(Layers& layers, LayerKind kind, const char* name) {
-    auto layer = std::make_unique<Layer>();
-    layer->id = freeId(layers);
-    layer->kind = kind;
-    layer->name = name;
-    layer->outFrame = 100;
-    for (Stream Transform::*stream : {&Transform::anchor, &Transform::position, &Transform::scale})
-        (layer->transform.*stream).components = 3;
-    layer->transform.scale.value = {100, 100, 100};
-    layer->transform.position.value = {320, 240, 0};
-    layer->transform.opacity.value[0] = kind == LayerKind::Null ? 0 : 100;
-    return **layers.insert(layers.begin(), std::move(layer));
+void addNull(Session& s) {
+    (void)got(s.comps().AEGP_CreateNullInComp, u"N", s.comp(), nullptr);
 }
 
 TEST(StructureWriter, LayersAndTheirMattes) {
-    constexpr WriterCase cases[] = {
+    constexpr WriterCase<Session> cases[] = {
         {"moved, with their bytes and what parts them", R"({"ind":1, "ty":4 } ,  {"ind":2}, null)",
-         [](Composition& c) { std::swap(c.layers[0], c.layers[2]); }, R"(null ,  {"ind":2} ,  {"ind":1, "ty":4 })"},
-        {"all gone", R"({"ind":1},{"ind":2})", [](Composition& c) { c.layers.clear(); }, ""},
+         [](Session& s) {
+             moveFirstDown(s);
+             EXPECT_EQ(s.layers().AEGP_ReorderLayer(s.layer(2), 0), A_Err_NONE);
+         },
+         R"(null ,  {"ind":2} ,  {"ind":1, "ty":4 })"},
+        {"all gone", R"({"ind":1},{"ind":2})",
+         [](Session& s) {
+             deleteFirst(s);
+             deleteFirst(s);
+         },
+         ""},
         {"children lose a parent that is gone, others keep what they have",
          R"({"ind":1,"parent":2},{"ind":2},{"ind":3,"parent":9},{"ind":4,"parent":3})",
-         [](Composition& c) { takeAway(c.layers, 1); }, R"({"ind":1},{"ind":3,"parent":9},{"ind":4,"parent":3})"},
+         [](Session& s) { deleteLayer(s, 1); }, R"({"ind":1},{"ind":3,"parent":9},{"ind":4,"parent":3})"},
         {"a copy has a number of its own, a child of its parent still", R"({"ind":1,"parent":2,"x":1.0},{"ind":2})",
          duplicateFirst, R"({"ind":3,"parent":2,"x":1.0},{"ind":1,"parent":2,"x":1.0},{"ind":2})"},
         {"a copy of a layer without a number", R"({"ty":4})", duplicateFirst, R"({"ty":4,"ind":2},{"ty":4})"},
         {"a copy in place of the original, which children have lost", R"({"ind":1},{"ind":2,"parent":1})",
-         [](Composition& c) {
-             duplicateFirst(c);
-             takeAway(c.layers, 1);
+         [](Session& s) {
+             duplicateFirst(s);
+             deleteLayer(s, 1);
          },
          R"({"ind":3},{"ind":2})"},
         {"a number that a dangling parent happens to name", R"({"ind":1,"parent":2})", duplicateFirst,
          R"({"ind":2},{"ind":1})"},
         {"a name where there was none", R"({"ind":1})",
-         [](Composition& c) {
-             c.layers[0]->name = "N";
-             c.layers[0]->changed = true;
-         },
+         [](Session& s) { EXPECT_EQ(s.layers().AEGP_SetLayerName(s.layer(0), u"N"), A_Err_NONE); },
          R"({"ind":1,"nm":"N"})"},
-        {"a matte that is still above", R"({"ind":1},{"ind":2,"td":1},{"ind":3,"tt":1})", takeAwayFirst,
+        {"a matte that is still above", R"({"ind":1},{"ind":2,"td":1},{"ind":3,"tt":1})", deleteFirst,
          R"({"ind":2,"td":1},{"ind":3,"tt":1})"},
-        {"a copy comes below the matte", R"({"ind":1,"td":1},{"ind":2,"tt":1})",
-         [](Composition& c) { duplicate(c.layers, 1); },
+        {"a copy comes below the matte", R"({"ind":1,"td":1},{"ind":2,"tt":1})", [](Session& s) { duplicate(s, 1); },
          R"({"ind":1,"td":1},{"ind":3,"tt":1},{"ind":2,"tt":1,"tp":1})"},
-        {"the matte has no number yet", R"({"td":1},{"tt":1})", swapFirstTwo, R"({"tt":1,"tp":1},{"td":1,"ind":1})"},
-        {"the matte is gone", R"({"ind":1,"td":1},{"ind":2,"tt":1},{"ind":3,"tt":2,"tp":1})", takeAwayFirst,
+        {"the matte has no number yet", R"({"td":1},{"tt":1})", moveFirstDown, R"({"tt":1,"tp":1},{"td":1,"ind":1})"},
+        {"the matte is gone", R"({"ind":1,"td":1},{"ind":2,"tt":1},{"ind":3,"tt":2,"tp":1})", deleteFirst,
          R"({"ind":2},{"ind":3})"},
-        {"a named matte moves", R"({"ind":1,"td":1},{"ind":2,"tt":1,"tp":1})", swapFirstTwo,
+        {"a named matte moves", R"({"ind":1,"td":1},{"ind":2,"tt":1,"tp":1})", moveFirstDown,
          R"({"ind":2,"tt":1,"tp":1},{"ind":1,"td":1})"},
-        {"no matte was above, something comes", R"({"ind":1,"tt":1},{"ind":2})", swapFirstTwo,
+        {"no matte was above, something comes", R"({"ind":1,"tt":1},{"ind":2})", moveFirstDown,
          R"({"ind":2},{"ind":1})"},
     };
     expectRewritten(cases);
 }
 
 TEST(StructureWriter, NewLayersAndGroups) {
-    constexpr WriterCase cases[] = {
+    constexpr WriterCase<Session> cases[] = {
         {"two of them, one the parent of the other and of an old one", R"({"ind":7})",
-         [](Composition& c) {
-             Layer& parent = addNew(c.layers, LayerKind::Null, "N");
-             addNew(c.layers, LayerKind::Shape, "S").parent = &parent;
-             c.layers[2]->parent = &parent;
-             c.layers[2]->changed = true;
+         [](Session& s) {
+             addNull(s);
+             (void)got(s.comps().AEGP_CreateVectorLayerInComp, s.comp());
+             for (const A_long child : {0, 2})
+                 EXPECT_EQ(s.layers().AEGP_SetLayerParent(s.layer(child), s.layer(1)), A_Err_NONE);
          },
-         R"({"ddd":0,"ind":9,"ty":4,"nm":"S","parent":8,"sr":1,"ks":{"a":{"a":0,"k":[0,0,0]},)"
-         R"("p":{"a":0,"k":[320,240,0]},"s":{"a":0,"k":[100,100,100]},"r":{"a":0,"k":0},"o":{"a":0,"k":100}},"ao":0,)"
+         R"({"ddd":0,"ind":9,"ty":4,"nm":"Shape Layer 1","parent":8,"sr":1,"ks":{"a":{"a":0,"k":[0,0,0]},)"
+         R"("p":{"a":0,"k":[0,0,0]},"s":{"a":0,"k":[100,100,100]},"r":{"a":0,"k":0},"o":{"a":0,"k":100}},"ao":0,)"
          R"("shapes":[],"ip":0,"op":100,"st":0,"bm":0},)"
          R"({"ddd":0,"ind":8,"ty":3,"nm":"N","sr":1,"ks":{"a":{"a":0,"k":[0,0,0]},)"
          R"("p":{"a":0,"k":[320,240,0]},"s":{"a":0,"k":[100,100,100]},"r":{"a":0,"k":0},"o":{"a":0,"k":0}},"ao":0,)"
-         R"("ip":0,"op":100,"st":0,"bm":0},{"ind":7,"parent":8})"},
-        {"a copied group where there was no list", R"({"ty":4},{"ty":4,"shapes":[{"ty":"gr","nm":"G" }]})",
-         [](Composition& c) {
-             TreeNode& list = nodeAt(firstTree(c), VectorsRoot);
-             list.children.push_back(copied(*nodeAt(treeOf(c, *c.layers[1]), VectorsRoot).children[0], &list));
-             list.listChanged = true;
+         R"("ip":0,"op":100,"st":0,"bm":0},{"ind":7,"parent":8,"ks":{"p":{"a":0,"k":[-320,-240,0]}}})"},
+        {"a copied group where there was no list", R"({"ty":4},{"ty":4,"shapes":[{"ty":"gr","it":[{"ty":"el" }]}]})",
+         [](Session& s) {
+             EXPECT_EQ(s.copy(s.place(1, "0/0")), A_Err_NONE);
+             EXPECT_EQ(s.paste(s.place(0, "0")), A_Err_NONE);
+             EXPECT_EQ(s.command(hostCommandPaste), A_Err_NONE) << "as often as one likes";
+             const AEGP_StreamRefH centre = s.place(0, "0/1/ADBE Vectors Group/0/ADBE Vector Ellipse Position");
+             EXPECT_EQ(s.set(centre, {1, 2, 0}), A_Err_NONE) << "of one copy alone";
          },
-         R"({"ty":4,"shapes":[{"ty":"gr","nm":"G" }]},{"ty":4,"shapes":[{"ty":"gr","nm":"G" }]})"},
+         R"({"ty":4,"shapes":[{"ty":"gr","it":[{"ty":"el" }]},{"ty":"gr","it":[{"ty":"el","p":{"a":0,"k":[1,2]} }]}]},)"
+         R"({"ty":4,"shapes":[{"ty":"gr","it":[{"ty":"el" }]}]})"},
     };
     expectRewritten(cases);
     EXPECT_EQ(
-        rewritten("{\n \"fr\": 25, \"w\": 9, \"h\": 9,\n \"layers\": [\n ]\n}\n",
-                  [](Composition& c) { addNew(c.layers, LayerKind::Null, "N"); }),
-        "{\n \"fr\": 25, \"w\": 9, \"h\": 9,\n \"layers\": [\n  {\n   \"ddd\": 0,\n   \"ind\": 1,\n"
+        rewritten("{\n \"fr\": 25, \"w\": 640, \"h\": 480, \"op\": 100,\n \"layers\": [\n ]\n}\n", addNull),
+        "{\n \"fr\": 25, \"w\": 640, \"h\": 480, \"op\": 100,\n \"layers\": [\n  {\n   \"ddd\": 0,\n   \"ind\": 1,\n"
         "   \"ty\": 3,\n   \"nm\": \"N\",\n   \"sr\": 1,\n   \"ks\": {\n    \"a\": {\"a\": 0, \"k\": [0, 0, 0]},\n"
         "    \"p\": {\"a\": 0, \"k\": [320, 240, 0]},\n    \"s\": {\"a\": 0, \"k\": [100, 100, 100]},\n"
         "    \"r\": {\"a\": 0, \"k\": 0},\n    \"o\": {\"a\": 0, \"k\": 0}\n   },\n   \"ao\": 0,\n"
@@ -159,7 +138,7 @@ void setOutline(TreeNode& node, double x, double y) {
 }
 
 TEST(StructureWriter, Masks) {
-    constexpr WriterCase cases[] = {
+    constexpr WriterCase<> cases[] = {
         {"the first one", R"({"ty":1})",
          [](Composition& c) {
              nodeAt(addMask(c, "M"), MaskShape).path->value = {{{1, 2, 0.5, 0, -0.5, 0}, {3, 4}}, true};
@@ -202,7 +181,7 @@ void clearGroup(Composition& c) {
 }
 
 TEST(StructureWriter, Shapes) {
-    constexpr WriterCase cases[] = {
+    constexpr WriterCase<> cases[] = {
         {"a group's place, with expression and slot",
          R"({"ty":"gr","it":[{"ty":"tr","a":{"k":[1,2],"sid":"s","x":"e"},"p":{"k":[3,4,5]}},{"ty":"fl"}]})",
          clearGroup, R"({"ty":"gr","it":[{"ty":"tr","a":{"k":[0,0],"a":0},"p":{"k":[0,0,0],"a":0}},{"ty":"fl"}]})"},

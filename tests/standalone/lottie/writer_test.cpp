@@ -76,7 +76,7 @@ TEST(Writer, EverySampleComesBackByteForByteOrAsChanged) {
 }
 
 TEST(Writer, EditsOfAPosition) {
-    constexpr WriterCase cases[] = {
+    constexpr WriterCase<> cases[] = {
         {"baked position of two components, expression and slot go",
          R"({"a":0,"x":"wiggle","k":[1,2],"sid":"s","ix":2})",
          [](Composition& c) {
@@ -141,7 +141,7 @@ void unparentFirst(Composition& c) {
 }
 
 TEST(Writer, EditsOfLayers) {
-    constexpr WriterCase cases[] = {
+    constexpr WriterCase<> cases[] = {
         {"handles for each component of a scale, one for a rotation",
          R"({"ty":4,"ks":{"s":{"a":0,"k":[1,2,3]},"r":{"a":0,"k":0}}})",
          [](Composition& c) {

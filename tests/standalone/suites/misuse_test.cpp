@@ -209,7 +209,8 @@ TEST(Misuse, WhatIsStillOutIsNotedWhenAskedFor) {
     (void)text(session);
     (void)got(session.keyframes().AEGP_StartAddKeyframes, stream);
     EXPECT_EQ(session.utility().AEGP_StartUndoGroup("left open"), A_Err_NONE);
-    EXPECT_EQ(session.host.balance().text(), "1 streams, 1 values, 1 masks, 1 memory handles, 1 key batches, 7 suites, 1 undo groups");
+    EXPECT_EQ(session.host.balance().text(),
+              "1 streams, 1 values, 1 masks, 1 memory handles, 1 key batches, 7 suites, 1 undo groups");
     session.host.noteWhatIsOut();
     const std::vector<Misuse>& noted = session.host.misuses();
     for (const Misuse misuse :
