@@ -1,5 +1,6 @@
 #include "standalone/lottie/reader.h"
 
+#include <algorithm>
 #include <tuple>
 
 #include "standalone/document/evaluate.h"
@@ -81,6 +82,29 @@ TEST(Reader, LayersAndWhatTheyShow) {
     EXPECT_EQ(layers[7]->transform.scale.value, (Components{100, 100, 100}));
     EXPECT_EQ(layers[8]->parent, nullptr) << "8 was given to a layer by the reader, not by the file";
     EXPECT_EQ(layers[9]->parent, nullptr) << "nobody has 5";
+}
+
+TEST(Reader, ParentsAreFoundAndRingsAreCut) {
+    // Identifiers with those of the parents, and at which places the parents stand; -1 for none.
+    const std::pair<const char*, std::vector<std::ptrdiff_t>> cases[] = {
+        // Before and after the child, of one number the first; 77 is nobody, 0 a number like others.
+        {R"({"ind":1,"parent":2},{"ind":2},{"ind":3,"parent":1},{"ind":1},{"ind":4,"parent":77},{"ind":0},{"parent":0})",
+         {1, -1, 0, -1, -1, -1, 5}},
+        {R"({"ind":1,"parent":1})", {-1}},
+        // Of the ring that the first hangs on, the link of the last goes.
+        {R"({"ind":1,"parent":3},{"ind":2,"parent":3},{"ind":3,"parent":4},{"ind":4,"parent":2})", {2, 2, 3, -1}},
+    };
+    for (const auto& [text, expected] : cases) {
+        const ReadResult read = readLottie(documentOf(text), "a.json");
+        const auto& layers = read.composition->layers;
+        std::vector<std::ptrdiff_t> places;
+        for (const auto& layer : layers) {
+            const auto at =
+                std::find_if(layers.begin(), layers.end(), [&](const auto& it) { return it.get() == layer->parent; });
+            places.push_back(at == layers.end() ? -1 : at - layers.begin());
+        }
+        EXPECT_EQ(places, expected) << text;
+    }
 }
 
 TEST(Reader, SolidColours) {

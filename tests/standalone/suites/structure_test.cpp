@@ -158,11 +158,12 @@ TEST(Undo, TakesBackEveryChangeOfStructure) {
     }
 }
 
-TEST(Undo, TakesADuplicateAway) {
+TEST(Undo, TakesADuplicateAwayThatIsApartFromItsOriginal) {
     Session session;
     AEGP_CompH copy = nullptr;
     session.inGroup([&] { copy = got(session.comps().AEGP_DuplicateComp, session.comp()); });
     EXPECT_EQ(session.outcome().item->name, "Scene 2");
+    EXPECT_EQ(session.outcome(child).parent, &session.outcome(holder)) << "its own, not the original's";
     const AEGP_StreamRefH rotation = session.stream(session.layer(child, copy), AEGP_LayerStream_ROTATION);
     session.inGroup([&] { session.addKeys(rotation, {{0, 1}, {4, 2}}); });
     ASSERT_EQ(session.undo(), A_Err_NONE);
