@@ -57,7 +57,8 @@ TEST_F(PreferencesTest, TwoProgramsKeepEachOthersSettings) {
     EXPECT_TRUE(one.set("s", "ones", 7));
     one.erase("s", "gone");
     one.flush();
-    EXPECT_EQ(contents(name).substr(contents(name).find('[')), "[s]\ndefault = whole 3\nones = whole 7\nshared = whole 5\n")
+    EXPECT_EQ(contents(name).substr(contents(name).find('[')),
+              "[s]\ndefault = whole 3\nones = whole 7\nshared = whole 5\n")
         << "a default does not overwrite what was chosen meanwhile";
     EXPECT_EQ(one.get("s", "shared", 0), 5) << "seen from the next writing on";
 }
@@ -151,7 +152,7 @@ TEST_F(PreferencesTest, TheEnvironmentNamesTheFile) {
 
 // That what a plug-in sets is there in its next run: UserPreferencesTest.AreKeptFromOneRunToTheNext.
 TEST_F(PreferencesTest, TextsForAPluginFitItsBuffer) {
-    DocumentHost host(test::richDocument(), "", "", file);
+    DocumentHost host(test::richDocument().composition, "", "", file);
     AEGP_SuiteHandler suites(host.basic());
     const auto& store = *suites.get<AEGP_PersistentDataSuite3>();
     const AEGP_PersistentBlobH blob = test::got(store.AEGP_GetApplicationBlob);

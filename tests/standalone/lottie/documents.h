@@ -29,11 +29,11 @@ std::string rewritten(const std::string& text, const Change& change) {
         return read.error;
     std::string out;
     if constexpr (std::is_invocable_v<Change, test::Session&>) {
-        test::Session session(std::move(read.composition));
+        test::Session session(std::move(read));
         session.inGroup([&] { change(session); });
-        out = writeLottie(*read.source, session.outcome());
+        out = session.written();
         EXPECT_EQ(session.undo(), A_Err_NONE);
-        EXPECT_EQ(writeLottie(*read.source, session.outcome()), text) << "undone to the byte";
+        EXPECT_EQ(session.written(), text) << "undone to the byte";
     } else {
         change(*read.composition);
         out = writeLottie(*read.source, *read.composition);

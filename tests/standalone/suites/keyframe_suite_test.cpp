@@ -39,12 +39,12 @@ TEST(KeyframeSuite, MergesABatchByTime) {
 }
 
 TEST(KeyframeSuite, StraightensASegmentThatANewKeyCuts) {
-    auto document = richDocument();
-    Stream& rotation = document->layers[child]->transform.rotation;
+    ReadResult read = richDocument();
+    Stream& rotation = read.composition->layers[child]->transform.rotation;
     rotation = keyedStream(0, 10);
     rotation.keys.segments.resize(2);
     rotation.keys.segments[0].linear = false;
-    Session session(std::move(document));
+    Session session(std::move(read));
     const AEGP_StreamRefH stream = rotationOf(session);
     session.addKeys(stream, {{5, 8}});
     ASSERT_EQ(rotation.keys.segments.size(), 3u);

@@ -35,10 +35,10 @@ TEST(LayerSuite, FoldsTheParentInWhenItIsTakenAway) {
     };
     for (const auto& [name, ownRotation, ownScale, rotation, scale] : cases) {
         SCOPED_TRACE(name);
-        auto document = richDocument();
-        document->layers[child]->transform.rotation.value[0] = ownRotation;
-        document->layers[child]->transform.scale.value = {ownScale.first, ownScale.second, 0};
-        Session session(std::move(document));
+        ReadResult read = richDocument();
+        read.composition->layers[child]->transform.rotation.value[0] = ownRotation;
+        read.composition->layers[child]->transform.scale.value = {ownScale.first, ownScale.second, 0};
+        Session session(std::move(read));
         ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
         EXPECT_EQ(got(session.layers().AEGP_GetLayerParent, session.layer(child)), nullptr);
         const Layer& layer = session.outcome(child);
@@ -72,10 +72,10 @@ TEST(LayerSuite, KeepsALayerInPlaceWithoutAndUnderAParent) {
 }
 
 TEST(LayerSuite, LeavesKeyframedStreamsAloneWhenUnparenting) {
-    auto document = richDocument();
-    Stream& rotation = document->layers[child]->transform.rotation;
+    ReadResult read = richDocument();
+    Stream& rotation = read.composition->layers[child]->transform.rotation;
     rotation = keyedStream(0, 90);
-    Session session(std::move(document));
+    Session session(std::move(read));
     ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
     EXPECT_EQ(rotation.keys.values, (std::vector<double>{0, 90}));
     EXPECT_FALSE(rotation.changed);
@@ -90,10 +90,10 @@ TEST(LayerSuite, SetsTheFlagsThatAFileHolds) {
     };
     for (const auto& [flag, member, whenOn] : cases) {
         SCOPED_TRACE(flag);
-        auto document = richDocument();
-        Layer& layer = *document->layers[child];
+        ReadResult read = richDocument();
+        Layer& layer = *read.composition->layers[child];
         layer.*member = whenOn;
-        Session session(std::move(document));
+        Session session(std::move(read));
         const auto set = [&, which = flag](A_Boolean value) {
             EXPECT_EQ(session.layers().AEGP_SetLayerFlag(session.layer(child), which, value), A_Err_NONE);
         };

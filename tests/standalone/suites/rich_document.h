@@ -30,8 +30,8 @@ inline const char* const richFile =
 {"ty":3,"nm":"holder","ind":7,"ip":0,"op":50,"ks":{"p":{"k":[100,100]},"s":{"k":[200,100]},"r":{"k":90}}}],
 "jostle":{"version":1,"pixelAspect":[12,11]}})";
 
-inline std::unique_ptr<Composition> richDocument() {
-    return readLottie(richFile, "scene.json").composition;
+inline ReadResult richDocument() {
+    return readLottie(richFile, "scene.json");
 }
 
 inline PathValue square(double size) {
@@ -46,45 +46,31 @@ inline Stream keyedStream(double first, double last) {
     return stream;
 }
 
-inline std::string described(const Stream& stream) {
-    std::string text;
-    for (const double number : stream.value)
-        text += ' ' + std::to_string(number);
-    for (const double number : stream.keys.values)
-        text += " key " + std::to_string(number);
-    return text + (stream.changed ? " changed" : "") + (stream.expressionEnabled ? " expression" : "");
-}
-
-inline std::string described(const TreeNode& node) {
-    std::string text = std::to_string(static_cast<int>(node.kind)) + ' ' + node.name +
-                       (node.listChanged ? " list changed" : "") + (node.rotoBezier ? " roto" : "");
-    if (node.stream)
-        text += described(*node.stream);
-    if (node.path) {
-        for (const PathVertex& v : node.path->value.vertices)
-            text += " (" + std::to_string(v.x) + ' ' + std::to_string(v.y) + ')';
-        text += node.path->changed ? " changed" : "";
-    }
-    text += '\n';
+/// @param everything  as of markAll
+inline void markTree(TreeNode& node, bool everything) {
+    const bool colour = node.kind == NodeKind::FillColor || node.kind == NodeKind::StrokeColor;
+    if (node.own)
+        node.own->changed = everything || (!node.source.empty() && !node.hasSeparatedSource && !colour);
+    if (node.path)
+        node.path->changed = everything || !node.source.empty();
     for (const auto& below : node.children) {
         EXPECT_EQ(below->parent, &node);
-        text += described(*below);
+        markTree(*below, everything);
     }
-    return text;
 }
 
-/// All that suites can change of a composition, to be compared.
-inline std::string described(const Composition& composition) {
-    std::string text = std::to_string(composition.inFrame) + ' ' + std::to_string(composition.outFrame) +
-                       (composition.changed ? " changed\n" : "\n");
-    for (const auto& layer : composition.layers) {
-        text += layer->name + ' ' + std::to_string(layer->id) + ' ' + (layer->parent ? layer->parent->name : "-") +
-                (layer->hidden ? " hidden" : "") + (layer->changed ? " changed" : "") +
-                (layer->transform.separated ? " separated\n" : "\n");
-        if (layer->tree)
-            text += described(*layer->tree);
+/// Marks what the text has of a document as changed, so that it is written.
+/// @param everything  also what would be written in another form than it is read from, or is not in the text
+inline void markAll(Composition& c, bool everything) {
+    for (const auto& layer : c.layers) {
+        markTree(treeOf(c, *layer), everything);
+        Transform& t = layer->transform;
+        for (Stream* s :
+             {&t.anchor, &t.position, &t.dimensions.own().x, &t.dimensions.own().y, &t.scale, &t.rotation, &t.opacity})
+            s->changed = everything || (!s->source.empty() && !t.separated);
+        layer->changed = layer->changed || everything;
     }
-    return text;
+    c.changed = true;
 }
 
 } // namespace jostle::standalone::test

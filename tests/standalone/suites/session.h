@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "standalone/lottie/writer.h"
 #include "tests/standalone/suites/rich_document.h"
 
 namespace jostle::standalone::test {
@@ -34,9 +35,10 @@ using Keys = std::vector<std::pair<A_long, double>>;
 /// A host over a document, and the calls that a plug-in makes. Each of them is expected to succeed.
 class Session {
 public:
-    explicit Session(std::unique_ptr<Composition> document = richDocument(), const std::string& name = "scene.json")
-        : host(std::move(document), name, "/films/scene.json") {}
+    explicit Session(ReadResult read = richDocument(), const std::string& name = "scene.json")
+        : source(std::move(read.source)), host(std::move(read.composition), name, "/films/scene.json") {}
 
+    std::shared_ptr<const LottieSource> source;
     DocumentHost host;
     std::optional<AEGP_SuiteHandler> suites{std::in_place, host.basic()};
 
@@ -190,15 +192,15 @@ public:
         EXPECT_EQ(utility().AEGP_EndUndoGroup(), A_Err_NONE);
     }
 
-    /// Trees are made when they are asked for.
-    void makeTrees() {
-        for (A_long index = 0; index < got(layers().AEGP_GetCompNumLayers, comp()); ++index)
-            dispose({root(layer(index))});
-    }
-
     Composition& outcome() { return host.outcome(); }
     Layer& outcome(std::size_t layerIndex) { return *host.outcome().layers[layerIndex]; }
-    [[nodiscard]] std::string document() { return described(host.outcome()); }
+    [[nodiscard]] std::string written() { return writeLottie(*source, host.outcome()); }
+    /// All that a file can hold of the document, and what of it has changed, to be compared.
+    [[nodiscard]] std::string document() {
+        Composition copy(host.outcome());
+        markAll(copy, true);
+        return writeLottie(*source, copy) + written();
+    }
 
     /// Disposes of what is left, and expects that everything came back and nothing was misused.
     void expectClean(std::initializer_list<AEGP_StreamRefH> left = {}) {

@@ -15,10 +15,11 @@ TEST(MaskSuite, CountsSegmentsOfOpenAndClosedOutlines) {
     };
     for (const auto& [name, path, segments, lastIsFirst] : cases) {
         SCOPED_TRACE(name);
-        auto document = richDocument();
-        childOf(*treeOf(*document, *document->layers[child]).children[0]->children[0], NodeKind::MaskShape)
+        ReadResult read = richDocument();
+        childOf(*treeOf(*read.composition, *read.composition->layers[child]).children[0]->children[0],
+                NodeKind::MaskShape)
             ->path->value = path;
-        Session session(std::move(document));
+        Session session(std::move(read));
         const auto& outlines = session.outlines();
         const AEGP_StreamRefH shape = session.place(child, "0/0/0");
         AEGP_StreamValue2 value = session.open(shape);
@@ -140,7 +141,6 @@ TEST(Undo, TakesBackEveryChangeOfStructure) {
         SCOPED_TRACE(name);
         Session session;
         session.inGroup([&] { EXPECT_EQ(named(session, separated, u"renamed"), A_Err_NONE); });
-        session.makeTrees();
         const AEGP_LayerH bottom = session.layer(holder);
         const std::string before = session.document();
         EXPECT_EQ(session.utility().AEGP_StartUndoGroup("change"), A_Err_NONE);

@@ -103,7 +103,7 @@ TEST(TreeSuite, BatchesOutlinesAsItDoesNumbers) {
 }
 
 TEST(TreeSuite, ReadsAndClearsExpressions) {
-    Session session(readLottie(documentOf(R"({"ks":{"r":{"k":0,"x":"time"}}})"), "a.json").composition);
+    Session session(readLottie(documentOf(R"({"ks":{"r":{"k":0,"x":"time"}}})"), "a.json"));
     const Stream& rotation = session.outcome(0).transform.rotation;
     const auto& streams = session.streams();
     const AEGP_StreamRefH stream = session.stream(session.layer(0), AEGP_LayerStream_ROTATION);
@@ -158,15 +158,15 @@ TEST(TextLayerSuite, TakesTheTurnOutOfGlyphs) {
     // handles 2 to the left, and 2 right and 2 down. The turn of the layer must not show.
     for (const double turn : {0.0, 90.0, -30.0, 400.0}) {
         SCOPED_TRACE(turn);
-        auto document = richDocument();
-        Layer& layer = *document->layers[child];
+        ReadResult read = richDocument();
+        Layer& layer = *read.composition->layers[child];
         layer.kind = LayerKind::Text;
         layer.parent = nullptr;
         layer.transform.position.value = {100, 100, 0};
         layer.transform.scale.value = {200, 100, 100};
         layer.transform.rotation.value[0] = turn;
-        document->details = std::make_shared<FakeTexts>();
-        Session session(std::move(document));
+        read.composition->details = std::make_shared<FakeTexts>();
+        Session session(std::move(read));
         const auto& texts = session.table<AEGP_TextLayerSuite1>();
         const auto& paths = session.table<PF_PathDataSuite1>();
         const A_Time start{0, 1};
@@ -178,10 +178,10 @@ TEST(TextLayerSuite, TakesTheTurnOutOfGlyphs) {
         EXPECT_EQ(got(paths.PF_PathNumSegments, nullptr, glyph), 3);
         EXPECT_NE(asked(paths.PF_PathVertexInfo, nullptr, glyph, 4).first, A_Err_NONE);
         const PF_PathVertex v = got(paths.PF_PathVertexInfo, nullptr, glyph, 3); // the first again
-        const double read[] = {v.x, v.y, v.tan_in_x, v.tan_in_y, v.tan_out_x, v.tan_out_y};
+        const double seen[] = {v.x, v.y, v.tan_in_x, v.tan_in_y, v.tan_out_x, v.tan_out_y};
         constexpr double expected[] = {106, 100, 104, 100, 108, 102};
         for (int i = 0; i < 6; ++i)
-            EXPECT_NEAR(read[i], expected[i], 1e-9) << i;
+            EXPECT_NEAR(seen[i], expected[i], 1e-9) << i;
         EXPECT_EQ(session.host.balance().textOutlines, 1);
         const AEGP_TextOutlinesH again = got(texts.AEGP_GetNewTextOutlines, session.layer(child), &start);
         for (const AEGP_TextOutlinesH given : {outlines, again})
@@ -208,9 +208,10 @@ Answer gotAt(std::size_t slot, Session& session, Parameters... parameters) {
 }
 
 TEST(OlderSuites, HaveTheirOwnSlotsAndDoNotOverrunBuffersOfNames) {
-    auto document = richDocument();
-    document->layers[child]->name = std::string(30, 'n') + "\xC3\xA9"; // with the last character 32 bytes, and no end
-    Session session(std::move(document));
+    ReadResult read = richDocument();
+    read.composition->layers[child]->name =
+        std::string(30, 'n') + "\xC3\xA9"; // with the last character 32 bytes, and no end
+    Session session(std::move(read));
     A_char name[33];
     A_char source[AEGP_MAX_LAYER_NAME_SIZE];
     name[32] = 'x';
