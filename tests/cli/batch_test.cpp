@@ -52,15 +52,22 @@ TEST(Batch, IsTheSameHoweverManyRunAtOnce) {
 TEST(Batch, GoesBesideTheInputsOrInPlaceTooAndASingleFileIntoAFolder) {
     const TestFolder folder;
     const std::string input = document(solid("box", 1));
-    folder.put("a.json", input);
-    folder.put("b.json", input);
-    folder.succeed({"solve", "a.json", "b.json", "-q"});
-    EXPECT_EQ(folder.names(), (Names{"a-solved.json", "a.json", "b-solved.json", "b.json"}));
-    EXPECT_EQ(folder.contents("a.json"), input);
-    folder.succeed({"solve", "a.json", "b.json", "--in-place", "-q"});
-    EXPECT_EQ(folder.names(), (Names{"a-solved.json", "a.json", "b-solved.json", "b.json"}));
-    EXPECT_NE(folder.contents("b.json"), input);
-    folder.succeed({"solve", "a.json", "-o", "out/", "-q"});
+    for (const Names& files : {Names{"a.json"}, Names{"b.json", "c.json"}}) {
+        for (const std::string& file : files)
+            folder.put(file, input);
+        Names arguments = files;
+        arguments.insert(arguments.begin(), "solve");
+        folder.succeed(arguments);
+        arguments.push_back("--in-place");
+        folder.succeed(arguments);
+    }
+    EXPECT_EQ(folder.names(), (Names{"a-solved.json", "a.json", "b-solved.json", "b.json", "c-solved.json", "c.json"}));
+    for (const char* name : {"a", "b", "c"}) {
+        expectHas(folder.contents(std::string(name) + "-solved.json"), R"("nm":"test 2")");
+        expectHas(folder.contents(std::string(name) + ".json"), R"("nm":"test")");
+        expectHas(folder.contents(std::string(name) + ".json"), R"({"t":9,)");
+    }
+    folder.succeed({"solve", "a.json", "-o", "out/"});
     EXPECT_NE(folder.contents("out/a.json"), "");
 }
 

@@ -44,18 +44,6 @@ TEST(Solve, WritesWhatAFreeBodyDoesToKeysAndSamples) {
     EXPECT_EQ(folder.contents("out.json").find(R"({"t":1,)"), std::string::npos) << "a key within the tolerance";
 }
 
-TEST(Solve, NamesTheResultAfterTheInputUnlessItTakesItsPlace) {
-    const std::string input = document(solid("box", 1));
-    const TestFolder folder(input);
-    expectHas(folder.succeed({"solve", "in.json"}).out, "in-solved.json");
-    expectHas(folder.contents("in-solved.json"), R"("nm":"test 2")");
-    EXPECT_EQ(folder.contents("in.json"), input);
-    folder.succeed({"solve", "in.json", "--in-place"});
-    expectHas(folder.contents("in.json"), R"("nm":"test")");
-    expectHas(folder.contents("in.json"), R"({"t":9,)");
-    EXPECT_EQ(folder.names(), (std::vector<std::string>{"in-solved.json", "in.json"}));
-}
-
 TEST(Solve, TellsMachinesHowFarItIs) {
     const TestFolder folder(document(solid("box", 1)));
     const ProgramRun run = folder.succeed({"solve", "in.json", "--json", "--end", "3"});

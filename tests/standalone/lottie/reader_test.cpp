@@ -166,10 +166,6 @@ TEST(Reader, Keyframes) {
         EXPECT_EQ(rotation.keys.frames, frames);
         EXPECT_EQ(rotation.keys.values, values);
     }
-    const Stream leap =
-        transformOf(R"({"r":{"k":[{"t":0,"s":[0]},{"t":10,"s":[10]},{"t":10,"s":[50]},{"t":20,"s":[60]}]}})").rotation;
-    EXPECT_DOUBLE_EQ(valueAt(leap, 5)[0], 5) << "before a leap the way leads to its foot";
-    EXPECT_EQ(valueAt(leap, 10)[0], 50);
 }
 
 TEST(Reader, EasingHoldsAndTangents) {

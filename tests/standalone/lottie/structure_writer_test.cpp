@@ -16,8 +16,13 @@ void deleteLayer(Session& s, A_long index) {
 void deleteFirst(Session& s) {
     deleteLayer(s, 0);
 }
+void move(Session& s, A_long from, A_long to) {
+    const AEGP_LayerH layer = s.layer(from);
+    EXPECT_EQ(s.layers().AEGP_ReorderLayer(layer, to), A_Err_NONE);
+    EXPECT_EQ(s.layer(got(s.layers().AEGP_GetLayerIndex, layer)), layer);
+}
 void moveFirstDown(Session& s) {
-    EXPECT_EQ(s.layers().AEGP_ReorderLayer(s.layer(0), 1), A_Err_NONE);
+    move(s, 0, 1);
 }
 /// Puts a copy of a layer above it.
 void duplicate(Session& s, A_long index) {
@@ -34,8 +39,9 @@ TEST(StructureWriter, LayersAndTheirMattes) {
     constexpr WriterCase<Session> cases[] = {
         {"moved, with their bytes and what parts them", R"({"ind":1, "ty":4 } ,  {"ind":2}, null)",
          [](Session& s) {
-             moveFirstDown(s);
-             EXPECT_EQ(s.layers().AEGP_ReorderLayer(s.layer(2), 0), A_Err_NONE);
+             move(s, 1, 1);
+             move(s, 0, AEGP_REORDER_LAYER_TO_END);
+             move(s, 1, 0);
          },
          R"(null ,  {"ind":2} ,  {"ind":1, "ty":4 })"},
         {"all gone", R"({"ind":1},{"ind":2})",
@@ -58,6 +64,24 @@ TEST(StructureWriter, LayersAndTheirMattes) {
          R"({"ind":3},{"ind":2})"},
         {"a number that a dangling parent happens to name", R"({"ind":1,"parent":2})", duplicateFirst,
          R"({"ind":2},{"ind":1})"},
+        {"the number of a layer that is gone is not given again", R"({"ind":1},{"ind":2})",
+         [](Session& s) {
+             deleteLayer(s, 1);
+             duplicateFirst(s);
+         },
+         R"({"ind":3},{"ind":1})"},
+        {"flags are turned over", R"({"ind":1,"mb":true,"ao":1})",
+         [](Session& s) {
+             for (const auto flag :
+                  {AEGP_LayerFlag_VIDEO_ACTIVE, AEGP_LayerFlag_MOTION_BLUR, AEGP_LayerFlag_AUTO_ORIENT_ROTATION}) {
+                 for (const A_Boolean value : {A_Boolean{1}, A_Boolean{0}}) {
+                     EXPECT_TRUE(got(s.layers().AEGP_GetLayerFlags, s.layer(0)) & flag);
+                     EXPECT_EQ(s.layers().AEGP_SetLayerFlag(s.layer(0), flag, value), A_Err_NONE);
+                 }
+                 EXPECT_FALSE(got(s.layers().AEGP_GetLayerFlags, s.layer(0)) & flag);
+             }
+         },
+         R"({"ind":1,"mb":false,"ao":0,"hd":true})"},
         {"a name where there was none", R"({"ind":1})",
          [](Session& s) { EXPECT_EQ(s.layers().AEGP_SetLayerName(s.layer(0), u"N"), A_Err_NONE); },
          R"({"ind":1,"nm":"N"})"},

@@ -9,7 +9,7 @@ AEGP_StreamRefH rotationOf(Session& session) {
     return session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
 }
 
-TEST(KeyframeSuite, MergesABatchByTime) {
+TEST(KeyframeSuite, MergesABatchByTimeUnlessItIsDiscarded) {
     using Numbers = std::vector<double>;
     // Keys that are there, those of the batch, and what comes of them.
     const std::tuple<const char*, Keys, Keys, Numbers, Numbers> cases[] = {
@@ -27,6 +27,9 @@ TEST(KeyframeSuite, MergesABatchByTime) {
         Session session;
         const AEGP_StreamRefH rotation = rotationOf(session);
         session.addKeys(rotation, present);
+        const AEGP_AddKeyframesInfoH discarded = got(session.keyframes().AEGP_StartAddKeyframes, rotation);
+        session.addKey(discarded, 1);
+        EXPECT_EQ(session.keyframes().AEGP_EndAddKeyframes(0, discarded), A_Err_NONE);
         session.addKeys(rotation, added);
         const Stream& stream = session.outcome(child).transform.rotation;
         EXPECT_EQ(stream.keys.frames, frames);
@@ -50,16 +53,6 @@ TEST(KeyframeSuite, StraightensASegmentThatANewKeyCuts) {
     ASSERT_EQ(rotation.keys.segments.size(), 3u);
     EXPECT_TRUE(rotation.keys.segments[0].linear);
     session.expectClean({stream});
-}
-
-TEST(KeyframeSuite, LeavesNothingOfADiscardedBatch) {
-    Session session;
-    const AEGP_StreamRefH rotation = rotationOf(session);
-    const AEGP_AddKeyframesInfoH batch = got(session.keyframes().AEGP_StartAddKeyframes, rotation);
-    session.addKey(batch, 0);
-    EXPECT_EQ(session.keyframes().AEGP_EndAddKeyframes(0, batch), A_Err_NONE);
-    EXPECT_FALSE(session.outcome(child).transform.rotation.changed);
-    session.expectClean({rotation});
 }
 
 TEST(KeyframeSuite, ReachesSeparatedDimensionsThroughTheFollowers) {

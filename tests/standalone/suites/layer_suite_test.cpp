@@ -7,11 +7,6 @@ using namespace test;
 
 constexpr double tolerance = 1e-9;
 
-void expectMatrix(const A_Matrix4& matrix, const double (&expected)[4][4]) {
-    for (int i = 0; i < 16; ++i)
-        EXPECT_NEAR(matrix.mat[i / 4][i % 4], expected[i / 4][i % 4], tolerance) << i;
-}
-
 // Scale (2, 1), then a quarter turn clockwise, takes x to (0, 2) and y to (-1, 0). The child's anchor, at (30, 0) in
 // the holder, comes to (0, 60) + (100, 100); its corner lies (-10, -5) from there: (5, -20) more.
 constexpr double childToWorld[4][4] = {{0, 2, 0, 0}, {-1, 0, 0, 0}, {0, 0, 1, 0}, {105, 140, 0, 1}};
@@ -57,8 +52,9 @@ TEST(LayerSuite, KeepsALayerInPlaceWithoutAndUnderAParent) {
     const A_Time start{0, 1};
     const AEGP_LayerH layer = session.layer(child);
     const auto expectInPlace = [&](const char* when) {
-        SCOPED_TRACE(when);
-        expectMatrix(got(session.layers().AEGP_GetLayerToWorldXform, layer, &start), childToWorld);
+        const A_Matrix4 matrix = got(session.layers().AEGP_GetLayerToWorldXform, layer, &start);
+        for (int i = 0; i < 16; ++i)
+            EXPECT_NEAR(matrix.mat[i / 4][i % 4], childToWorld[i / 4][i % 4], tolerance) << when << i;
     };
     expectInPlace("as it was");
     ASSERT_EQ(session.layers().AEGP_SetLayerParent(layer, nullptr), A_Err_NONE);
@@ -79,38 +75,6 @@ TEST(LayerSuite, LeavesKeyframedStreamsAloneWhenUnparenting) {
     ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
     EXPECT_EQ(rotation.keys.values, (std::vector<double>{0, 90}));
     EXPECT_FALSE(rotation.changed);
-}
-
-TEST(LayerSuite, SetsTheFlagsThatAFileHolds) {
-    // With the value that a member has when the flag is set.
-    const std::tuple<AEGP_LayerFlags, bool Layer::*, bool> cases[] = {
-        {AEGP_LayerFlag_VIDEO_ACTIVE, &Layer::hidden, false},
-        {AEGP_LayerFlag_MOTION_BLUR, &Layer::motionBlur, true},
-        {AEGP_LayerFlag_AUTO_ORIENT_ROTATION, &Layer::autoOrient, true},
-    };
-    for (const auto& [flag, member, whenOn] : cases) {
-        SCOPED_TRACE(flag);
-        ReadResult read = richDocument();
-        Layer& layer = *read.composition->layers[child];
-        layer.*member = whenOn;
-        Session session(std::move(read));
-        const auto set = [&, which = flag](A_Boolean value) {
-            EXPECT_EQ(session.layers().AEGP_SetLayerFlag(session.layer(child), which, value), A_Err_NONE);
-        };
-        const auto flags = [&] { return got(session.layers().AEGP_GetLayerFlags, session.layer(child)); };
-        set(1);
-        EXPECT_TRUE(flags() & flag);
-        EXPECT_FALSE(layer.changed) << "it is on";
-        session.inGroup([&] { set(0); });
-        EXPECT_FALSE(flags() & flag);
-        EXPECT_EQ(layer.*member, !whenOn);
-        EXPECT_TRUE(layer.changed);
-        EXPECT_EQ(session.undo(), A_Err_NONE);
-        EXPECT_EQ(layer.*member, whenOn);
-        EXPECT_FALSE(layer.changed);
-        EXPECT_NE(session.layers().AEGP_SetLayerFlag(session.layer(child), AEGP_LayerFlag_GUIDE_LAYER, 1), A_Err_NONE);
-        EXPECT_EQ(session.host.reports().size(), 1u) << "what a file does not hold is refused in words";
-    }
 }
 
 } // namespace

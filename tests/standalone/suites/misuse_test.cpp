@@ -183,6 +183,14 @@ const MisuseCase misuseCases[] = {
      [](Session& s) { return s.host.basic()->ReleaseSuite("PF Path Data Suite", 1); }},
     {"a suite at a version that it does not have", unnoted,
      [](Session& s) { return asked(s.host.basic()->AcquireSuite, "AEGP Layer Suite", 12).first; }},
+    {"a flag that a file does not hold", unnoted,
+     [](Session& s) {
+         const A_Err error = s.layers().AEGP_SetLayerFlag(s.layer(child), AEGP_LayerFlag_GUIDE_LAYER, 1);
+         EXPECT_EQ(s.host.reports().size(), 1u) << "told in words";
+         return error;
+     }},
+    {"a layer moved below the last", unnoted, [](Session& s) { return s.layers().AEGP_ReorderLayer(s.layer(1), 3); }},
+    {"a layer moved above the first", unnoted, [](Session& s) { return s.layers().AEGP_ReorderLayer(s.layer(1), -2); }},
     {"two flags at once", unnoted, [](Session& s) { return s.layers().AEGP_SetLayerFlag(s.layer(child), 9, 1); }},
     {"a parent that hangs on the layer", unnoted,
      [](Session& s) { return s.layers().AEGP_SetLayerParent(s.layer(holder), s.layer(child)); }},

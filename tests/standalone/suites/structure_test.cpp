@@ -59,40 +59,6 @@ TEST(Structure, NullsHaveTheirNamesAndLengths) {
     session.expectClean();
 }
 
-TEST(Structure, ReordersLayers) {
-    // From where, to where, and the layers' first letters then.
-    const std::tuple<const char*, A_long, A_long, const char*> cases[] = {
-        {"down", 0, 1, "sch"},
-        {"up", 2, 0, "hcs"},
-        {"to the end", 0, AEGP_REORDER_LAYER_TO_END, "shc"},
-        {"to where it is", 1, 1, "csh"},
-        {"beyond the last", 1, 3, "csh"},
-        {"before the first", 1, -2, "csh"},
-    };
-    for (const auto& [name, from, to, expected] : cases) {
-        SCOPED_TRACE(name);
-        Session session;
-        const AEGP_LayerH moved = session.layer(from);
-        const bool exists = to >= AEGP_REORDER_LAYER_TO_END && to < 3;
-        EXPECT_EQ(session.layers().AEGP_ReorderLayer(moved, to) == A_Err_NONE, exists);
-        std::string order;
-        for (const auto& layer : session.outcome().layers)
-            order += layer->name.front();
-        EXPECT_EQ(order, expected);
-        EXPECT_EQ(session.outcome().changed, order != "csh");
-        EXPECT_EQ(session.layer(got(session.layers().AEGP_GetLayerIndex, moved)), moved);
-    }
-}
-
-TEST(Structure, TheNumberOfADeletedLayerIsNotGivenAgain) {
-    Session session;
-    const AEGP_StreamRefH stream = session.stream(session.layer(holder), AEGP_LayerStream_SCALE);
-    EXPECT_EQ(session.layers().AEGP_DeleteLayer(session.layer(holder)), A_Err_NONE);
-    (void)got(session.layers().AEGP_DuplicateLayer, session.layer(child));
-    EXPECT_EQ(session.outcome(0).id, 8) << "7 was the deleted layer's";
-    session.expectClean({stream}); // its stream still has to come back
-}
-
 A_Err deleted(Session& s, LayerIndex layer) {
     return s.layers().AEGP_DeleteLayer(s.layer(layer));
 }
