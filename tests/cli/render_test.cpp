@@ -43,10 +43,8 @@ TEST(Render, SizeAndLookAreAsAskedFor) {
 
 TEST(Render, TheUsersPreferencesColourIt) {
     const TestFolder folder(document(solid("box", 1)));
-    const auto hasCyan = [&](const std::vector<std::string>& more) {
-        std::vector<std::string> arguments{"render", "in.json", "-o", "a.png", "--set", "box.type=Static"};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        folder.succeed(arguments);
+    const auto hasCyan = [&](const char* option, const char* what) {
+        folder.succeed({"render", "in.json", "-o", "a.png", "--set", "box.type=Static", option, what});
         const QImage image = png(folder.contents("a.png"));
         for (int x = 0; x < image.width(); ++x) {
             if (image.pixel(x, image.height() / 2) == qRgb(0, 255, 255)) {
@@ -55,14 +53,14 @@ TEST(Render, TheUsersPreferencesColourIt) {
         }
         return false;
     };
-    EXPECT_FALSE(hasCyan({}));
+    EXPECT_FALSE(hasCyan("--show", "shapes"));
     EXPECT_FALSE(std::filesystem::exists(folder.preferences())) << "looking at them leaves no file";
     std::ofstream(folder.preferences()) << "# Settings of Jostle, version 1\n\n[QF Jostle 2]\n"
                                            "Static Body Highlight Red = whole 0\n"
                                            "Static Body Highlight Green = whole 255\n"
                                            "Static Body Highlight Blue = whole 255\n";
-    EXPECT_TRUE(hasCyan({}));
-    EXPECT_FALSE(hasCyan({"--hide", "shapes"}));
+    EXPECT_TRUE(hasCyan("--show", "shapes"));
+    EXPECT_FALSE(hasCyan("--hide", "shapes"));
 }
 
 TEST(Render, FilmsAreTheSameTwiceAndAsSolveShowsThem) {

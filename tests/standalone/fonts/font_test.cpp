@@ -107,15 +107,10 @@ TEST_F(FontTest, RunsFromRightToLeftStandInTheirPlaces) {
     }
 }
 
-TEST(FontLibraryTest, OpensAFontOnceAndFindsTheNearest) {
+// Which font is the nearest, and that there may be none: TextOutlines.WithoutGlyphsComeFromAFontAndNotesNameIt.
+TEST(FontLibraryTest, OpensAFontOnce) {
     FontLibrary library(JOSTLE_TEST_FONTS);
-    FontChoice& bold = library.choose({"DejaVu Sans", "Bold", ""});
-    EXPECT_EQ(&bold, &library.choose({"DejaVu Sans", "Bold", ""}));
-    EXPECT_EQ(bold.title(0), "DejaVu Sans Bold");
-    EXPECT_EQ(library.choose({"'dejavu  sans', serif", "bold", ""}).title(0), "DejaVu Sans Bold");
-    EXPECT_EQ(library.choose({"", "", "DejaVuSerif-Bold"}).title(0), "DejaVu Serif Bold");
-    EXPECT_FALSE(library.choose({"DejaVu Sans", "Thin Italic", ""}).isExact());
-    EXPECT_FALSE(FontLibrary("/nowhere").choose({"DejaVu Sans", "", ""}));
+    EXPECT_EQ(&library.choose({"DejaVu Sans", "Bold", ""}), &library.choose({"DejaVu Sans", "Bold", ""}));
 }
 
 TEST(FontStyleTest, ComesFromItsName) {

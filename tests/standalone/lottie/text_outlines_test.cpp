@@ -154,6 +154,7 @@ TEST(TextOutlines, WithoutGlyphsComeFromAFontAndNotesNameIt) {
     // The file's font, and how the note begins; empty for none.
     const std::tuple<const char*, const char*, std::string> cases[] = {
         {"exact", R"({"fName":"x","fFamily":"DejaVu Sans","fStyle":"Bold"})", ""},
+        {"in a list", R"({"fName":"x","fFamily":"'dejavu  sans', serif","fStyle":"bold"})", ""},
         {"by PostScript name", R"({"fName":"DejaVuSans-Bold","fFamily":"?"})", ""},
         {"style", R"({"fName":"x","fFamily":"DejaVu Sans","fStyle":"Thin"})",
          R"(Text of layer 2 "title": font "DejaVu Sans Thin" is not installed; "DejaVu Sans )"},

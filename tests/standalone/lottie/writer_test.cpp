@@ -168,15 +168,11 @@ TEST(Writer, WorkAreaKeepsTheLength) {
     for (const auto& [name, inFrame, outFrame, length, given, expected] : cases) {
         SCOPED_TRACE(name);
         const std::string before = R"({"fr":25,"w":9,"h":9,"nm":"A",)", after = R"({"fr":25,"w":9,"h":9,"nm":"A 2",)";
-        const std::string out =
-            rewritten(before + given + "}", [from = inFrame, to = outFrame](Composition& composition) {
-                composition.inFrame = from;
-                composition.outFrame = to;
-                Item item = *composition.item;
-                item.name = "A 2";
-                composition.item = std::make_shared<const Item>(item);
-                composition.changed = true;
-            });
+        const std::string out = rewritten(before + given + "}", [from = inFrame, to = outFrame](test::Session& s) {
+            const A_Time start{static_cast<A_long>(from), 25}, time{static_cast<A_long>(to - from), 25};
+            const AEGP_CompH copy = test::got(s.comps().AEGP_DuplicateComp, s.comp());
+            EXPECT_EQ(s.comps().AEGP_SetCompWorkAreaStartAndDuration(copy, &start, &time), A_Err_NONE);
+        });
         EXPECT_EQ(out, after + expected + "}");
         EXPECT_EQ(readLottie(out, "again").composition->durationFrames, length);
         EXPECT_EQ(rewritten(out, [](Composition& composition) { composition.changed = true; }), out);
