@@ -44,7 +44,6 @@ TEST(Overrides, AreWrittenWhereTheyPoint) {
         {"a.b=c.density=2", [](const Scene& s) { return s.bodies[4].density == 2; }},
         {"ball.fixedRotation=true", [](const Scene& s) { return s.bodies[0].fixedRotation; }},
         {"ball.positionY=-3.5", [](const Scene& s) { return s.bodies[0].position.y == -3.5f; }},
-        {"ball.maskBits=65535", [](const Scene& s) { return s.bodies[0].maskBits == 65535; }},
         {"solver.stepsPerFrame=10", [](const Scene& s) { return s.globals.stepsPerFrame == 10; }},
         {"solver.timeDivider=+2", [](const Scene& s) { return s.globals.timeDivider == 2; }},
         {"gravity.magnitude=-1e1", [](const Scene& s) { return s.globals.magnitude == -10; }},

@@ -22,10 +22,7 @@ struct UserPreferencesTest : testing::Test, test::OwnFolder {
 TEST_F(UserPreferencesTest, AreKeptFromOneRunToTheNext) {
     run([](const HostContext& context) {
         UserPreferences preferences = readPreferences(context);
-        EXPECT_EQ(preferences.levelsOfUndo, 100);
-        EXPECT_EQ(preferences.bodySelectionHighlight, (ByteColor{191, 140, 0}));
         EXPECT_EQ(preferences.pivotJointColor, (ByteColor{84, 255, 84})); // 0.33 * 255 = 84.15
-        EXPECT_EQ(preferences.pistonJointColor, (ByteColor{204, 214, 211}));
         preferences.uiTheme = 2;
         preferences.selectionStrokeWidth = 3.5;
         preferences.selectedJointColor = {1, 2, 3};

@@ -11,14 +11,12 @@ using Values = std::vector<std::string>;
 
 TEST(SweepGrid, CountsInDecimals) {
     const std::tuple<const char*, const char*, Values> cases[] = {
-        {"gravity.magnitude=5:7:1", "gravity.magnitude", {"5", "6", "7"}},
         {"a.x=0:0.3:0.1", "a.x", {"0", "0.1", "0.2", "0.3"}},
         {"a.x=0.3:-0.3:-0.3", "a.x", {"0.3", "0", "-0.3"}},
         {"a.x=-0.05:0.05:.05", "a.x", {"-0.05", "0", "0.05"}},
         {"a.x=1:2:0.75", "a.x", {"1", "1.75"}},
         {"a.x=1.50:1.5:9", "a.x", {"1.5"}},
-        {"a=b.x=1:1:1", "a=b.x", {"1"}},
-        {"a:b.x=1:1:1", "a:b.x", {"1"}},
+        {"a=b:c.x=1:1:1", "a=b:c.x", {"1"}},
     };
     for (const auto& [text, key, values] : cases) {
         const auto read = parseSweep(text);

@@ -221,8 +221,9 @@ TEST(Reader, RefusesWithAMessage) {
          "{\"fr\":25,\"w\":\"" + std::string(38, 'a') + "\xC3\xA9\",\"h\":1,\"layers\":[]}",
          {"is \"" + std::string(38, 'a') + "...;"}},
         {"control characters in a name",
-         documentOf(R"({"ty":4,"nm":"a\u001b[2J\nb\u009bc","ks":{"r":{"k":1e99}}})"),
-         {"layer 1 \"a [2J b c\""}},
+         documentOf(
+             R"({"ty":4,"nm":"a\u001b[2J\r\n\t  b\u009b\u0080c\u0000\u007fd\u00a0\u00bf","ks":{"r":{"k":1e99}}})"),
+         {"layer 1 \"a [2J b c d\xC2\xA0\xC2\xBF\""}},
         {"layers that would fill the memory",
          documentOf(times("{}", 100001)),
          {"\"layers\"", "more than 100000 layers"}},
@@ -241,6 +242,7 @@ TEST(Reader, RefusesWithAMessage) {
             EXPECT_NE(read.error.find(words), std::string::npos) << read.error;
         EXPECT_EQ(read.error, printable(read.error));
     }
+    EXPECT_EQ(printable("a\xC2"), "a\xC2") << "half a character at the end";
     EXPECT_TRUE(readLottie(second(R"({"p":{"k":[1e15,-1e15]},"r":{"k":1e-999}})"), "f.json"));
 }
 

@@ -82,6 +82,15 @@ TEST(StructureWriter, LayersAndTheirMattes) {
              }
          },
          R"({"ind":1,"mb":false,"ao":0,"hd":true})"},
+        {"a segment that a new key cuts is straight",
+         R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0.5],"y":[0]},"i":{"x":[0.5],"y":[1]}},{"t":9,"s":[1]}]}}})",
+         [](Session& s) {
+             const AEGP_StreamRefH rotation = s.stream(s.layer(0), AEGP_LayerStream_ROTATION);
+             s.addKeys(rotation, {{5, 8}});
+             s.dispose({rotation});
+         },
+         R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
+         R"({"t":5,"s":[8],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},{"t":9,"s":[1]}]}}})"},
         {"a name where there was none", R"({"ind":1})",
          [](Session& s) { EXPECT_EQ(s.layers().AEGP_SetLayerName(s.layer(0), u"N"), A_Err_NONE); },
          R"({"ind":1,"nm":"N"})"},

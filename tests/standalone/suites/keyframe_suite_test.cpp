@@ -5,10 +5,6 @@ namespace {
 
 using namespace test;
 
-AEGP_StreamRefH rotationOf(Session& session) {
-    return session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
-}
-
 TEST(KeyframeSuite, MergesABatchByTimeUnlessItIsDiscarded) {
     using Numbers = std::vector<double>;
     // Keys that are there, those of the batch, and what comes of them.
@@ -25,7 +21,7 @@ TEST(KeyframeSuite, MergesABatchByTimeUnlessItIsDiscarded) {
     for (const auto& [name, present, added, frames, values] : cases) {
         SCOPED_TRACE(name);
         Session session;
-        const AEGP_StreamRefH rotation = rotationOf(session);
+        const AEGP_StreamRefH rotation = session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
         session.addKeys(rotation, present);
         const AEGP_AddKeyframesInfoH discarded = got(session.keyframes().AEGP_StartAddKeyframes, rotation);
         session.addKey(discarded, 1);
@@ -39,20 +35,6 @@ TEST(KeyframeSuite, MergesABatchByTimeUnlessItIsDiscarded) {
         EXPECT_EQ(session.value(rotation, 5).one_d, values.front()) << "the first key's value stays";
         session.expectClean({rotation});
     }
-}
-
-TEST(KeyframeSuite, StraightensASegmentThatANewKeyCuts) {
-    ReadResult read = richDocument();
-    Stream& rotation = read.composition->layers[child]->transform.rotation;
-    rotation = keyedStream(0, 10);
-    rotation.keys.segments.resize(2);
-    rotation.keys.segments[0].linear = false;
-    Session session(std::move(read));
-    const AEGP_StreamRefH stream = rotationOf(session);
-    session.addKeys(stream, {{5, 8}});
-    ASSERT_EQ(rotation.keys.segments.size(), 3u);
-    EXPECT_TRUE(rotation.keys.segments[0].linear);
-    session.expectClean({stream});
 }
 
 TEST(KeyframeSuite, ReachesSeparatedDimensionsThroughTheFollowers) {

@@ -61,13 +61,12 @@ TEST(LayerSuite, KeepsALayerInPlaceWithoutAndUnderAParent) {
 }
 
 TEST(LayerSuite, LeavesKeyframedStreamsAloneWhenUnparenting) {
-    ReadResult read = richDocument();
-    Stream& rotation = read.composition->layers[child]->transform.rotation;
-    rotation = keyedStream(0, 90);
-    Session session(std::move(read));
+    Session session;
+    const AEGP_StreamRefH rotation = session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
+    session.addKeys(rotation, {{0, 0}, {10, 90}});
     ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
-    EXPECT_EQ(rotation.keys.values, (std::vector<double>{0, 90}));
-    EXPECT_FALSE(rotation.changed);
+    EXPECT_EQ(session.outcome(child).transform.rotation.keys.values, (std::vector<double>{0, 90}));
+    session.expectClean({rotation});
 }
 
 } // namespace

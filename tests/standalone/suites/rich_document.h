@@ -38,14 +38,6 @@ inline PathValue square(double size) {
     return {{{0, 0}, {size, 0}, {size, size}, {0, size}}, true};
 }
 
-/// Linear keys at frames 0 and 10.
-inline Stream keyedStream(double first, double last) {
-    Stream stream;
-    stream.keys.frames = {0, 10};
-    stream.keys.values = {first, last};
-    return stream;
-}
-
 /// @param everything  as of markAll
 inline void markTree(TreeNode& node, bool everything) {
     const bool colour = node.kind == NodeKind::FillColor || node.kind == NodeKind::StrokeColor;

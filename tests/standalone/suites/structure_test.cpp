@@ -66,22 +66,8 @@ A_Err named(Session& s, LayerIndex layer, const A_UTF16Char* name) {
     return s.layers().AEGP_SetLayerName(s.layer(layer), name);
 }
 
-// For more, which come back in the text at least, see the tests of StructureWriter.
+// For more, which come back in the text at least, see the writer's tests.
 const std::pair<const char*, A_Err (*)(Session&)> undoCases[] = {
-    {"keys of a stream at rest",
-     [](Session& s) {
-         const AEGP_StreamRefH rotation = s.stream(s.layer(child), AEGP_LayerStream_ROTATION);
-         s.addKeys(rotation, {{0, 1}, {4, 2}});
-         return s.streams().AEGP_DisposeStream(rotation);
-     }},
-    {"a parent taken away", [](Session& s) { return s.layers().AEGP_SetLayerParent(s.layer(child), nullptr); }},
-    {"the work area",
-     [](Session& s) {
-         const A_Time start{10, 25}, length{11, 25};
-         const A_Err error = s.comps().AEGP_SetCompWorkAreaStartAndDuration(s.comp(), &start, &length);
-         EXPECT_EQ(s.outcome().durationFrames, 100);
-         return error;
-     }},
     {"deleting all layers, parents first",
      [](Session& s) -> A_Err { return deleted(s, holder) || deleted(s, separated) || deleted(s, child); }},
     {"deleting a layer after changing it",
