@@ -1,6 +1,7 @@
 // Layers, masks and shapes that were moved, copied, added, changed or taken away, as they come out in the text.
 #include <algorithm>
 
+#include "standalone/document/evaluate.h"
 #include "tests/standalone/lottie/documents.h"
 
 namespace jostle::standalone {
@@ -30,6 +31,11 @@ void duplicate(Session& s, A_long index) {
 }
 void duplicateFirst(Session& s) {
     duplicate(s, 0);
+}
+void keyRotation(Session& s, A_long frame, double degrees) {
+    const AEGP_StreamRefH rotation = s.stream(s.layer(0), AEGP_LayerStream_ROTATION);
+    s.addKeys(rotation, {{frame, degrees}});
+    s.dispose({rotation});
 }
 void addNull(Session& s) {
     (void)got(s.comps().AEGP_CreateNullInComp, u"N", s.comp(), nullptr);
@@ -84,11 +90,7 @@ TEST(StructureWriter, LayersAndTheirMattes) {
          R"({"ind":1,"mb":false,"ao":0,"hd":true})"},
         {"a segment that a new key cuts is straight",
          R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0.5],"y":[0]},"i":{"x":[0.5],"y":[1]}},{"t":9,"s":[1]}]}}})",
-         [](Session& s) {
-             const AEGP_StreamRefH rotation = s.stream(s.layer(0), AEGP_LayerStream_ROTATION);
-             s.addKeys(rotation, {{5, 8}});
-             s.dispose({rotation});
-         },
+         [](Session& s) { keyRotation(s, 5, 8); },
          R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
          R"({"t":5,"s":[8],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},{"t":9,"s":[1]}]}}})"},
         {"a name where there was none", R"({"ind":1})",
@@ -256,6 +258,32 @@ TEST(StructureWriter, Shapes) {
          R"({"ty":"gr","it":[{"ty":"rc","p":{"k":[0,0],"a":0}}, {"ty":"tr"}]})"},
     };
     expectRewritten(cases, R"({"ty":4,"shapes":[)", "]}");
+}
+
+TEST(StructureWriter, AValueStillLeapsWhereKeysAreAdded) {
+    const std::string text = rewritten(documentOf(R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0]},{"t":10,"s":[50]},)"
+                                                  R"({"t":10,"s":[100]},{"t":20,"s":[0]}]}}})"),
+                                       [](Session& s) { keyRotation(s, 40, 7); });
+    const Stream rotation = readLottie(text, "again.json").composition->layers[0]->transform.rotation;
+    const std::pair<double, double> expected[] = {
+        {5, 25}, {10, 100}, {15, 50}, {30, 3.5}}; // at 5 half of the way to 50
+    for (const auto& [frame, angle] : expected)
+        EXPECT_EQ(valueAt(rotation, frame)[0], angle) << frame << text;
+}
+
+TEST(StructureWriter, NothingIsPastedTooDeepToBeReadAgain) {
+    std::string groups = R"({"ty":"el"})";
+    for (int i = 0; i < 60; ++i)
+        groups = R"({"ty":"gr","it":[)" + groups + "]}";
+    const std::string text = rewritten(documentOf(R"({"ty":4,"shapes":[)" + groups + "]}"), [](Session& s) {
+        EXPECT_EQ(s.copy(s.place(0, "0/0")), A_Err_NONE);
+        AEGP_StreamRefH innermost = s.place(0, "0/0");
+        for (int i = 1; i < 60; ++i)
+            innermost = s.below(innermost, "ADBE Vectors Group/0");
+        EXPECT_NE(s.paste(innermost), A_Err_NONE) << "120 groups";
+        EXPECT_EQ(s.paste(s.place(0, "0/0")), A_Err_NONE) << "61 groups";
+    });
+    EXPECT_EQ(text.front(), '{') << "read again: " << text;
 }
 
 } // namespace
