@@ -24,21 +24,19 @@ std::string quoted(const std::string& word) {
 /// @param folder  in which it runs; its preferences are in the file beside it
 /// @param after  what the shell does after starting it in the background; empty: it waits for it
 ProgramRun runInShell(const std::string& folder, const std::vector<std::string>& arguments, const std::string& after) {
-    const fs::path streams = folder + ".streams";
-    fs::create_directories(streams);
+    const std::string out = folder + ".out", err = folder + ".err";
     std::string command = "cd " + quoted(folder) + " && { JOSTLE_PREFERENCES=" + quoted(folder + ".preferences") + " " +
                           quoted(JOSTLE_PROGRAM);
     for (const std::string& argument : arguments) {
         command += " " + quoted(argument);
     }
-    command += " >" + quoted((streams / "out").string()) + " 2>" + quoted((streams / "err").string()) + " </dev/null";
+    command += " >" + quoted(out) + " 2>" + quoted(err) + " </dev/null";
     command += (after.empty() ? "" : " & " + after) + "; }";
     ProgramRun run;
     const int status = std::system(command.c_str()); // NOLINT(cert-env33-c): the command is made right above
     run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.out = textOfFile(streams / "out");
-    run.err = textOfFile(streams / "err");
-    fs::remove_all(streams);
+    run.out = textOfFile(out);
+    run.err = textOfFile(err);
     return run;
 }
 
@@ -46,8 +44,8 @@ ProgramRun runInShell(const std::string& folder, const std::vector<std::string>&
 
 TestFolder::~TestFolder() {
     std::error_code ignored;
-    fs::remove(preferences(), ignored);
-    fs::remove(preferences() + ".lock", ignored);
+    for (const char* beside : {".preferences", ".preferences.lock", ".out", ".err"})
+        fs::remove(path() + beside, ignored);
 }
 
 ProgramRun TestFolder::run(const std::vector<std::string>& arguments) const {
