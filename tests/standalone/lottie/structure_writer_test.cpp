@@ -37,6 +37,12 @@ void keyRotation(Session& s, A_long frame, double degrees) {
     s.addKeys(rotation, {{frame, degrees}});
     s.dispose({rotation});
 }
+void separate(Session& s, A_Boolean separated) {
+    const AEGP_StreamRefH position = s.stream(s.layer(0), AEGP_LayerStream_POSITION);
+    EXPECT_EQ(s.tree().AEGP_SetDimensionsSeparated(position, separated), A_Err_NONE);
+    EXPECT_EQ(s.value(position, 5).three_d.x, 50);
+    s.dispose({position});
+}
 void addNull(Session& s) {
     (void)got(s.comps().AEGP_CreateNullInComp, u"N", s.comp(), nullptr);
 }
@@ -93,6 +99,16 @@ TEST(StructureWriter, LayersAndTheirMattes) {
          [](Session& s) { keyRotation(s, 5, 8); },
          R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
          R"({"t":5,"s":[8],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},{"t":9,"s":[1]}]}}})"},
+        // In 10 frames x runs from 0 to 100, while y rests at 50.
+        {"dimensions become one",
+         R"({"ks":{"p":{"s":true,"x":{"a":1,"k":[{"t":0,"s":[0]},{"t":10,"s":[100]}]},"y":{"a":0,"k":50}}}})",
+         [](Session& s) { separate(s, 0); },
+         R"({"ks":{"p":{"a":1,"k":[{"t":0,"s":[0,50],"o":{"x":0,"y":0},"i":{"x":1,"y":1}},{"t":10,"s":[100,50]}]}}})"},
+        {"one becomes two", R"({"ks":{"p":{"a":1,"k":[{"t":0,"s":[0,50]},{"t":10,"s":[100,50]}]}}})",
+         [](Session& s) { separate(s, 1); },
+         R"({"ks":{"p":{"s":true,"x":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
+         R"({"t":10,"s":[100]}]},"y":{"a":1,"k":[{"t":0,"s":[50],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
+         R"({"t":10,"s":[50]}]}}}})"},
         {"a name where there was none", R"({"ind":1})",
          [](Session& s) { EXPECT_EQ(s.layers().AEGP_SetLayerName(s.layer(0), u"N"), A_Err_NONE); },
          R"({"ind":1,"nm":"N"})"},
