@@ -51,12 +51,9 @@ TEST(Batch, IsTheSameHoweverManyRunAtOnce) {
 
 TEST(Batch, GoesBesideTheInputsOrInPlaceTooAndASingleFileIntoAFolder) {
     const TestFolder folder;
-    const std::string input = document(solid("box", 1));
-    for (const Names& files : {Names{"a.json"}, Names{"b.json", "c.json"}}) {
-        for (const std::string& file : files)
-            folder.put(file, input);
-        Names arguments = files;
-        arguments.insert(arguments.begin(), "solve");
+    for (const char* name : {"a.json", "b.json", "c.json"})
+        folder.put(name, document(solid("box", 1)));
+    for (Names arguments : {Names{"solve", "a.json"}, Names{"solve", "b.json", "c.json"}}) {
         folder.succeed(arguments);
         arguments.push_back("--in-place");
         folder.succeed(arguments);

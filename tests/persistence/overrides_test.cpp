@@ -70,7 +70,6 @@ TEST(Overrides, RefusalsSayWhatWouldBeRight) {
         {"0.density=1", "its number from 1 to 6"},
         {"ball.densty=1", "did you mean \"density\""},
         {"ball.zzzzzzzz=1", "there are type, density"},
-        {"solver.magnitude=1", "there are timeDivider, tolerance, stepsPerFrame"},
         {"carrier.type=Static", "is no body: it is a null"},
         {"ball.type=Statik", "Static, Kinematic, Dynamic, Dormant, AEmatic, Dead, or 0 to 5"},
         {"ball.type=6", "0 to 5"},

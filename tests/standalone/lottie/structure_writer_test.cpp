@@ -43,6 +43,20 @@ void separate(Session& s, A_Boolean separated) {
     EXPECT_EQ(s.value(position, 5).three_d.x, 50);
     s.dispose({position});
 }
+/// Takes the expression "time" from a rotation.
+void clearExpression(Session& s) {
+    const auto& streams = s.streams();
+    const AEGP_StreamRefH rotation = s.stream(s.layer(0), AEGP_LayerStream_ROTATION);
+    const AEGP_MemHandle text = got(streams.AEGP_GetExpression, 1, rotation);
+    EXPECT_STREQ(static_cast<const char*>(got(s.memory().AEGP_LockMemHandle, text)), "time");
+    EXPECT_EQ(s.memory().AEGP_UnlockMemHandle(text), A_Err_NONE);
+    EXPECT_EQ(s.memory().AEGP_FreeMemHandle(text), A_Err_NONE);
+    EXPECT_EQ(streams.AEGP_SetExpression(1, rotation, "time"), A_Err_NONE) << "what it has";
+    EXPECT_NE(streams.AEGP_SetExpression(1, rotation, "another"), A_Err_NONE);
+    EXPECT_EQ(streams.AEGP_SetExpression(1, rotation, ""), A_Err_NONE);
+    EXPECT_NE(streams.AEGP_SetExpressionState(1, rotation, 1), A_Err_NONE) << "there is none any more";
+    s.dispose({rotation});
+}
 void addNull(Session& s) {
     (void)got(s.comps().AEGP_CreateNullInComp, u"N", s.comp(), nullptr);
 }
@@ -99,6 +113,12 @@ TEST(StructureWriter, LayersAndTheirMattes) {
          [](Session& s) { keyRotation(s, 5, 8); },
          R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
          R"({"t":5,"s":[8],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},{"t":9,"s":[1]}]}}})"},
+        {"an expression goes", R"({"ks":{"r":{"x":"time","a":0,"k":1}}})", clearExpression,
+         R"({"ks":{"r":{"a":0,"k":1}}})"},
+        {"keys stay where the parent's scale is taken over",
+         R"({"ind":1,"parent":2,"ks":{"r":{"k":[{"t":0,"s":[0]},{"t":9,"s":[1]}]}}},{"ind":2,"ks":{"s":{"k":[50,50]}}})",
+         [](Session& s) { deleteLayer(s, 1); },
+         R"({"ind":1,"ks":{"r":{"k":[{"t":0,"s":[0]},{"t":9,"s":[1]}]},"s":{"a":0,"k":[50,50,100]}}})"},
         // In 10 frames x runs from 0 to 100, while y rests at 50.
         {"dimensions become one",
          R"({"ks":{"p":{"s":true,"x":{"a":1,"k":[{"t":0,"s":[0]},{"t":10,"s":[100]}]},"y":{"a":0,"k":50}}}})",

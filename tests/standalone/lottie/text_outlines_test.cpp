@@ -62,7 +62,6 @@ TEST(TextLayout, PlacesGlyphs) {
     // Members besides the font and the size of 50, and where the outlines start.
     constexpr std::tuple<const char*, const char*, const char*> cases[] = {
         {"one after another", R"("t":"AB")", "0,0 35,0"},
-        {"tracking", R"("t":"AB","tr":100)", "0,0 40,0"},
         {"right", R"("t":"AB","j":1)", "-50,0 -15,0"},
         {"centre", R"("t":"AB","j":2)", "-25,0 10,0"},
         {"justified is left", R"("t":"AB","j":4)", "0,0 35,0"},

@@ -93,15 +93,6 @@ TEST(LayerSuite, KeepsALayerInPlaceWithoutAndUnderAParent) {
     }
 }
 
-TEST(LayerSuite, LeavesKeyframedStreamsAloneWhenUnparenting) {
-    Session session;
-    const AEGP_StreamRefH rotation = session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
-    session.addKeys(rotation, {{0, 0}, {10, 90}});
-    ASSERT_EQ(session.layers().AEGP_SetLayerParent(session.layer(child), nullptr), A_Err_NONE);
-    EXPECT_EQ(session.outcome(child).transform.rotation.keys.values, (std::vector<double>{0, 90}));
-    session.expectClean({rotation});
-}
-
 TEST(LayerSuite, NullsHaveTheirNamesAndLengths) {
     Session session;
     const A_Time second{1, 1}, whole{0, 0};
@@ -145,7 +136,11 @@ const std::pair<const char*, A_Err (*)(Session&)> undoCases[] = {
      }},
     {"an outline",
      [](Session& s) {
-         s.copyValue(s.place(child, "0/0/0"), s.place(child, "0/1/0"));
+         const AEGP_StreamRefH from = s.place(child, "0/0/0"), to = s.place(child, "0/1/0");
+         AEGP_StreamValue2 value = s.open(from);
+         EXPECT_EQ(s.streams().AEGP_SetStreamValue(s.id(), to, &value), A_Err_NONE);
+         s.close(value);
+         s.dispose({from, to});
          return A_Err_NONE;
      }},
     {"a pasted mask",

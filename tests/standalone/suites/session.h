@@ -122,14 +122,6 @@ public:
         close(record);
         return error;
     }
-    /// Sets a stream to what another has at frame 0. Disposes of both.
-    void copyValue(AEGP_StreamRefH from, AEGP_StreamRefH to) {
-        AEGP_StreamValue2 value = open(from);
-        EXPECT_EQ(streams().AEGP_SetStreamValue(id(), to, &value), A_Err_NONE);
-        close(value);
-        dispose({from, to});
-    }
-
     /// Adds a key to a batch. @return its index
     A_long addKey(AEGP_AddKeyframesInfoH batch, A_long frame) {
         const A_Time time{frame, 25};

@@ -140,25 +140,6 @@ TEST(KeyframeSuite, BatchesOutlinesAsItDoesNumbers) {
     session.expectClean({shape, other});
 }
 
-TEST(TreeSuite, ReadsAndClearsExpressions) {
-    Session session(readLottie(documentOf(R"({"ks":{"r":{"k":0,"x":"time"}}})"), "a.json"));
-    const Stream& rotation = session.outcome(0).transform.rotation;
-    const auto& streams = session.streams();
-    const AEGP_StreamRefH stream = session.stream(session.layer(0), AEGP_LayerStream_ROTATION);
-    const AEGP_MemHandle text = got(streams.AEGP_GetExpression, 1, stream);
-    EXPECT_STREQ(static_cast<const char*>(got(session.memory().AEGP_LockMemHandle, text)), "time");
-    EXPECT_EQ(session.memory().AEGP_UnlockMemHandle(text), A_Err_NONE);
-    EXPECT_EQ(session.memory().AEGP_FreeMemHandle(text), A_Err_NONE);
-    EXPECT_EQ(streams.AEGP_SetExpression(1, stream, "time"), A_Err_NONE) << "what it has";
-    EXPECT_NE(streams.AEGP_SetExpression(1, stream, "another"), A_Err_NONE);
-    EXPECT_TRUE(rotation.expressionEnabled);
-    EXPECT_EQ(streams.AEGP_SetExpression(1, stream, ""), A_Err_NONE);
-    EXPECT_FALSE(rotation.hasExpression);
-    EXPECT_TRUE(rotation.changed);
-    EXPECT_NE(streams.AEGP_SetExpressionState(1, stream, 1), A_Err_NONE) << "there is none any more";
-    session.expectClean({stream});
-}
-
 // Twice as wide about the anchor, which stands at (100, 100): vertex 3 to the right of it comes to (106, 100), its
 // handles 2 to the left, and 2 right and 2 down. The turn of the layer must not show.
 TEST(TextLayerSuite, TakesTheTurnOutOfGlyphs) {
