@@ -8,9 +8,7 @@
 namespace jostle::test {
 namespace {
 
-using standalone::isArchive;
-using standalone::newArchive;
-using standalone::readArchive;
+using namespace standalone;
 
 constexpr std::size_t plenty = std::size_t{1} << 24;
 

@@ -50,7 +50,6 @@ TEST(LayerDetails, TreesInTheOrderOfTheFile) {
         {"missing list", R"({"ty":4})", "shapes[] "},
         {"no list", R"({"ty":4,"shapes":null})", "shapes[] "},
         {"shapes of a solid", R"({"ty":1,"shapes":[{"ty":"rc"}]})", ""},
-        {"no masks", R"({"ty":1,"masksProperties":[]})", ""},
         {"masks come after shapes", R"({"ty":4,"masksProperties":[{},2]})", "shapes[] masksProperties[?] "},
         {"no layer", "null", ""},
         {"elements outside any group", R"({"ty":4,"shapes":[{"ty":"rc"},{"ty":"fl"}]})", "shapes[rc fl] "},

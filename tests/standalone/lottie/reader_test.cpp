@@ -125,7 +125,6 @@ TEST(Reader, StaticProperties) {
         {"strings", R"({"k":["1","2"]})", 3, {0, 0, 0}},
         {"no value", R"({"a":0})", 3, {0, 0, 0}},
         {"no keys", R"({"a":1,"k":[]})", 3, {0, 0, 0}},
-        {"an array", "[1,2]", 3, {0, 0, 0}},
         {"a says animated, k is not", R"({"a":1,"k":[1,2]})", 2, {1, 2, 0}},
         {"from a slot", R"({"k":[1,2],"sid":"where"})", 2, {8, 9, 0}},
         {"from a slot that is missing", R"({"k":[1,2],"sid":"nowhere"})", 2, {1, 2, 0}},

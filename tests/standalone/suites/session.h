@@ -91,11 +91,6 @@ public:
         EXPECT_EQ(tree().AEGP_DeleteStream(stream), A_Err_NONE);
         dispose({stream});
     }
-    std::string matchName(AEGP_StreamRefH stream) {
-        A_char name[AEGP_MAX_STREAM_MATCH_NAME_SIZE];
-        EXPECT_EQ(tree().AEGP_GetMatchName(stream, name), A_Err_NONE);
-        return name;
-    }
     std::u16string nameOf(AEGP_StreamRefH stream) {
         return takeText(got(streams().AEGP_GetStreamName, id(), stream, A_Boolean{0}));
     }

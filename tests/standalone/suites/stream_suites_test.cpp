@@ -40,7 +40,9 @@ TEST(TreeSuite, ShowsPlacesOfEveryKindAsAHostDoes) {
     for (const auto& [layer, path, depth, matchName, shownName, grouping, type, children] : cases) {
         SCOPED_TRACE(std::string(matchName) + " at " + path);
         const AEGP_StreamRefH stream = session.place(layer, path);
-        EXPECT_EQ(session.matchName(stream), matchName);
+        A_char name[AEGP_MAX_STREAM_MATCH_NAME_SIZE];
+        EXPECT_EQ(tree.AEGP_GetMatchName(stream, name), A_Err_NONE);
+        EXPECT_STREQ(name, matchName);
         EXPECT_EQ(session.nameOf(stream), shownName);
         EXPECT_EQ(got(tree.AEGP_GetStreamGroupingType, stream), grouping);
         EXPECT_EQ(got(session.streams().AEGP_GetStreamType, stream), type);
