@@ -116,7 +116,6 @@ TEST(FontLibraryTest, OpensAFontOnce) {
 TEST(FontStyleTest, ComesFromItsName) {
     const std::pair<const char*, std::tuple<int, bool, int>> cases[] = {
         {"", {400, false, 100}},
-        {"Regular", {400, false, 100}},
         {"Extra-Bold Italic", {800, true, 100}},
         {"Condensed Light Oblique", {300, true, 75}},
         {"500", {500, false, 100}},

@@ -121,7 +121,6 @@ TEST(Reader, StaticProperties) {
         {"three components", R"({"k":[1,2,3]})", 3, {1, 2, 3}},
         {"four: the rest is dropped", R"({"k":[1,2,3,4]})", 3, {1, 2, 3}},
         {"a bare number", R"({"k":5})", 2, {5, 0, 0}},
-        {"one component is padded", R"({"k":[5]})", 2, {5, 0, 0}},
         {"strings", R"({"k":["1","2"]})", 3, {0, 0, 0}},
         {"no value", R"({"a":0})", 3, {0, 0, 0}},
         {"no keys", R"({"a":1,"k":[]})", 3, {0, 0, 0}},

@@ -1,4 +1,5 @@
-// Layers, masks and shapes that were moved, copied, added, changed or taken away, as they come out in the text.
+// Layers, masks and shapes that were moved, copied, added, changed or taken away, and what the suites do to motion, as it
+// comes out in the text.
 #include <algorithm>
 
 #include "standalone/document/evaluate.h"
@@ -108,6 +109,26 @@ TEST(StructureWriter, LayersAndTheirMattes) {
              }
          },
          R"({"ind":1,"mb":false,"ao":0,"hd":true})"},
+        {"a name where there was none", R"({"ind":1})",
+         [](Session& s) { EXPECT_EQ(s.layers().AEGP_SetLayerName(s.layer(0), u"N"), A_Err_NONE); },
+         R"({"ind":1,"nm":"N"})"},
+        {"a matte that is still above", R"({"ind":1},{"ind":2,"td":1},{"ind":3,"tt":1})", deleteFirst,
+         R"({"ind":2,"td":1},{"ind":3,"tt":1})"},
+        {"a copy comes below the matte", R"({"ind":1,"td":1},{"ind":2,"tt":1})", [](Session& s) { duplicate(s, 1); },
+         R"({"ind":1,"td":1},{"ind":3,"tt":1},{"ind":2,"tt":1,"tp":1})"},
+        {"the matte has no number yet", R"({"td":1},{"tt":1})", moveFirstDown, R"({"tt":1,"tp":1},{"td":1,"ind":1})"},
+        {"the matte is gone", R"({"ind":1,"td":1},{"ind":2,"tt":1},{"ind":3,"tt":2,"tp":1})", deleteFirst,
+         R"({"ind":2},{"ind":3})"},
+        {"a named matte moves", R"({"ind":1,"td":1},{"ind":2,"tt":1,"tp":1})", moveFirstDown,
+         R"({"ind":2,"tt":1,"tp":1},{"ind":1,"td":1})"},
+        {"no matte was above, something comes", R"({"ind":1,"tt":1},{"ind":2})", moveFirstDown,
+         R"({"ind":2},{"ind":1})"},
+    };
+    expectRewritten(cases);
+}
+
+TEST(StructureWriter, MotionOfLayers) {
+    constexpr WriterCase<Session> cases[] = {
         {"a segment that a new key cuts is straight",
          R"({"ks":{"r":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0.5],"y":[0]},"i":{"x":[0.5],"y":[1]}},{"t":9,"s":[1]}]}}})",
          [](Session& s) { keyRotation(s, 5, 8); },
@@ -129,20 +150,6 @@ TEST(StructureWriter, LayersAndTheirMattes) {
          R"({"ks":{"p":{"s":true,"x":{"a":1,"k":[{"t":0,"s":[0],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
          R"({"t":10,"s":[100]}]},"y":{"a":1,"k":[{"t":0,"s":[50],"o":{"x":[0],"y":[0]},"i":{"x":[1],"y":[1]}},)"
          R"({"t":10,"s":[50]}]}}}})"},
-        {"a name where there was none", R"({"ind":1})",
-         [](Session& s) { EXPECT_EQ(s.layers().AEGP_SetLayerName(s.layer(0), u"N"), A_Err_NONE); },
-         R"({"ind":1,"nm":"N"})"},
-        {"a matte that is still above", R"({"ind":1},{"ind":2,"td":1},{"ind":3,"tt":1})", deleteFirst,
-         R"({"ind":2,"td":1},{"ind":3,"tt":1})"},
-        {"a copy comes below the matte", R"({"ind":1,"td":1},{"ind":2,"tt":1})", [](Session& s) { duplicate(s, 1); },
-         R"({"ind":1,"td":1},{"ind":3,"tt":1},{"ind":2,"tt":1,"tp":1})"},
-        {"the matte has no number yet", R"({"td":1},{"tt":1})", moveFirstDown, R"({"tt":1,"tp":1},{"td":1,"ind":1})"},
-        {"the matte is gone", R"({"ind":1,"td":1},{"ind":2,"tt":1},{"ind":3,"tt":2,"tp":1})", deleteFirst,
-         R"({"ind":2},{"ind":3})"},
-        {"a named matte moves", R"({"ind":1,"td":1},{"ind":2,"tt":1,"tp":1})", moveFirstDown,
-         R"({"ind":2,"tt":1,"tp":1},{"ind":1,"td":1})"},
-        {"no matte was above, something comes", R"({"ind":1,"tt":1},{"ind":2})", moveFirstDown,
-         R"({"ind":2},{"ind":1})"},
     };
     expectRewritten(cases);
 }
