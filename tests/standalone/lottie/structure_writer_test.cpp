@@ -1,5 +1,5 @@
-// Layers, masks and shapes that were moved, copied, added, changed or taken away, and what the suites do to motion, as it
-// comes out in the text.
+// Layers, masks and shapes that were moved, copied, added, changed or taken away, and what the suites do to motion, as
+// it comes out in the text.
 #include <algorithm>
 
 #include "standalone/document/evaluate.h"
