@@ -211,7 +211,8 @@ private:
         const double start = processMilliseconds();
         HostChain chain(context);
         const jostle::Composition composition = duplicateActiveComposition(chain);
-        const KeyframeJob job{scene_, exportRun_->results(), 0, frames_ - 1, false};
+        const auto samplesOf = [&](std::size_t k) { return exportRun_->take(k); };
+        const KeyframeJob job{scene_, samplesOf, 0, frames_ - 1, false};
         const WriteReport written = writeKeyframes(chain, composition, job, {});
         round_.keyframe = processMilliseconds() - start;
         return written.outcome == WriteOutcome::Done;

@@ -122,9 +122,8 @@ private:
     std::vector<Matrix4> shapeMatrices_; ///< by record; of shape layers, at time 0
 
     // Samples of the layer at hand, kept between layers for their memory.
-    std::vector<b2Vec2> positions_;
+    ExportResult samples_;
     std::vector<float> coordinates_;
-    std::vector<float> rotations_;
     std::vector<b2Vec2> onAxis_; ///< numbers as points
 };
 
@@ -226,12 +225,12 @@ void Writer::disableExpressions(const LayerStreams& streams) {
 
 void Writer::writePosition(const LayerStreams& streams, bool isStatic) {
     if (!streams.separated) {
-        writePoints(streams.position, positions_, isStatic, {pixelAspect_, 1.0});
+        writePoints(streams.position, samples_.positions, isStatic, {pixelAspect_, 1.0});
         return;
     }
     const auto take = [&](float b2Vec2::*coordinate) {
         coordinates_.clear();
-        for (const b2Vec2& position : positions_)
+        for (const b2Vec2& position : samples_.positions)
             coordinates_.push_back(position.*coordinate);
     };
     // Each coordinate may be off by as much as leaves the distance within the tolerance.
@@ -282,7 +281,6 @@ b2Vec2 Writer::unfoldShapes(const BodyRecord& body, const Layer& layer, const Ma
 
 bool Writer::writeLayer(std::size_t record, WrittenStance& stance) {
     const BodyRecord& body = job_.scene.bodies[record];
-    const ExportResult& result = job_.results[job_.results.size() - 1 - record];
     const bool isStatic = body.type == BodyType::Static;
     const bool isDead = body.type == BodyType::Dead;
 
@@ -305,23 +303,22 @@ bool Writer::writeLayer(std::size_t record, WrittenStance& stance) {
     disableExpressions(streams);
 
     bool mended = mend(scales_[record].percent);
-    stance = {result.layerAnchor, 0.0f};
+    samples_ = job_.samplesOf(job_.scene.bodies.size() - 1 - record);
+    stance = {samples_.layerAnchor, 0.0f};
     if (!isDead) {
-        positions_.assign(result.positions.begin(), result.positions.end());
-        rotations_.assign(result.rotations.begin(), result.rotations.end());
-        mended = mend(positions_) || mended;
-        mended = mend(rotations_) || mended;
+        mended = mend(samples_.positions) || mended;
+        mended = mend(samples_.rotations) || mended;
         if (body.isShapeLayer) {
             const Matrix4& matrix = shapeMatrices_[record];
             stance.anchor = unfoldShapes(body, layer, matrix, stance.anchor);
             // The body of a free path has the layer's rotation in its vertices and starts at 0 degrees; the picture has
             // it in the layer's stream, and would spring back to upright with the body's angles alone.
             stance.turn = body.isPath ? static_cast<float>(rotationDegrees(matrix)) : 0.0f;
-            for (float& degrees : rotations_)
+            for (float& degrees : samples_.rotations)
                 degrees += stance.turn;
         }
         writePosition(streams, isStatic);
-        writeNumbers(streams.rotation, rotations_, isStatic, 1.0, job_.tolerance);
+        writeNumbers(streams.rotation, samples_.rotations, isStatic, 1.0, job_.tolerance);
         write(streams.anchor, std::vector<b2Vec2>{stance.anchor}, true, vectorsDiffer,
               [](StreamValue& value, b2Vec2 point) {
                   value.setPoint({static_cast<double>(point.x), static_cast<double>(point.y)});
@@ -340,7 +337,7 @@ void Writer::setWorkArea() {
 }
 
 bool isConsistent(const Composition& composition, const KeyframeJob& job) {
-    return composition.exists() && job.endFrame >= job.startFrame && job.results.size() == job.scene.bodies.size() &&
+    return composition.exists() && job.samplesOf && job.endFrame >= job.startFrame &&
            job.scene.layerIndices.size() == job.scene.bodies.size();
 }
 

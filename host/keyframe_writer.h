@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -13,10 +14,11 @@ namespace jostle {
 /// What is to be written: the samples of a run, beside the records that they belong to.
 struct KeyframeJob {
     const Scene& scene;
-    const std::vector<ExportResult>& results; ///< result k belongs to the k-th record from the end
-    int startFrame = 0;                       ///< composition frame of the first sample
-    int endFrame = 0;                         ///< of the last
-    bool enableMotionBlur = false;            ///< for all layers that move
+    /// Gives the samples of a body, each once; k belongs to the k-th record from the end.
+    std::function<ExportResult(std::size_t k)> samplesOf;
+    int startFrame = 0;            ///< composition frame of the first sample
+    int endFrame = 0;              ///< of the last
+    bool enableMotionBlur = false; ///< for all layers that move
     /// How far a position (pixels) and an angle (degrees) may be from its sample on any frame, in favour of fewer keys
     /// with straight lines between them; 0 for a key wherever the samples change. The host offers no way to set the
     /// easing of a key, so there are no curves. A scale with keyframes keeps one for each change.

@@ -5,6 +5,7 @@
 #include <box2d/b2_body.h>
 #include <box2d/b2_math.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace jostle {
@@ -38,9 +39,14 @@ public:
     /// Whether the end frame has been sampled.
     [[nodiscard]] bool isComplete() const { return isComplete_; }
 
-    /// In the order of the world's body list: result k belongs to record `bodyCount()` - 1 - k. Empty before the
-    /// first sample.
-    [[nodiscard]] const std::vector<ExportResult>& results();
+    /// Number of the sampled bodies; 0 before the first sample.
+    [[nodiscard]] std::size_t bodyCount() const { return bodies_.size(); }
+
+    /// What a body did, in the order of the world's body list: k belongs to record `bodyCount()` - 1 - k.
+    [[nodiscard]] ExportResult result(std::size_t k) const;
+
+    /// The same, for the last time: once all bodies that it shares memory with are taken, that is free.
+    [[nodiscard]] ExportResult take(std::size_t k);
 
 private:
     struct Sample {
@@ -48,15 +54,21 @@ private:
         float rotation;
     };
 
+    /// The samples of some bodies: for each frame one of each.
+    struct Group {
+        std::vector<Sample> samples;
+        std::size_t bodies = 0;
+        std::size_t taken = 0; ///< of these bodies
+    };
+
     void begin(const Scene& scene);
-    void append(const std::vector<Sample>& block, std::size_t k);
 
     int startFrame_;
     int endFrame_;
     bool isComplete_ = false;
-    std::vector<ExportResult> results_;
-    std::vector<const b2Body*> bodies_;       ///< in the order of the results
-    std::vector<std::vector<Sample>> blocks_; ///< of some frames each, one after the other, not yet in the results
+    std::vector<const b2Body*> bodies_; ///< in the order of the results
+    std::vector<b2Vec2> anchors_;       ///< of their layers
+    std::vector<Group> groups_;
 };
 
 } // namespace jostle

@@ -69,7 +69,7 @@ void appendBody(std::string& text, const BodyRecord& body, const ExportResult& r
 
 } // namespace
 
-std::string samplesText(const Scene& scene, ExportRun& run, const Composition& composition,
+std::string samplesText(const Scene& scene, const ExportRun& run, const Composition& composition,
                         std::span<const WrittenStance> stances) {
     std::string text = "{\"start\":";
     append(text, run.startFrame());
@@ -79,11 +79,10 @@ std::string samplesText(const Scene& scene, ExportRun& run, const Composition& c
     appendMember(text, "height", scene.compHeight);
     appendMember(text, "pixelAspect", composition.pixelAspect);
     text.append(",\"layers\":[");
-    const std::vector<ExportResult>& results = run.results();
-    for (std::size_t i = 0; i < results.size(); ++i) {
+    for (std::size_t i = 0; i < run.bodyCount(); ++i) {
         const int layerIndex = scene.layerIndices[i];
         text.append(i == 0 ? "\n" : ",\n");
-        appendBody(text, scene.bodies[i], results[results.size() - 1 - i], stances[i], layerIndex,
+        appendBody(text, scene.bodies[i], run.result(run.bodyCount() - 1 - i), stances[i], layerIndex,
                    *composition.layers[static_cast<std::size_t>(layerIndex)]);
     }
     text.append("\n]}\n");

@@ -16,7 +16,7 @@ namespace jostle::standalone {
 /// clockwise. Numbers have as many digits as it takes to read the same float back.
 ///
 /// @param stances  by record, as the keyframes were written; the angles are the bodies' and the turns of these
-[[nodiscard]] std::string samplesText(const Scene& scene, ExportRun& run, const Composition& composition,
+[[nodiscard]] std::string samplesText(const Scene& scene, const ExportRun& run, const Composition& composition,
                                       std::span<const WrittenStance> stances);
 
 } // namespace jostle::standalone

@@ -133,8 +133,9 @@ bool SolveRun::bake(const HostContext& context) {
     const jostle::Composition composition =
         options_.inPlace ? activeComposition(chain) : duplicateActiveComposition(chain);
     progress_.begin("Keyframing", scene_.bodyCount(), "layers");
-    const KeyframeJob job{scene_,      exportRun_->results(), range_.first,
-                          range_.last, options_.motionBlur,   options_.reduce};
+    const bool keepsSamples = !options_.samples.empty();
+    const auto samplesOf = [&](std::size_t k) { return keepsSamples ? exportRun_->result(k) : exportRun_->take(k); };
+    const KeyframeJob job{scene_, samplesOf, range_.first, range_.last, options_.motionBlur, options_.reduce};
     WriteReport written = writeKeyframes(chain, composition, job, [this](int done, int) {
         progress_.update(done);
         return !interrupted();

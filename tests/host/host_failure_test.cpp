@@ -44,9 +44,8 @@ bool importAndExport(const HostContext& context) {
     ExportResult samples;
     samples.positions = {{10, 20}, {30, 40}};
     samples.rotations = {0, 10};
-    const std::vector<ExportResult> results(scene.bodies.size(), samples);
     HostChain chain(context);
-    const KeyframeJob job{scene, results, 0, 1, true};
+    const KeyframeJob job{scene, [&](std::size_t) { return samples; }, 0, 1, true};
     return writeKeyframes(chain, duplicateActiveComposition(chain), job, {}).outcome == WriteOutcome::Done && allWell;
 }
 

@@ -30,7 +30,8 @@ struct Export : Imported {
 
     WriteReport tryToWrite(const std::vector<ExportResult>& results, int startFrame, const WriteProgress& progress) {
         const auto frames = static_cast<int>(results.at(0).positions.size());
-        const KeyframeJob job{scene, results, startFrame, startFrame + frames - 1, motionBlur, tolerance};
+        const auto samplesOf = [&](std::size_t k) { return results.at(k); };
+        const KeyframeJob job{scene, samplesOf, startFrame, startFrame + frames - 1, motionBlur, tolerance};
         HostChain chain(hosted.context());
         return writeKeyframes(chain, activeComposition(chain), job, progress);
     }
@@ -205,14 +206,14 @@ TEST(KeyframeWriter, TakesTheSampleBeforeForOneThatIsNoNumber) {
     expectKeys(job.hosted.layer(0).transform.position, {0, 2, 3}, {10, 20, 7, 10, 20, 7, 14, 20, 7});
 }
 
-TEST(KeyframeWriter, LeavesNothingBehindWhenCancelledOrRefusingSamplesThatAreNotTheRecords) {
+TEST(KeyframeWriter, LeavesNothingBehindWhenCancelledOrRefusingARangeThatEndsBeforeItBegins) {
     auto document = animatedDocument();
     addLayer(*document);
     setParent(*document->layers[1], addNull(*document));
     Export job(std::move(document));
     int calls = 0;
     const auto still = samplesOf({{30, 40}, {35, 40}}, {0, 1});
-    const WriteReport refused = job.tryToWrite({still, still, still}, 10, {});
+    const WriteReport refused = job.tryToWrite({samplesOf({}, {}), samplesOf({}, {})}, 10, {});
     EXPECT_EQ(refused.outcome, WriteOutcome::Failed);
     EXPECT_EQ(refused.error, A_Err_PARAMETER);
     const WriteReport report = job.tryToWrite({still, still}, 10, [&](int done, int total) {

@@ -99,8 +99,8 @@ TEST(ExportRun, samplesItsRangeBeforeEachStep) {
     ExportRun samples(2, 4);
     playOut(run.clock, samples);
     EXPECT_TRUE(samples.isComplete());
-    EXPECT_EQ(samples.results()[0].positions[0].x, 550.5f) << "the last record comes first; half of 101 is 50.5";
-    const ExportResult& box = samples.results()[1];
+    EXPECT_EQ(samples.result(0).positions[0].x, 550.5f) << "the last record comes first; half of 101 is 50.5";
+    const ExportResult box = samples.result(1);
     EXPECT_EQ(box.layerAnchor, b2Vec2(7, 8));
     ASSERT_EQ(box.positions.size(), 3u);
     for (std::size_t i = 0; i < 3; ++i) {
@@ -115,11 +115,11 @@ TEST(ExportRun, runsThatEndEarlyOrAtOnce) {
     ExportRun one(0, 0);
     playOut(run.clock, one);
     EXPECT_TRUE(one.isComplete());
-    EXPECT_EQ(one.results()[0].positions.size(), 1u);
+    EXPECT_EQ(one.result(0).positions.size(), 1u);
     ExportRun empty(5, 2);
     playOut(run.clock, empty);
     EXPECT_FALSE(empty.isComplete());
-    EXPECT_TRUE(empty.results().empty());
+    EXPECT_EQ(empty.bodyCount(), 0u);
 
     for (const bool isRebuilt : {false, true}) {
         SCOPED_TRACE(isRebuilt ? "a rebuild lets go of it" : "cancelled");
@@ -132,7 +132,7 @@ TEST(ExportRun, runsThatEndEarlyOrAtOnce) {
             run.clock.tick();
         }
         EXPECT_FALSE(run.clock.isExporting() || samples.isComplete());
-        EXPECT_EQ(samples.results().front().positions.size(), 1u);
+        EXPECT_EQ(samples.result(0).positions.size(), 1u);
     }
     run.clock.pause();
     run.clock.refresh();
