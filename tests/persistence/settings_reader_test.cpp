@@ -27,22 +27,33 @@ std::string repeated(const std::string& text, int count) {
     return result;
 }
 
-// That no value is lost or comes back as another's: RoundTrip.GivesTheSameBytes.
-TEST(SettingsReader, ABodyTakesTheValuesOfItsElement) {
+TEST(SettingsReader, ABodyTakesEveryValueOfItsElement) {
     Loading loading;
     ASSERT_EQ(
         loading.load(bodyFile(
-            R"(type="4" density="2.5" meshPrecision="5" linearVelocityMagnitude="3" categoryBits="8" maskBits="-2" )"
-            R"(fixedRotation="1" useConvexHull="2" magnetismType="2" acceptMagnetism="-1" openShapeLineWidth="0.1" )"
-            R"(colorR="0.5" colorG="1" colorB="0" positionX="-1.5" positionY="2.5" aematicAnchorX="0.25" )"
+            R"(type="4" density="2.5" friction="0.25" restitution="0.75" meshPrecision="5" )"
+            R"(linearVelocityMagnitude="3" linearVelocityDirection="45" angularVelocity="-2" linearDamping="0.5" )"
+            R"(angularDamping="0.125" aematicDamping="0.7" aematicTension="2" categoryBits="8" maskBits="-2" )"
+            R"(fixedRotation="1" gravityScale="-1.5" useConvexHull="2" magnetismType="2" magnetIntensity="20" )"
+            R"(magnetDistance="50" acceptMagnetism="-1" openShapeLineWidth="0.1" colorR="0.5" colorG="1" )"
+            R"(colorB="0" positionX="-1.5" positionY="2.5" angle="0.6" aematicAnchorX="0.25" )"
             R"(aematicAnchorY="-0.25")")),
         LoadResult::Complete);
     const BodyRecord& body = loading.body();
     EXPECT_EQ(body.type, BodyType::AEmatic);
-    EXPECT_EQ(body.density, 2.5f);
-    EXPECT_EQ(body.linearVelocityMagnitude, 3);
-    EXPECT_EQ(body.linearVelocityMagnitudeStored, 3);
-    EXPECT_EQ(body.openShapeLineWidth, 0.065f);
+    const float reals[][2] = {
+        {body.density, 2.5f},        {body.friction, 0.25f},
+        {body.restitution, 0.75f},   {body.linearVelocityMagnitude, 3},
+        {body.angularVelocity, -2},  {body.linearVelocityDirection, 45},
+        {body.linearDamping, 0.5f},  {body.angularDamping, 0.125f},
+        {body.aematicDamping, 0.7f}, {body.aematicTension, 2},
+        {body.gravityScale, -1.5f},  {body.magnetIntensity, 20},
+        {body.magnetDistance, 50},   {body.openShapeLineWidth, 0.065f},
+        {body.angle, 0.6f},          {body.linearVelocityMagnitudeStored, 3},
+    };
+    for (const auto& [actual, expected] : reals) {
+        EXPECT_EQ(actual, expected);
+    }
     EXPECT_EQ(body.meshPrecision, 5);
     EXPECT_EQ(body.maskBits, 65534); // the lower 16 bits of -2
     EXPECT_TRUE(body.fixedRotation && body.useConvexHull);
