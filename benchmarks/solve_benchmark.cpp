@@ -5,10 +5,12 @@
 // frame by frame in turns, so that whatever else the machine does falls on both alike. Counted is the processor time
 // of this process: of the job all of it from before the file is opened until everything is given back, of the bare
 // world the steps. Each scene is done several times; printed are the medians, the ratio of each round's two, and what
-// is left over the steps for each keyframe. The memory is the peak of a process that does the job once and no more, and
-// beside it how far building and stepping the bare world alone raises that of another; what the first is above the
-// second, divided by bodies and frames, has a limit. The engine's own memory depends on the shapes and not on the
-// frames, and nothing that the job does could make it less: for compounds of many triangles it is larger than all else.
+// is left over the steps for each keyframe. All rounds but the first find memory that was touched before, as the files
+// of a batch do; what a round comes to in a process that has just begun is printed beside. The memory is the peak of a
+// process that does the job once and no more, and beside it how far building and stepping the bare world alone raises
+// that of another; what the first is above the second, divided by bodies and frames, has a limit. The engine's own
+// memory depends on the shapes and not on the frames, and nothing that the job does could make it less: for compounds
+// of many triangles it is larger than all else.
 //
 //     solve_benchmark [rounds] [frames] [scene]
 //
@@ -26,6 +28,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -39,6 +42,7 @@
 #include "host/layer_import.h"
 #include "persistence/overrides.h"
 #include "simulation/simulation_clock.h"
+#include "standalone/commands/heap.h"
 #include "standalone/commands/layer_names.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/plugin_session.h"
@@ -60,6 +64,7 @@ double processMilliseconds() {
 
 /// Milliseconds of one round, and what it came to.
 struct Round {
+    bool isDone = false;
     double bare = 0;   ///< of the steps alone
     double beside = 0; ///< of all that is not the job: the steps, and making the world for them
     double job = 0;
@@ -80,12 +85,11 @@ public:
     Job(const SolveScene& scene, std::string folder, int frames, Bare bare)
         : settings_(scene.settings), folder_(std::move(folder)), frames_(frames), bare_(bare) {}
 
-    /// @return nothing if the job failed
-    std::optional<Round> run() {
+    Round run() {
         const double start = processMilliseconds();
-        const bool isDone = solve(start);
+        round_.isDone = solve(start);
         round_.job = processMilliseconds() - start - round_.beside;
-        return isDone ? std::optional(round_) : std::nullopt;
+        return round_;
     }
 
     /// Bytes that the bare world takes at most, while it is built and stepped after the import; 0 if that failed.
@@ -251,39 +255,36 @@ private:
     std::string path_;
 };
 
-/// Peak of the memory of a process that does the job alone, in bytes; 0 if it failed.
-double peakBytes(const SolveScene& scene, const std::string& folder, int frames) {
-    const pid_t child = ::fork();
-    if (child == 0)
-        ::_exit(Job(scene, folder, frames, Job::Bare::Without).run() ? 0 : 1);
-    int status = 0;
-    rusage usage{};
-    const bool isDone = child > 0 && ::wait4(child, &status, 0, &usage) == child && status == 0;
-    return isDone ? 1024.0 * static_cast<double>(usage.ru_maxrss) : 0;
-}
-
-/// What a process of its own tells of the bare world's memory, in bytes; 0 if it failed.
-double worldBytes(const SolveScene& scene, const std::string& folder, int frames) {
+/// What `work` gives, done in a process of its own; nothing if that failed.
+/// @param peak  receives the greatest memory of that process, in bytes
+template<class Work>
+auto inProcess(Work work, double* peak = nullptr) -> std::optional<decltype(work())> {
+    using Result = decltype(work());
+    static_assert(std::is_trivially_copyable_v<Result>);
     int ends[2];
     if (::pipe(ends) != 0)
-        return 0;
-    double bytes = 0;
+        return std::nullopt;
+    Result result{};
     const pid_t child = ::fork();
     if (child == 0) {
-        bytes = Job(scene, folder, frames, Job::Bare::Without).worldBytes();
-        ::_exit(::write(ends[1], &bytes, sizeof bytes) == sizeof bytes ? 0 : 1);
+        result = work();
+        ::_exit(::write(ends[1], &result, sizeof result) == sizeof result ? 0 : 1);
     }
     ::close(ends[1]);
-    if (child < 0 || ::read(ends[0], &bytes, sizeof bytes) != sizeof bytes)
-        bytes = 0;
+    const bool isRead = child > 0 && ::read(ends[0], &result, sizeof result) == sizeof result;
     ::close(ends[0]);
-    if (child > 0)
-        ::waitpid(child, nullptr, 0);
-    return bytes;
+    int status = 0;
+    rusage usage{};
+    if (child <= 0 || ::wait4(child, &status, 0, &usage) != child || status != 0 || !isRead)
+        return std::nullopt;
+    if (peak != nullptr)
+        *peak = 1024.0 * static_cast<double>(usage.ru_maxrss);
+    return result;
 }
 
 struct Measured {
     std::vector<Round> rounds;
+    Round fresh;      ///< in a process that has just begun
     double peak = 0;  ///< bytes
     double world = 0; ///< of these, what the engine's world takes alone
 
@@ -313,14 +314,13 @@ bool print(const char* name, const Measured& measured, int frames, bool isSmall)
                 !isAlike   ? "NOT THE SAME MOTION"
                 : isWithin ? "within"
                            : "OVER");
-    std::printf(
-        "%-10s read %.1f, simulate %.1f, keyframe %.1f, save %.1f ms; first body %zu triangles; peak %.1f MB, world "
-        "alone %.1f MB\n",
-        "", measured.middle([](const Round& r) { return r.read; }),
-        measured.middle([](const Round& r) { return r.simulate; }),
-        measured.middle([](const Round& r) { return r.keyframe; }),
-        measured.middle([](const Round& r) { return r.save; }), last.triangles, measured.peak / 1048576,
-        measured.world / 1048576);
+    std::printf("%-10s read %.1f, simulate %.1f, keyframe %.1f, save %.1f ms; in a fresh process %.4f; first body %zu "
+                "triangles; peak %.1f MB, world alone %.1f MB\n",
+                "", measured.middle([](const Round& r) { return r.read; }),
+                measured.middle([](const Round& r) { return r.simulate; }),
+                measured.middle([](const Round& r) { return r.keyframe; }),
+                measured.middle([](const Round& r) { return r.save; }), measured.fresh.job / measured.fresh.bare,
+                last.triangles, measured.peak / 1048576, measured.world / 1048576);
     std::fflush(stdout);
     return isWithin && isAlike;
 }
@@ -329,18 +329,21 @@ bool print(const char* name, const Measured& measured, int frames, bool isSmall)
 int measure(const SolveScene& scene, int rounds, int frames, bool isSmall) {
     const SceneFolder folder(scene);
     Measured measured;
-    measured.peak = peakBytes(scene, folder.path(), frames);
-    measured.world = worldBytes(scene, folder.path(), frames);
-    for (int i = 0; i < rounds && measured.peak > 0; ++i) {
+    const auto round = [&](Job::Bare bare) {
         std::error_code error;
         std::filesystem::remove(folder.path() + "/out.json", error); // throwing it away is no part of the job
-        const std::optional<Round> round =
-            Job(scene, folder.path(), frames, i % 2 == 0 ? Job::Bare::First : Job::Bare::Second).run();
-        if (!round)
+        return Job(scene, folder.path(), frames, bare).run();
+    };
+    const std::optional<Round> alone = inProcess([&] { return round(Job::Bare::Without); }, &measured.peak);
+    measured.world =
+        inProcess([&] { return Job(scene, folder.path(), frames, Job::Bare::Without).worldBytes(); }).value_or(0);
+    measured.fresh = inProcess([&] { return round(Job::Bare::First); }).value_or(Round{});
+    for (int i = 0; i < rounds && alone && alone->isDone && measured.fresh.isDone; ++i) {
+        measured.rounds.push_back(round(i % 2 == 0 ? Job::Bare::First : Job::Bare::Second));
+        if (!measured.rounds.back().isDone)
             break;
-        measured.rounds.push_back(*round);
     }
-    if (measured.rounds.size() < static_cast<std::size_t>(rounds)) {
+    if (measured.rounds.size() < static_cast<std::size_t>(rounds) || !measured.rounds.back().isDone) {
         std::fprintf(stderr, "solve_benchmark: %s: the job failed\n", scene.name);
         return 2;
     }
@@ -356,6 +359,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: solve_benchmark [rounds] [frames, at least 2] [scene]\n");
         return 2;
     }
+    keepFreedMemory();
     std::printf("limits: ratio %.2f; of the restless scene %.0f ns a key instead; %.0f bytes a body and frame "
                 "over the world's\n",
                 greatestRatio, mostNanosecondsPerKey, mostBytesPerBodyAndFrame);

@@ -20,11 +20,6 @@ b2Vec2 ViewTransform::compToPicture(b2Vec2 comp) const {
             static_cast<float>(originY() + scale() * double{comp.y})};
 }
 
-b2Vec2 ViewTransform::pictureToComp(b2Vec2 picture) const {
-    return {static_cast<float>((double{picture.x} - originX()) / scale()),
-            static_cast<float>((double{picture.y} - originY()) / scale())};
-}
-
 void ViewTransform::zoomToFit() {
     // The margins differ on purpose: 5 percent points beside a wide composition, 20 above a tall one.
     const bool isWide = compWidth / compHeight >= aspect();

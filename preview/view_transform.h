@@ -60,7 +60,6 @@ struct ViewTransform {
 
     /// Composition pixels to picture pixels and back.
     [[nodiscard]] b2Vec2 compToPicture(b2Vec2 comp) const;
-    [[nodiscard]] b2Vec2 pictureToComp(b2Vec2 picture) const;
 
     /// Shows the whole composition: the zoom that the window's button gives, truncated to a whole number and kept
     /// within the slider's range, without pan.

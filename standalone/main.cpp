@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "standalone/commands/guarded.h"
+#include "standalone/commands/heap.h"
 #include "standalone/commands/inspect.h"
 #include "standalone/commands/load.h"
 #include "standalone/commands/options.h"
@@ -222,6 +223,7 @@ void addSettings(CLI::App& app, SettingsOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
+    keepFreedMemory();
     CLI::App app{"Jostle simulates the layers of a composition as rigid bodies and bakes their motion to keyframes."};
     app.name("jostle");
     app.formatter(std::make_shared<WrappedHelp>());
