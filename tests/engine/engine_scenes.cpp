@@ -122,6 +122,73 @@ private:
     int frame_ = 0;
 };
 
+/// Stars in a bowl and a listener that changes other bodies and shapes while contacts are being updated, so that
+/// contacts which would be passed over in that step no longer may be. It makes no bullets and puts nothing to sleep:
+/// with sensors that switch within a step, the engine as it comes would then solve contacts without points.
+class MeddlerScene : public EngineScene, b2ContactListener {
+public:
+    MeddlerScene() {
+        world_.SetContactListener(this);
+        addBowl(world_, 3.0f);
+        for (int i = 0; i < 40; ++i) {
+            const b2Vec2 position(0.9f * (static_cast<float>(i % 5) - 2.0f), -1.5f + 0.9f * static_cast<float>(i / 5));
+            stars_.push_back(addEngineBody(world_, b2_dynamicBody, position, random_.between(0.0f, 3.0f)));
+            addStar(*stars_.back(), 0.5f, 0.3f, 12);
+        }
+    }
+
+    void advance() override {
+        EngineScene::advance();
+        for (b2Body* star : stars_) {
+            for (b2Fixture* fixture = star->GetFixtureList(); fixture; fixture = fixture->GetNext()) {
+                fixture->SetSensor(false);
+            }
+        }
+    }
+
+    [[nodiscard]] std::uint64_t hash() const override {
+        EngineHash hash;
+        hash.add(world_);
+        hash.add(heard_.value());
+        return hash.value();
+    }
+
+    void BeginContact(b2Contact* contact) override { meddle(*contact, 1); }
+    void EndContact(b2Contact* contact) override { meddle(*contact, 2); }
+    void PreSolve(b2Contact* contact, const b2Manifold*) override {
+        meddle(*contact, 3);
+        if (random_.between(0.0f, 1.0f) < 0.02f) {
+            contact->SetEnabled(false);
+        }
+    }
+
+private:
+    void meddle(const b2Contact& contact, std::uint64_t what) {
+        heard_.add(what);
+        heard_.add(contact.GetFixtureA()->GetBody()->GetPosition().x);
+        heard_.add(contact.GetFixtureB()->GetBody()->GetPosition().y);
+        b2Body& star = *stars_[static_cast<std::size_t>(random_.between(0.0f, 39.9f))];
+        b2Fixture* fixture = star.GetFixtureList();
+        for (int i = static_cast<int>(random_.between(0.0f, 11.9f)); i > 0; --i) {
+            fixture = fixture->GetNext();
+        }
+        const float choice = random_.between(0.0f, 1.0f);
+        if (choice < 0.02f) {
+            fixture->SetSensor(true); // not back: contacts of sensors have no points to solve
+        } else if (choice < 0.04f) {
+            b2Filter filter = fixture->GetFilterData();
+            filter.groupIndex = static_cast<std::int16_t>(filter.groupIndex == 0 ? -1 : 0);
+            fixture->SetFilterData(filter);
+        } else if (choice < 0.06f) {
+            star.SetAwake(true);
+        }
+    }
+
+    std::vector<b2Body*> stars_;
+    EngineRandom random_;
+    EngineHash heard_;
+};
+
 class FilledScene : public EngineScene {
 public:
     explicit FilledScene(std::string_view name, int size) {
@@ -212,8 +279,8 @@ std::uint64_t EngineScene::hash() const {
 }
 
 const std::vector<std::string_view>& engineSceneNames() {
-    static const std::vector<std::string_view> names = {"pyramid",        "circles",    "chain",     "compounds",
-                                                        "compounds-rest", "everything", "first_pair"};
+    static const std::vector<std::string_view> names = {"pyramid",        "circles",    "chain",      "compounds",
+                                                        "compounds-rest", "everything", "first_pair", "meddler"};
     return names;
 }
 
@@ -227,6 +294,9 @@ std::unique_ptr<EngineScene> makeEngineScene(std::string_view name, int size) {
     }
     if (name == "first_pair") {
         return std::make_unique<FirstPairScene>();
+    }
+    if (name == "meddler") {
+        return std::make_unique<MeddlerScene>();
     }
     return std::make_unique<FilledScene>(name, size);
 }
