@@ -45,6 +45,35 @@ private:
     std::size_t size_;
 };
 
+/// Prints frames, most of which are the one after the last.
+class FrameText {
+public:
+    /// A frame that is no finite number is the last one.
+    /// @param at  room for numberTextRoom characters
+    /// @return behind the last character
+    [[nodiscard]] char* print(char* at, double frame) {
+        if (frame == frame_ + 1 && length_ > 0 && text_[length_ - 1] < '9') {
+            frame_ = frame;
+            ++text_[length_ - 1];
+            std::memcpy(at, text_, sizeof text_);
+            return at + length_;
+        }
+        if (std::isfinite(frame))
+            frame_ = frame;
+        char* const end = printThousandths(at, frame_);
+        const auto length = static_cast<std::size_t>(end - at);
+        const bool canRise = length <= sizeof text_ && frame_ >= 0 && frame_ == std::floor(frame_);
+        length_ = canRise ? length : 0;
+        std::memcpy(text_, at, sizeof text_);
+        return end;
+    }
+
+private:
+    double frame_ = 0;
+    char text_[16] = {};
+    std::size_t length_ = 0; ///< of the text, if it is that of a whole number that is not below 0
+};
+
 class PropertyPrinter {
 public:
     PropertyPrinter(const Stream& stream, FieldForm form, const TextStyle& style)
@@ -57,9 +86,9 @@ public:
     void value(TextSink& out) {
         if (isAnimated(stream_)) {
             if (stream_.keys.segments.empty())
-                printKeys<printThousandths>(out);
+                printLinearKeys(out);
             else
-                printKeys<printShortest>(out);
+                printKeys(out);
             return;
         }
         const double* numbers = stream_.keys.empty() ? stream_.value.data() : stream_.keys.values.data();
@@ -147,40 +176,90 @@ private:
         return out;
     }
 
+    /// Texts around the numbers of keys.
+    struct KeyTexts {
+        KeyTexts(const PropertyPrinter& printer, const std::string& easing)
+            : indent{printer.style_.newline.empty()
+                         ? ""
+                         : printer.style_.newline + printer.style_.indent + printer.style_.unit},
+              between{printer.style_.newline.empty() ? printer.style_.comma : ',' + indent},
+              begin{'[' + indent + '{' + printer.name("t")},
+              next{between + '{' + printer.name("t")},
+              middle{printer.style_.comma + printer.name("s") + '['},
+              comma{printer.style_.comma},
+              linear{']' + easing + '}'},
+              linearAndNext{']' + easing + '}' + between + '{' + printer.name("t")},
+              end{(printer.style_.newline.empty() ? "" : printer.style_.newline + printer.style_.indent) + ']'} {}
+
+        std::string indent, between;
+        FixedText begin, next, middle, comma, linear, linearAndNext;
+        std::string end;
+        /// Characters of a key with so many components at most, with what follows it.
+        [[nodiscard]] std::size_t most(std::size_t components) const {
+            return begin.size() + next.size() + middle.size() + components * comma.size() + linearAndNext.size() +
+                   (components + 1) * numberTextRoom + FixedText::slack;
+        }
+    };
+
     // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and the rest is put together
     // in the sink's own block.
-    template<Print print>
+    void printLinearKeys(TextSink& out) {
+        const KeyTrack& keys = stream_.keys;
+        const KeyTexts texts(*this, linearEasing());
+        const std::size_t most = texts.most(components_);
+        const double* const frames = keys.frames.data();
+        const double* numbers = keys.values.data();
+        const std::size_t count = keys.size();
+        FrameText frame;
+        char* at = texts.begin.copyTo(out.room(most));
+        for (std::size_t key = 0; key < count; ++key) {
+            if (key > 0) {
+                out.take(at);
+                at = texts.linearAndNext.copyTo(out.room(most));
+            }
+            at = texts.middle.copyTo(frame.print(at, frames[key]));
+            for (std::size_t c = 0; c < components_; ++c, ++numbers) {
+                if (c > 0)
+                    at = texts.comma.copyTo(at);
+                at = printThousandths(at, std::isfinite(*numbers) ? *numbers : lastFinite(key, c));
+            }
+        }
+        *at++ = ']';
+        *at++ = '}';
+        out.take(at);
+        out.write(texts.end);
+    }
+
+    /// The last finite value of a component before a key; 0 if there is none.
+    [[nodiscard]] double lastFinite(std::size_t key, std::size_t component) const {
+        while (key-- > 0) {
+            const double number = stream_.keys.values[key * components_ + component];
+            if (std::isfinite(number))
+                return number;
+        }
+        return 0;
+    }
+
     void printKeys(TextSink& out) {
         const KeyTrack& keys = stream_.keys;
-        const std::string indent = style_.newline.empty() ? "" : style_.newline + style_.indent + style_.unit;
-        const std::string between = style_.newline.empty() ? style_.comma : ',' + indent;
-        const FixedText begin('[' + indent + '{' + name("t")), next(between + '{' + name("t"));
-        const FixedText middle(style_.comma + name("s") + '['), comma(style_.comma);
-        const std::string easing = ']' + linearEasing() + '}';
-        const FixedText linear(easing), linearAndNext(easing + between + '{' + name("t"));
-        const std::size_t mostOfKey = begin.size() + next.size() + middle.size() + components_ * comma.size() +
-                                      linearAndNext.size() + (components_ + 1) * numberTextRoom + FixedText::slack;
+        const KeyTexts texts(*this, linearEasing());
+        const std::size_t most = texts.most(components_);
         double frame = 0;
         // What stands before the frame is there.
         const auto start = [&](char* at, std::size_t key, const double* numbers) {
             frame = std::isfinite(keys.frames[key]) ? keys.frames[key] : frame;
-            at = middle.copyTo(print(at, frame));
+            at = texts.middle.copyTo(print_(at, frame));
             for (std::size_t c = 0; c < components_; ++c) {
                 if (c > 0)
-                    at = comma.copyTo(at);
-                at = print(at, finite(numbers[c], c));
+                    at = texts.comma.copyTo(at);
+                at = print_(at, finite(numbers[c], c));
             }
             return at;
         };
-        const bool plain = keys.segments.empty();
         const std::size_t last = keys.size() - 1;
-        out.take(begin.copyTo(out.room(mostOfKey)));
+        out.take(texts.begin.copyTo(out.room(most)));
         for (std::size_t key = 0; key <= last; ++key) {
-            char* at = start(out.room(mostOfKey), key, keys.values.data() + key * components_);
-            if (plain && key < last) {
-                out.take(linearAndNext.copyTo(at));
-                continue;
-            }
+            char* at = start(out.room(most), key, keys.values.data() + key * components_);
             *at++ = ']';
             out.take(at);
             if (key < last)
@@ -188,15 +267,13 @@ private:
             out.write("}");
             if (key < last &&
                 keys.segments[key].hasEnd) { // a leap takes two keys at one frame, as in the file it is from
-                char* const leap = next.copyTo(out.room(mostOfKey));
-                out.take(linear.copyTo(start(leap, key + 1, keys.segments[key].end.data())));
+                char* const leap = texts.next.copyTo(out.room(most));
+                out.take(texts.linear.copyTo(start(leap, key + 1, keys.segments[key].end.data())));
             }
             if (key < last)
-                out.take(next.copyTo(out.room(mostOfKey)));
+                out.take(texts.next.copyTo(out.room(most)));
         }
-        if (!style_.newline.empty())
-            out.write(style_.newline + style_.indent);
-        out.write("]");
+        out.write(texts.end);
     }
 
     const Stream& stream_;
