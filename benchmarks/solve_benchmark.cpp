@@ -3,14 +3,14 @@
 // The job is that of the command line: a Lottie file is read, its bodies are made and played for 600 frames, and the
 // keyframes go through the host's suites into a new file. Beside it a second world of the same bodies is stepped alone,
 // frame by frame in turns, so that whatever else the machine does falls on both alike. Counted is the processor time
-// of this process: of the job all of it from before the file is opened until everything is given back, of the bare
-// world the steps. Each scene is done several times; printed are the medians, the ratio of each round's two, and what
-// is left over the steps for each keyframe. All rounds but the first find memory that was touched before, as the files
-// of a batch do; what a round comes to in a process that has just begun is printed beside. The memory is the peak of a
-// process that does the job once and no more, and beside it how far building and stepping the bare world alone raises
-// that of another; what the first is above the second, divided by bodies and frames, has a limit. The engine's own
-// memory depends on the shapes and not on the frames, and nothing that the job does could make it less: for compounds
-// of many triangles it is larger than all else.
+// of this process: of the job all of it from before the file is opened until the result is in its place, of the bare
+// world the steps. What it takes to give all back after that is printed beside. Each scene is done several times;
+// printed are the medians, the ratio of each round's two, and what is left over the steps for each keyframe. All rounds
+// but the first find memory that was touched before, as the files of a batch do; what a round comes to in a process
+// that has just begun is printed beside. The memory is the peak of a process that does the job once and no more, and
+// beside it how far building and stepping the bare world alone raises that of another; what the first is above the
+// second, divided by bodies and frames, has a limit. The engine's own memory depends on the shapes and not on the
+// frames, and nothing that the job does could make it less: for compounds of many triangles it is larger than all else.
 //
 //     solve_benchmark [rounds] [frames] [scene]
 //
@@ -69,6 +69,7 @@ struct Round {
     double beside = 0; ///< of all that is not the job: the steps, and making the world for them
     double job = 0;
     double read = 0, simulate = 0, keyframe = 0, save = 0; ///< parts of the job
+    double release = 0;                                    ///< of giving all back after it
     std::size_t keys = 0;
     int bodies = 0;
     std::size_t triangles = 0;
@@ -88,7 +89,7 @@ public:
     Round run() {
         const double start = processMilliseconds();
         round_.isDone = solve(start);
-        round_.job = processMilliseconds() - start - round_.beside;
+        round_.release = processMilliseconds() - start - round_.beside - round_.job;
         return round_;
     }
 
@@ -147,10 +148,12 @@ private:
             return false;
         if (writeResult(*document, host, folder_ + "/out.json", target) || target.commit())
             return false;
+        const double end = processMilliseconds();
+        round_.save = end - saving;
+        round_.job = end - start - round_.beside;
         round_.keys = bakedKeyCount(host.outcome());
         round_.bodies = scene_.bodyCount();
         round_.triangles = static_cast<std::size_t>(piecesOf(scene_.bodies.front()).triangles);
-        round_.save = processMilliseconds() - saving;
         return true;
     }
 
@@ -314,13 +317,15 @@ bool print(const char* name, const Measured& measured, int frames, bool isSmall)
                 !isAlike   ? "NOT THE SAME MOTION"
                 : isWithin ? "within"
                            : "OVER");
-    std::printf("%-10s read %.1f, simulate %.1f, keyframe %.1f, save %.1f ms; in a fresh process %.4f; first body %zu "
-                "triangles; peak %.1f MB, world alone %.1f MB\n",
-                "", measured.middle([](const Round& r) { return r.read; }),
-                measured.middle([](const Round& r) { return r.simulate; }),
-                measured.middle([](const Round& r) { return r.keyframe; }),
-                measured.middle([](const Round& r) { return r.save; }), measured.fresh.job / measured.fresh.bare,
-                last.triangles, measured.peak / 1048576, measured.world / 1048576);
+    std::printf(
+        "%-10s read %.1f, simulate %.1f, keyframe %.1f, save %.1f, then give back %.1f ms; in a fresh process %.4f; "
+        "first body %zu triangles; peak %.1f MB, world alone %.1f MB\n",
+        "", measured.middle([](const Round& r) { return r.read; }),
+        measured.middle([](const Round& r) { return r.simulate; }),
+        measured.middle([](const Round& r) { return r.keyframe; }),
+        measured.middle([](const Round& r) { return r.save; }),
+        measured.middle([](const Round& r) { return r.release; }), measured.fresh.job / measured.fresh.bare,
+        last.triangles, measured.peak / 1048576, measured.world / 1048576);
     std::fflush(stdout);
     return isWithin && isAlike;
 }

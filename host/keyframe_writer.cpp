@@ -192,7 +192,8 @@ void Writer::writePoints(const Stream& stream, const std::vector<b2Vec2>& points
                      [](StreamValue& value, AEGP_TwoDVal point) { value.setPoint(point); });
         return;
     }
-    write(stream, points, asOneValue, vectorsDiffer, [&](StreamValue& value, b2Vec2 sample) {
+    const auto differ = [](b2Vec2 a, b2Vec2 b) { return vectorsDiffer(a, b); }; // not by its address: to be inlined
+    write(stream, points, asOneValue, differ, [&](StreamValue& value, b2Vec2 sample) {
         value.setPoint({static_cast<double>(sample.x) / unit.x, static_cast<double>(sample.y) / unit.y});
     });
 }
@@ -207,7 +208,8 @@ void Writer::writeNumbers(const Stream& stream, const std::vector<float>& number
                      [](StreamValue& value, AEGP_TwoDVal point) { value.setNumber(point.x); });
         return;
     }
-    write(stream, numbers, asOneValue, floatsDiffer,
+    const auto differ = [](float a, float b) { return floatsDiffer(a, b); };
+    write(stream, numbers, asOneValue, differ,
           [&](StreamValue& value, float sample) { value.setNumber(static_cast<double>(sample) / unit); });
 }
 
