@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "standalone/document/path.h"
+#include "standalone/document/rare.h"
 #include "standalone/document/stream.h"
 
 namespace jostle::standalone {
@@ -117,13 +118,13 @@ struct NodeFacts {
 /// GroupContents; a Group's children are its GroupContents and its GroupTransform.
 struct TreeNode {
     NodeKind kind = NodeKind::Root;
-    std::string name; ///< UTF-8; empty if the file has none
+    Rare<std::string> name; ///< UTF-8; empty if the file has none
     TreeNode* parent = nullptr;
     std::vector<std::shared_ptr<TreeNode>> children;
     Stream* stream = nullptr;         ///< of leaves with numbers: `own`, or one of the layer's transform
     Stream* own = nullptr;            ///< beside the node in memory; null for leaves of the layer's transform
     std::shared_ptr<PathStream> path; ///< of MaskShape and PathShape
-    std::string matchName;            ///< of OtherElement alone: the element's own, at most 40 bytes
+    Rare<std::string> matchName;      ///< of OtherElement alone: the element's own, at most 40 bytes
     SourceSpan source;                ///< the object (of a leaf: the property) in the source text; empty if new
     bool rotoBezier = false;          ///< of a mask; memory only
     bool listChanged = false;         ///< of a list: children differ from those of the source text

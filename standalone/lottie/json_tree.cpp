@@ -373,15 +373,23 @@ JsonValue JsonValue::operator[](std::string_view name) const {
 JsonMembers::JsonMembers(const JsonValue& object) {
     if (!object.isObject())
         return;
-    constexpr std::size_t usual = 16;
-    members_.reserve(usual);
-    forEachChild(object, [&](const JsonValue& member) { members_.push_back(member); });
+    forEachChild(object, [&](const JsonValue& member) {
+        if (count_ == few_.size())
+            more_.assign(few_.begin(), few_.end());
+        if (count_ < few_.size())
+            few_[count_] = member;
+        else
+            more_.push_back(member);
+        ++count_;
+    });
 }
 
 JsonValue JsonMembers::operator[](std::string_view name) const {
-    const auto found =
-        std::find_if(members_.rbegin(), members_.rend(), [&](const JsonValue& member) { return member.hasKey(name); });
-    return found == members_.rend() ? JsonValue{} : *found;
+    for (const JsonValue* member = end(); member != begin();) {
+        if ((--member)->hasKey(name))
+            return *member;
+    }
+    return {};
 }
 
 JsonValue JsonValue::firstChild() const {

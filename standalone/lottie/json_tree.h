@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -143,11 +144,13 @@ public:
     /// As that of the object.
     [[nodiscard]] JsonValue operator[](std::string_view name) const;
     /// In the order of the text.
-    [[nodiscard]] auto begin() const { return members_.begin(); }
-    [[nodiscard]] auto end() const { return members_.end(); }
+    [[nodiscard]] const JsonValue* begin() const { return more_.empty() ? few_.data() : more_.data(); }
+    [[nodiscard]] const JsonValue* end() const { return begin() + count_; }
 
 private:
-    std::vector<JsonValue> members_;
+    std::array<JsonValue, 16> few_; ///< as many as most objects have, without memory of their own
+    std::vector<JsonValue> more_;   ///< all of them, if there are more
+    std::size_t count_ = 0;
 };
 
 /// Calls `visit` with each member of an object or element of an array.

@@ -130,7 +130,7 @@ private:
     void readElement(TreeNode& list, const JsonValue& element, const JsonMembers& members) {
         TreeNode& node = addNode(list, elementKind(members["ty"]));
         if (node.kind == NodeKind::OtherElement && !isTransform(members))
-            node.matchName = cutShort(members["mn"].string(), 40);
+            node.matchName.own() = cutShort(members["mn"].string(), 40);
         readNode(node, element, members);
         if (node.kind == NodeKind::Group && depth_ < deepestGroup) {
             ++depth_;
@@ -146,7 +146,8 @@ private:
 
     void readNode(TreeNode& node, const JsonValue& object, const JsonMembers& members) {
         node.source = object.span();
-        node.name = members["nm"].string();
+        if (const JsonValue name = members["nm"])
+            node.name.own() = name.string();
         for (const auto& leaf : node.children) {
             if (factsOf(*leaf).form == ValueForm::None)
                 continue;

@@ -92,8 +92,8 @@ void TreeWriter::writeNode(const TreeNode& node, TextEdits& edits) {
         writeGroup(node, edit, edits);
     else
         writeLeaves(node, edit, edits);
-    if (named && edit.member("nm").string() != node.name)
-        edit.setString("nm", node.name);
+    if (named && edit.member("nm").string() != *node.name)
+        edit.setString("nm", *node.name);
     edit.commit(edits);
 }
 
@@ -189,7 +189,7 @@ std::string TreeWriter::newNode(const TreeNode& node, const TextStyle& style) {
         text.addString("ty", factsOf(node).member);
     }
     addLeaves(node, text);
-    text.addString("nm", node.name.empty() ? factsOf(node).displayName : node.name);
+    text.addString("nm", node.name->empty() ? factsOf(node).displayName : *node.name);
     return text.text();
 }
 

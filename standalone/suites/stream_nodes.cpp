@@ -144,14 +144,14 @@ std::size_t placeInParent(const TreeNode& node) {
 std::string_view matchNameOf(const Layer& layer, const TreeNode& node) {
     if (node.kind == Kind::Root)
         return rootMatchName(layer.kind);
-    return node.kind == Kind::OtherElement ? std::string_view(node.matchName) : factsOf(node).matchName;
+    return node.kind == Kind::OtherElement ? std::string_view(*node.matchName) : factsOf(node).matchName;
 }
 
 std::string displayNameOf(const Layer& layer, const TreeNode& node) {
     if (node.kind == Kind::Root)
         return layer.name;
-    if (!node.name.empty())
-        return node.name;
+    if (!node.name->empty())
+        return *node.name;
     std::string name = factsOf(node).displayName;
     if (!name.empty() && node.parent != nullptr && factsOf(*node.parent).grouping == Grouping::Indexed)
         name += ' ' + std::to_string(placeInParent(node) + 1);

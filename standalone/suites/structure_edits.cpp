@@ -116,10 +116,10 @@ TreeNode* addMask(LayerEntry& entry) {
     state().journal.touchNode(entry, *parade);
     std::string name = numberedName("Mask", [&](const std::string& taken) {
         return std::any_of(parade->children.begin(), parade->children.end(),
-                           [&](const auto& mask) { return mask->name == taken; });
+                           [&](const auto& mask) { return *mask->name == taken; });
     });
     TreeNode& mask = addNode(*parade, NodeKind::Mask);
-    mask.name = std::move(name);
+    mask.name.own() = std::move(name);
     childOf(mask, NodeKind::MaskShape)->path->value.closed = true;
     parade->listChanged = true;
     return &mask;

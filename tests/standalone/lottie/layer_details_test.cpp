@@ -35,7 +35,7 @@ const Stream& streamAt(TreeNode& element, NodeKind kind) {
 std::string outlineOf(const TreeNode& node) {
     std::string out = *factsOf(node).member ? factsOf(node).member : "?";
     if (node.kind == OtherElement)
-        out = '<' + node.matchName + '>';
+        out = '<' + *node.matchName + '>';
     if (factsOf(node).grouping != Grouping::Indexed && node.kind != Group)
         return out;
     out += '[';
@@ -146,7 +146,7 @@ TEST(LayerDetails, Masks) {
         R"("v":"4.0.0",)");
     const auto& masks = firstTree(read).children[0]->children;
     ASSERT_EQ(masks.size(), 2u);
-    EXPECT_EQ(masks[0]->name, "M");
+    EXPECT_EQ(*masks[0]->name, "M");
     EXPECT_FALSE(nodeAt(*masks[0], MaskShape).path->value.closed) << "beside the path in this version";
     EXPECT_EQ(streamAt(*masks[0], MaskOpacity).value[0], 50);
     EXPECT_EQ(streamAt(*masks[0], MaskOffset).value[0], 3);

@@ -204,7 +204,7 @@ TreeNode& maskList(Composition& c) {
 
 TreeNode& addMask(Composition& c, const char* name) {
     TreeNode& mask = addNode(maskList(c), Mask);
-    mask.name = name;
+    mask.name.own() = name;
     return mask;
 }
 
@@ -233,7 +233,7 @@ TEST(StructureWriter, Masks) {
         {"values and name in place", R"({"masksProperties":[{"nm":"A","pt":{"a":1,"k":[],"x":"e"},"cl":false}]})",
          [](Composition& c) {
              TreeNode& mask = *nodeAt(firstTree(c), MaskParade).children[0];
-             mask.name = "C";
+             mask.name.own() = "C";
              setOutline(nodeAt(mask, MaskShape), 1.25, 2);
              setStatic(*nodeAt(mask, MaskOffset).stream, -3);
          },
