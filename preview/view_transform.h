@@ -58,7 +58,7 @@ struct ViewTransform {
     [[nodiscard]] double originX() const { return pixelX(-compWidth / 2 / static_cast<double>(pixelsPerMetre)); }
     [[nodiscard]] double originY() const { return pixelY(-compHeight / 2 / static_cast<double>(pixelsPerMetre)); }
 
-    /// Composition pixels to picture pixels and back.
+    /// Composition pixels to picture pixels.
     [[nodiscard]] b2Vec2 compToPicture(b2Vec2 comp) const;
 
     /// Shows the whole composition: the zoom that the window's button gives, truncated to a whole number and kept

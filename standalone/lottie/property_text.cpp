@@ -221,23 +221,13 @@ private:
             for (std::size_t c = 0; c < components_; ++c, ++numbers) {
                 if (c > 0)
                     at = texts.comma.copyTo(at);
-                at = printThousandths(at, std::isfinite(*numbers) ? *numbers : lastFinite(key, c));
+                at = printThousandths(at, finite(*numbers, c));
             }
         }
         *at++ = ']';
         *at++ = '}';
         out.take(at);
         out.write(texts.end);
-    }
-
-    /// The last finite value of a component before a key; 0 if there is none.
-    [[nodiscard]] double lastFinite(std::size_t key, std::size_t component) const {
-        while (key-- > 0) {
-            const double number = stream_.keys.values[key * components_ + component];
-            if (std::isfinite(number))
-                return number;
-        }
-        return 0;
     }
 
     void printKeys(TextSink& out) {
