@@ -30,21 +30,21 @@ namespace jostle {
 /// @return indices into `samples`, rising; empty only if `samples` is
 template<class T, class Differ>
 [[nodiscard]] std::vector<std::size_t> keyframeIndices(std::span<const T> samples, Differ differ) {
-    std::vector<std::size_t> indices;
     if (samples.empty()) {
-        return indices;
+        return {};
     }
-    indices.reserve(samples.size());
-    indices.push_back(0);
     const std::size_t last = samples.size() - 1;
+    std::vector<std::size_t> indices(samples.size());
+    std::size_t count = 1; // with the first, which is 0
+    // Each is written down and then counted or not: of bodies that barely move nobody could foresee a branch.
     for (std::size_t i = 1; i < last; ++i) {
-        if (differ(samples[i + 1], samples[i - 1])) {
-            indices.push_back(i);
-        }
+        indices[count] = i;
+        count += differ(samples[i + 1], samples[i - 1]) ? 1 : 0;
     }
     if (last > 0 && differ(samples[last], samples[last - 1])) {
-        indices.push_back(last);
+        indices[count++] = last;
     }
+    indices.resize(count);
     return indices;
 }
 
