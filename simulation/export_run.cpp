@@ -7,10 +7,10 @@ namespace jostle {
 
 namespace {
 
-// How many bodies have their samples side by side. To write to two lists of every body in every frame would fill the
-// caches that the solver lives in; to keep whole frames would leave no memory to be taken again while the keyframes of
-// one body after the other are made.
-constexpr std::size_t bodiesInGroup = 16;
+// How many bodies have their samples side by side: many, as memory that was not written for long is quick to write only
+// in a row, and not all, so that there is memory to be taken again while the keyframes of one body after the other are
+// made.
+constexpr std::size_t bodiesInGroup = 128;
 
 // Frames that there is room for from the beginning.
 constexpr int mostReserved = 4096;
@@ -54,11 +54,13 @@ ExportResult ExportRun::result(std::size_t k) const {
     const Group& group = groups_[k / bodiesInGroup];
     ExportResult result;
     result.layerAnchor = anchors_[k];
-    result.positions.reserve(group.samples.size() / group.bodies);
-    result.rotations.reserve(group.samples.size() / group.bodies);
-    for (std::size_t i = k % bodiesInGroup; i < group.samples.size(); i += group.bodies) {
-        result.positions.push_back(group.samples[i].position);
-        result.rotations.push_back(group.samples[i].rotation);
+    const std::size_t frames = group.samples.size() / group.bodies;
+    result.positions.resize(frames);
+    result.rotations.resize(frames);
+    for (std::size_t frame = 0; frame < frames; ++frame) {
+        const Sample& sample = group.samples[frame * group.bodies + k % bodiesInGroup];
+        result.positions[frame] = sample.position;
+        result.rotations[frame] = sample.rotation;
     }
     return result;
 }
