@@ -79,11 +79,17 @@ struct Collection {
     std::vector<AEGP_CollectionItemV2> items;
 };
 
-/// Keys gathered for one stream, in the layout of its track.
+/// A key as a batch gathers it.
+struct NewKey {
+    double frame = 0;
+    Components value{}; ///< of outlines unused
+};
+
+/// Keys gathered for one stream.
 struct KeyBatch {
     AEGP_StreamRefH stream = nullptr;
-    std::size_t components = 1;        ///< numbers per key; 0 for outlines
-    KeyTrack keys{};                   ///< of outlines the frames alone
+    std::size_t components = 1; ///< numbers per key; 0 for outlines
+    std::vector<NewKey> keys{};
     std::vector<PathValue> outlines{}; ///< one for each key
     StreamRef* target = nullptr;       ///< what `stream` led to when the host's `revision` was `checkedAt`
     std::uint64_t checkedAt = 0;
@@ -215,7 +221,7 @@ public:
     AEGP_Command lastCommand;
     int streamsOut = 0, valuesOut = 0;
     std::uint64_t streamsDisposed = 0;
-    KeyTrack spareKeys; ///< of a batch that has ended, for its memory
+    std::vector<NewKey> spareKeys; ///< of a batch that has ended, for its memory
 
 private:
     AEGP_ItemH itemHandle(const std::shared_ptr<const Item>& item);

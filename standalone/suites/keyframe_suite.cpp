@@ -131,13 +131,17 @@ KeyBatch* plainBatch(AEGP_AddKeyframesInfoH handle) {
                : nullptr;
 }
 
+// Out of line, to keep what is done for every key short.
+[[gnu::noinline]] void makeRoom(std::vector<NewKey>& keys) {
+    keys.reserve(2 * keys.size() + 16);
+}
+
 /// Adds a key with the present value, which holds until one is set. @return its index
 A_long addPlainKey(KeyBatch& batch, const A_Time& time) {
-    const auto index = static_cast<A_long>(batch.keys.frames.size());
-    batch.keys.frames.push_back(batch.clock.frameAt({time.value, time.scale}));
-    for (std::size_t c = 0; c < batch.components; ++c)
-        batch.keys.values.push_back(batch.present[c]);
-    return index;
+    if (batch.keys.size() == batch.keys.capacity())
+        makeRoom(batch.keys);
+    batch.keys.push_back({batch.clock.frameAt({time.value, time.scale}), batch.present});
+    return static_cast<A_long>(batch.keys.size()) - 1;
 }
 
 A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& value) {
@@ -145,11 +149,11 @@ A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& val
                              batch.given > 2 ? value.three_d.z : 0};
     if (!isFinite(numbers))
         return A_Err_PARAMETER;
-    double* key = batch.keys.values.data() + place * batch.components;
+    Components& key = batch.keys[place].value;
     key[0] = numbers[0];
-    if (batch.given > 1 && batch.components > 1)
+    if (batch.given > 1)
         key[1] = numbers[1];
-    if (batch.given > 2 && batch.components > 2)
+    if (batch.given > 2)
         key[2] = numbers[2];
     return A_Err_NONE;
 }
@@ -167,23 +171,21 @@ A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& val
         return A_Err_NONE;
     }
     const double frame = batch->clock.frameAt({time->value, time->scale});
-    *index = static_cast<A_long>(batch->keys.frames.size());
-    batch->keys.frames.push_back(frame);
+    *index = static_cast<A_long>(batch->keys.size());
+    NewKey& key = batch->keys.emplace_back();
+    key.frame = frame;
     // The present value holds until one is set.
-    if (ref->node->path != nullptr) {
+    if (ref->node->path != nullptr)
         batch->outlines.push_back(valueAt(*ref->node->path, frame));
-    } else {
-        const Components value = leafValueAt(*ref->layer->layer, *ref->node, frame);
-        for (std::size_t c = 0; c < batch->components; ++c)
-            batch->keys.values.push_back(value[c]);
-    }
+    else
+        key.value = leafValueAt(*ref->layer->layer, *ref->node, frame);
     return A_Err_NONE;
 }
 
 [[gnu::noinline]] A_Err setAnyKey(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_StreamValue2* value) {
     KeyBatch* batch = batchOf(handle);
     const StreamRef* ref = targetOf(batch);
-    if (ref == nullptr || index < 0 || static_cast<std::size_t>(index) >= batch->keys.frames.size() ||
+    if (ref == nullptr || index < 0 || static_cast<std::size_t>(index) >= batch->keys.size() ||
         !state().isValueFor(*ref->node, value))
         return A_Err_PARAMETER;
     const auto place = static_cast<std::size_t>(index);
@@ -199,8 +201,7 @@ A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& val
     const Components components = fromSuiteValue(*ref->node, value->val);
     if (!isFinite(components))
         return A_Err_PARAMETER;
-    const auto given = std::min(batch->components, batch->given);
-    std::copy_n(components.data(), given, batch->keys.values.data() + place * batch->components);
+    std::copy_n(components.data(), batch->given, batch->keys[place].value.data());
     return A_Err_NONE;
 }
 
@@ -216,7 +217,7 @@ A_Err setAddKeyframe(AEGP_AddKeyframesInfoH handle, A_long index, const AEGP_Str
     KeyBatch* batch = plainBatch(handle);
     // A value that was read from the batch's own stream is of its type.
     if (batch == nullptr || value == nullptr || value->streamH != batch->stream || batch->target->openValues == 0 ||
-        index < 0 || static_cast<std::size_t>(index) >= batch->keys.frames.size())
+        index < 0 || static_cast<std::size_t>(index) >= batch->keys.size())
         return setAnyKey(handle, index, value);
     return setPlainKey(*batch, static_cast<std::size_t>(index), value->val);
 }
@@ -227,12 +228,11 @@ A_Err endAddKeyframes(A_Boolean commit, AEGP_AddKeyframesInfoH handle) {
         return A_Err_PARAMETER;
     const StreamRef* ref = commit ? targetOf(batch) : nullptr;
     if (ref != nullptr && ref->node->path != nullptr)
-        addKeys(*ref->layer, *ref->node->path, batch->keys.frames, batch->outlines);
+        addKeys(*ref->layer, *ref->node->path, batch->keys, batch->outlines);
     else if (ref != nullptr)
         addKeys(*ref->layer, *ref->node, batch->keys);
     // The next batch begins with its memory.
-    batch->keys.frames.resize(0);
-    batch->keys.values.resize(0);
+    batch->keys.clear();
     state().spareKeys = std::move(batch->keys);
     state().batches.remove(handle);
     return commit && ref == nullptr ? A_Err_PARAMETER : A_Err_NONE;

@@ -65,13 +65,13 @@ void deleteKey(LayerEntry& entry, PathStream& path, std::size_t index) {
     path.changed = true;
 }
 
-void addKeys(LayerEntry& entry, PathStream& path, const std::vector<double>& frames,
+void addKeys(LayerEntry& entry, PathStream& path, const std::vector<NewKey>& keys,
              const std::vector<PathValue>& values) {
-    if (frames.empty())
+    if (keys.empty())
         return;
     state().journal.touchPath(entry, path);
-    for (std::size_t i = 0; i < frames.size(); ++i)
-        insertKey(path, frames[i], values[i]);
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        insertKey(path, keys[i].frame, values[i]);
     path.changed = true;
 }
 

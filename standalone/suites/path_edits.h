@@ -23,8 +23,8 @@ void setStaticPath(LayerEntry& entry, PathStream& path, const PathValue& value);
 void deleteKey(LayerEntry& entry, PathStream& path, std::size_t index);
 
 /// Adds keys in any order: of several at one frame the last given counts, and it replaces a key that stood there.
-/// @param values  as many as `frames`
-void addKeys(LayerEntry& entry, PathStream& path, const std::vector<double>& frames,
+/// @param values  as many as `keys`
+void addKeys(LayerEntry& entry, PathStream& path, const std::vector<NewKey>& keys,
              const std::vector<PathValue>& values);
 
 } // namespace jostle::standalone

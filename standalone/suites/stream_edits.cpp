@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <numeric>
 
 #include "standalone/document/evaluate.h"
 
@@ -17,10 +16,6 @@ int storedComponents(const Stream& stream, int count) {
     return count > 1 && stream.keys.empty() ? std::max(stream.components, 2) : stream.components;
 }
 
-bool rises(const std::vector<double>& frames) {
-    return std::adjacent_find(frames.begin(), frames.end(), std::greater_equal<>()) == frames.end();
-}
-
 /// Appends one key of `from` to `to`. `segments` of `to` are kept only where `from` has them or `to` has begun to.
 void appendKey(KeyTrack& to, const KeyTrack& from, std::size_t index, std::size_t components, bool withSegments) {
     to.frames.push_back(from.frames[index]);
@@ -30,18 +25,30 @@ void appendKey(KeyTrack& to, const KeyTrack& from, std::size_t index, std::size_
         to.segments.push_back(from.segments.empty() ? KeySegment{} : from.segments[index]);
 }
 
-/// The batch in order of time, of equal frames only the last given.
-KeyTrack ordered(const KeyTrack& batch, std::size_t components) {
-    std::vector<std::size_t> order(batch.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return batch.frames[a] < batch.frames[b]; });
-    KeyTrack sorted;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        if (i + 1 == order.size() || batch.frames[order[i]] != batch.frames[order[i + 1]])
-            appendKey(sorted, batch, order[i], components, false);
+/// Brings a batch in order of time, of equal frames only the last given.
+void putInOrder(std::vector<NewKey>& batch) {
+    const auto doesNotRise = [](const NewKey& a, const NewKey& b) { return a.frame >= b.frame; };
+    if (std::adjacent_find(batch.begin(), batch.end(), doesNotRise) == batch.end())
+        return;
+    std::stable_sort(batch.begin(), batch.end(), [](const NewKey& a, const NewKey& b) { return a.frame < b.frame; });
+    // From behind, the last given of a frame is the first of its kind.
+    const auto isSameFrame = [](const NewKey& a, const NewKey& b) { return a.frame == b.frame; };
+    batch.erase(batch.begin(), std::unique(batch.rbegin(), batch.rend(), isSameFrame).base());
+}
+
+/// A batch as a track, with just the memory that it needs.
+KeyTrack trackOf(const std::vector<NewKey>& batch, std::size_t components) {
+    KeyTrack track;
+    track.frames.resize(batch.size());
+    track.values.resize(batch.size() * components);
+    double* frame = track.frames.data();
+    double* value = track.values.data();
+    for (const NewKey& key : batch) {
+        *frame++ = key.frame;
+        for (std::size_t c = 0; c < components; ++c)
+            *value++ = key.value[c];
     }
-    return sorted;
+    return track;
 }
 
 /// Both tracks in one. A segment that a new key cuts in two becomes linear unless it holds: its handles were made
@@ -157,15 +164,15 @@ void deleteKey(LayerEntry& entry, Stream& stream, std::size_t index) {
     stream.changed = true;
 }
 
-void addKeys(LayerEntry& entry, const TreeNode& leaf, const KeyTrack& batch) {
+void addKeys(LayerEntry& entry, const TreeNode& leaf, std::vector<NewKey>& batch) {
     if (batch.empty())
         return;
     Stream& stream = *leaf.stream;
     state().journal.touchStream(entry, stream);
     stream.components = storedComponents(stream, suiteComponents(leaf));
     const auto components = static_cast<std::size_t>(stream.components);
-    // A copy takes just the memory that it needs.
-    KeyTrack added = rises(batch.frames) ? batch : ordered(batch, components);
+    putInOrder(batch);
+    KeyTrack added = trackOf(batch, components);
     stream.keys = stream.keys.empty() ? std::move(added) : merged(stream.keys, added, components);
     stream.changed = true;
 }

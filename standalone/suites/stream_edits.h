@@ -36,6 +36,7 @@ void setStaticValue(LayerEntry& entry, Stream& stream, int count, const Componen
 void deleteKey(LayerEntry& entry, Stream& stream, std::size_t index);
 
 /// Adds keys in any order. Of several at one frame the last given counts, and it replaces a key that stood there.
-void addKeys(LayerEntry& entry, const TreeNode& leaf, const KeyTrack& batch);
+/// @param batch  brought into order if it is not
+void addKeys(LayerEntry& entry, const TreeNode& leaf, std::vector<NewKey>& batch);
 
 } // namespace jostle::standalone
