@@ -53,6 +53,18 @@ public:
         return !failed();
     }
 
+    /// An operation itself, for those called so often that `call` would cost as much as they do: to be called only
+    /// while the chain has not failed, and its error handed to `fail`. Valid as long as the chain.
+    /// @return null if the chain has failed, as it does here if the suite is missing
+    template<auto operation>
+    auto find() {
+        const auto* suite = failed() ? nullptr : suites_.template get<TableOf<operation>>();
+        const auto found = suite == nullptr ? nullptr : suite->*operation;
+        if (found == nullptr)
+            fail(A_Err_MISSING_SUITE);
+        return found;
+    }
+
     /// As `call`, for a question whose refusal is an answer too: an error of the host does not stop the chain. A
     /// missing suite does.
     template<auto operation, class... Arguments>

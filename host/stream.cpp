@@ -185,16 +185,22 @@ std::vector<NamedStream> childrenOf(const Stream& group) {
     return children;
 }
 
-KeyframeBatch::KeyframeBatch(HostChain& chain, const Stream& stream) : chain_(&chain) {
+KeyframeBatch::KeyframeBatch(HostChain& chain, const Stream& stream)
+    : chain_(&chain),
+      add_(chain.find<&AEGP_KeyframeSuite4::AEGP_AddKeyframes>()),
+      set_(chain.find<&AEGP_KeyframeSuite4::AEGP_SetAddKeyframe>()) {
     if (!chain.call<&AEGP_KeyframeSuite4::AEGP_StartAddKeyframes>(stream.handle(), &handle_))
         handle_ = nullptr;
 }
 
 void KeyframeBatch::add(A_Time time, const StreamValue& value) {
+    if (chain_->failed())
+        return;
     A_long index = 0;
-    if (handle_ != nullptr &&
-        chain_->call<&AEGP_KeyframeSuite4::AEGP_AddKeyframes>(handle_, AEGP_LTimeMode_CompTime, &time, &index))
-        chain_->call<&AEGP_KeyframeSuite4::AEGP_SetAddKeyframe>(handle_, index, &value.record());
+    A_Err error = add_(handle_, AEGP_LTimeMode_CompTime, &time, &index);
+    if (error == A_Err_NONE)
+        error = set_(handle_, index, &value.record());
+    chain_->fail(error);
 }
 
 void KeyframeBatch::end(bool commit) {

@@ -144,6 +144,8 @@ private:
 
     HostChain* chain_;
     AEGP_AddKeyframesInfoH handle_ = nullptr;
+    decltype(AEGP_KeyframeSuite4::AEGP_AddKeyframes) add_;
+    decltype(AEGP_KeyframeSuite4::AEGP_SetAddKeyframe) set_;
 };
 
 } // namespace jostle

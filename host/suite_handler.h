@@ -26,18 +26,20 @@ public:
     /// The table, valid as long as the handler; null if the host does not hand it out.
     template<class Suite>
     [[nodiscard]] const Suite* get() {
-        // Asked for with every call of the host.
-        static const std::size_t number = kindsAskedFor++;
-        if (number >= known_.size())
+        const std::size_t kind = kindOf<Suite>;
+        if (kind >= known_.size())
             return static_cast<const Suite*>(acquire(Suite::suiteName, Suite::suiteVersion));
-        if (known_[number] == nullptr)
-            known_[number] = acquire(Suite::suiteName, Suite::suiteVersion);
-        return static_cast<const Suite*>(known_[number]);
+        if (known_[kind] == nullptr)
+            known_[kind] = acquire(Suite::suiteName, Suite::suiteVersion);
+        return static_cast<const Suite*>(known_[kind]);
     }
 
 private:
     static constexpr std::size_t suiteCount = 18; // tables of host/suites.h
-    static inline std::size_t kindsAskedFor = 0;  // of tables, by anybody
+    static inline std::size_t kinds = 0;          // of tables that anybody asks for
+    // Known before the first call of the host, each of which asks for it.
+    template<class Suite>
+    static inline const std::size_t kindOf = kinds++;
 
     struct Slot {
         const char* name = nullptr;

@@ -34,15 +34,7 @@ public:
     /// The entry, at an address that holds until it is removed; null for a handle that is not out.
     [[nodiscard]] Entry* find(Handle handle) {
         // Calls come in rows for the same thing.
-        if (handle == lastHandle_ && lastEntry_ != nullptr)
-            return lastEntry_;
-        const auto wanted = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
-        const std::size_t place = static_cast<std::size_t>((wanted & 0xFFFFFFFFu) >> 4) - 1;
-        if (place >= slots_.size() || !slots_[place].entry || code(place) != wanted)
-            return nullptr;
-        lastHandle_ = handle;
-        lastEntry_ = &*slots_[place].entry;
-        return lastEntry_;
+        return handle == lastHandle_ && lastEntry_ != nullptr ? lastEntry_ : findAnother(handle);
     }
 
     /// Whether the handle is of this family and was given back.
@@ -70,6 +62,17 @@ private:
         std::optional<Entry> entry;
         std::uint32_t generation = 0;
     };
+
+    // Out of line, to keep the calls in rows short.
+    [[nodiscard, gnu::noinline]] Entry* findAnother(Handle handle) {
+        const auto wanted = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
+        const std::size_t place = static_cast<std::size_t>((wanted & 0xFFFFFFFFu) >> 4) - 1;
+        if (place >= slots_.size() || !slots_[place].entry || code(place) != wanted)
+            return nullptr;
+        lastHandle_ = handle;
+        lastEntry_ = &*slots_[place].entry;
+        return lastEntry_;
+    }
 
     [[nodiscard]] std::uint64_t code(std::size_t place) const {
         return (static_cast<std::uint64_t>(family_) << 56) |

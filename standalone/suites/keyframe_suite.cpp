@@ -137,7 +137,7 @@ KeyBatch* plainBatch(AEGP_AddKeyframesInfoH handle) {
 }
 
 /// Adds a key with the present value, which holds until one is set. @return its index
-A_long addPlainKey(KeyBatch& batch, const A_Time& time) {
+[[gnu::always_inline]] inline A_long addPlainKey(KeyBatch& batch, const A_Time& time) {
     if (batch.keys.size() == batch.keys.capacity())
         makeRoom(batch.keys);
     batch.keys.push_back({batch.clock.frameAt({time.value, time.scale}), batch.present});
