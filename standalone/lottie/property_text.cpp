@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "standalone/lottie/number_text.h"
 
@@ -12,74 +11,24 @@ namespace {
 
 using Print = char* (*)(char*, double);
 
-/// A text that is copied many times. Most are short, and are copied with room to spare instead of to their length.
-class FixedText {
-public:
-    static constexpr std::size_t slack = 128; ///< characters behind a copy that may be written over
-
-    explicit FixedText(std::string_view text) : size_(text.size()) {
-        if (size_ <= slack)
-            std::memcpy(short_, text.data(), size_);
-        else
-            long_ = text;
-    }
-
-    [[nodiscard]] std::size_t size() const { return size_; }
-
-    /// @return behind the copy
-    [[nodiscard]] char* copyTo(char* at) const {
-        if (size_ <= 16)
-            std::memcpy(at, short_, 16);
-        else if (size_ <= 64)
-            std::memcpy(at, short_, 64);
-        else if (size_ <= slack)
-            std::memcpy(at, short_, slack);
-        else
-            std::memcpy(at, long_.data(), size_);
-        return at + size_;
-    }
-
-private:
-    char short_[slack] = {};
-    std::string long_;
-    std::size_t size_;
-};
-
-/// Prints frames, most of which are the one after the last.
-class FrameText {
-public:
-    /// A frame that is no finite number is the last one.
-    /// @param at  room for numberTextRoom characters
-    /// @return behind the last character
-    [[nodiscard]] char* print(char* at, double frame) {
-        if (frame == frame_ + 1 && length_ > 0 && text_[length_ - 1] < '9') {
-            frame_ = frame;
-            ++text_[length_ - 1];
-            std::memcpy(at, text_, sizeof text_);
-            return at + length_;
-        }
-        if (std::isfinite(frame))
-            frame_ = frame;
-        char* const end = printThousandths(at, frame_);
-        const auto length = static_cast<std::size_t>(end - at);
-        const bool canRise = length <= sizeof text_ && frame_ >= 0 && frame_ == std::floor(frame_);
-        length_ = canRise ? length : 0;
-        std::memcpy(text_, at, sizeof text_);
-        return end;
-    }
-
-private:
-    double frame_ = 0;
-    char text_[16] = {};
-    std::size_t length_ = 0; ///< of the text, if it is that of a whole number that is not below 0
-};
+/// Prints a number that is large, or is not finite: in place of that one stands the last finite one before it.
+/// @param back  by how many places the one before it stands earlier; 0 if it is the first
+/// @param last  what stood in place of the one before it if that was not finite
+char* printOdd(char* at, const double* number, std::size_t back, double& last) {
+    if (std::isfinite(*number))
+        return printLargeThousandths(at, *number);
+    const double before = back > 0 ? *(number - back) : last;
+    last = std::isfinite(before) ? before : last;
+    return printLargeThousandths(at, last);
+}
 
 class PropertyPrinter {
 public:
-    PropertyPrinter(const Stream& stream, FieldForm form, const TextStyle& style)
+    PropertyPrinter(const Stream& stream, FieldForm form, const TextStyle& style, KeyTextsStore& texts)
         : stream_{stream},
           form_{form},
           style_{style},
+          texts_{texts},
           components_{static_cast<std::size_t>(stream.components)},
           print_{stream.keys.segments.empty() ? Print{printThousandths} : Print{printShortest}} {}
 
@@ -123,7 +72,11 @@ private:
         out += ']';
     }
 
-    [[nodiscard]] std::string name(std::string_view text) const { return '"' + std::string(text) + '"' + style_.colon; }
+    [[nodiscard]] std::string name(std::string_view text) const { return nameText(text, style_); }
+
+    [[nodiscard]] const KeyTexts& keyTexts() const {
+        return texts_.find(style_, propertyFacts(form_).plainHandles, components_);
+    }
 
     /// One side of a segment's easing as a member, with the comma before it.
     [[nodiscard]] std::string handle(std::string_view side, const Components& x, const Components& y) const {
@@ -148,24 +101,11 @@ private:
         return handle("o", outX, outY) + handle("i", inX, inY);
     }
 
-    [[nodiscard]] std::string linearEasing() const {
-        const bool plain = propertyFacts(form_).plainHandles;
-        const auto side = [&](std::string_view sideName, std::string_view number) {
-            std::string numbers = plain ? "" : "[";
-            for (std::size_t c = 0; c < (plain ? 1 : components_); ++c)
-                numbers.append(c > 0 ? style_.comma : "").append(number);
-            numbers += plain ? "" : "]";
-            return style_.comma + name(sideName) + '{' + name("x") + numbers + style_.comma + name("y") + numbers + '}';
-        };
-        return side("o", "0") + side("i", "1");
-    }
-
     /// What follows the value of a key that leads to another one.
-    [[nodiscard]] std::string segmentText(const KeySegment& segment) {
+    [[nodiscard]] std::string segmentText(const KeySegment& segment, const KeyTexts& texts) {
         if (segment.hold)
             return style_.comma + name("h") + '1';
-        std::string out =
-            segment.linear ? linearEasing() : easing(segment.outX, segment.outY, segment.inX, segment.inY);
+        std::string out = segment.linear ? texts.easing : easing(segment.outX, segment.outY, segment.inX, segment.inY);
         if (segment.spatial) {
             for (const auto& [side, tangent] :
                  {std::pair{"to", &segment.outTangent}, std::pair{"ti", &segment.inTangent}}) {
@@ -176,52 +116,36 @@ private:
         return out;
     }
 
-    /// Texts around the numbers of keys.
-    struct KeyTexts {
-        KeyTexts(const PropertyPrinter& printer, const std::string& easing)
-            : indent{printer.style_.newline.empty()
-                         ? ""
-                         : printer.style_.newline + printer.style_.indent + printer.style_.unit},
-              between{printer.style_.newline.empty() ? printer.style_.comma : ',' + indent},
-              begin{'[' + indent + '{' + printer.name("t")},
-              next{between + '{' + printer.name("t")},
-              middle{printer.style_.comma + printer.name("s") + '['},
-              comma{printer.style_.comma},
-              linear{']' + easing + '}'},
-              linearAndNext{']' + easing + '}' + between + '{' + printer.name("t")},
-              end{(printer.style_.newline.empty() ? "" : printer.style_.newline + printer.style_.indent) + ']'} {}
-
-        std::string indent, between;
-        FixedText begin, next, middle, comma, linear, linearAndNext;
-        std::string end;
-        /// Characters of a key with so many components at most, with what follows it.
-        [[nodiscard]] std::size_t most(std::size_t components) const {
-            return begin.size() + next.size() + middle.size() + components * comma.size() + linearAndNext.size() +
-                   (components + 1) * numberTextRoom + FixedText::slack;
-        }
-    };
-
     // Baked motion comes in hundreds of thousands of keys: all that is alike is made once, and the rest is put together
     // in the sink's own block.
     void printLinearKeys(TextSink& out) {
-        const KeyTrack& keys = stream_.keys;
-        const KeyTexts texts(*this, linearEasing());
-        const std::size_t most = texts.most(components_);
-        const double* const frames = keys.frames.data();
-        const double* numbers = keys.values.data();
-        const std::size_t count = keys.size();
-        FrameText frame;
+        const KeyTexts& texts = keyTexts();
+        const std::size_t most = texts.most, components = components_, count = stream_.keys.size();
+        const double* frames = stream_.keys.frames.data();
+        const double* numbers = stream_.keys.values.data();
         char* at = texts.begin.copyTo(out.room(most));
-        for (std::size_t key = 0; key < count; ++key) {
-            if (key > 0) {
-                out.take(at);
-                at = texts.linearAndNext.copyTo(out.room(most));
+        const char* roomEnd = out.roomEnd();
+        double lastFrame = 0;
+        for (std::size_t key = 0;; ++frames) {
+            const auto oddFrame = [&](char* place) { return printOdd(place, frames, key > 0 ? 1 : 0, lastFrame); };
+            at = texts.middle.copyTo(printFrame(at, *frames, oddFrame));
+            for (std::size_t c = 0;; ++numbers) {
+                const auto odd = [&](char* place) {
+                    return printOdd(place, numbers, key > 0 ? components : 0, last_[c]);
+                };
+                at = printThousandths(at, *numbers, odd);
+                if (++c == components)
+                    break;
+                at = texts.comma.copyTo(at);
             }
-            at = texts.middle.copyTo(frame.print(at, frames[key]));
-            for (std::size_t c = 0; c < components_; ++c, ++numbers) {
-                if (c > 0)
-                    at = texts.comma.copyTo(at);
-                at = printThousandths(at, finite(*numbers, c));
+            ++numbers;
+            if (++key == count)
+                break;
+            at = texts.linearAndNext.copyTo(at);
+            if (static_cast<std::size_t>(roomEnd - at) < most) {
+                out.take(at);
+                at = out.room(most);
+                roomEnd = out.roomEnd();
             }
         }
         *at++ = ']';
@@ -232,8 +156,8 @@ private:
 
     void printKeys(TextSink& out) {
         const KeyTrack& keys = stream_.keys;
-        const KeyTexts texts(*this, linearEasing());
-        const std::size_t most = texts.most(components_);
+        const KeyTexts& texts = keyTexts();
+        const std::size_t most = texts.most;
         double frame = 0;
         // What stands before the frame is there.
         const auto start = [&](char* at, std::size_t key, const double* numbers) {
@@ -253,7 +177,7 @@ private:
             *at++ = ']';
             out.take(at);
             if (key < last)
-                out.write(segmentText(keys.segments[key]));
+                out.write(segmentText(keys.segments[key], texts));
             out.write("}");
             if (key < last &&
                 keys.segments[key].hasEnd) { // a leap takes two keys at one frame, as in the file it is from
@@ -269,6 +193,7 @@ private:
     const Stream& stream_;
     FieldForm form_;
     const TextStyle& style_;
+    KeyTextsStore& texts_;
     std::size_t components_;
     Print print_;
     Components last_{};
@@ -276,13 +201,14 @@ private:
 
 } // namespace
 
-void printValue(const Stream& stream, FieldForm form, const TextStyle& style, TextSink& out) {
-    PropertyPrinter(stream, form, style).value(out);
+void printValue(const Stream& stream, FieldForm form, const TextStyle& style, KeyTextsStore& texts, TextSink& out) {
+    PropertyPrinter(stream, form, style, texts).value(out);
 }
 
 std::string valueText(const Stream& stream, FieldForm form, const TextStyle& style) {
     StringSink out;
-    printValue(stream, form, style, out);
+    KeyTextsStore texts;
+    printValue(stream, form, style, texts, out);
     return out.text();
 }
 

@@ -6,6 +6,7 @@
 #include "standalone/document/stream.h"
 #include "standalone/lottie/fields.h"
 #include "standalone/lottie/format_rules.h"
+#include "standalone/lottie/key_texts.h"
 #include "standalone/lottie/splice.h"
 
 namespace jostle::standalone {
@@ -15,7 +16,8 @@ namespace jostle::standalone {
 /// Keys without segments, as baked motion has them, are linear and rounded to a thousandth; others keep their easing
 /// and their numbers. In place of a number that is not finite stands the last finite one before it.
 /// @param style  of the object that holds the member
-void printValue(const Stream& stream, FieldForm form, const TextStyle& style, TextSink& out);
+/// @param texts  kept from one property to the next
+void printValue(const Stream& stream, FieldForm form, const TextStyle& style, KeyTextsStore& texts, TextSink& out);
 
 /// That text.
 [[nodiscard]] std::string valueText(const Stream& stream, FieldForm form, const TextStyle& style);

@@ -27,6 +27,13 @@ void replaceValue(ObjectEdit& property, bool animated, TextPrinter value) {
     }
 }
 
+/// Whether a property's own text rests: neither keys nor a slot that may hold some.
+bool isPlainlyAtRest(const ObjectEdit& property) {
+    const JsonValue value = property.member("k");
+    const bool resting = value.type() == JsonType::Number || (value.isArray() && !value.firstChild());
+    return resting && !property.member("sid");
+}
+
 /// Whether the property's expression is to go.
 bool losesExpression(const ObjectEdit& property, bool had, bool has) {
     return had && !has && property.member("x");
@@ -50,14 +57,17 @@ void PropertyWriter::write(ObjectEdit& owner, std::string_view name, const Strea
         return;
     }
     ObjectEdit edit(property, style_);
-    const Stream before = properties_.stream(property, form);
     const bool enabled = stream.hasExpression && stream.expressionEnabled;
-    if (sameMotion(before, stream) && (!before.hasExpression || enabled || edit.member("x"))) {
+    // Of motion that is made for what rested, as most is, the text need not be read to see that it is another.
+    const bool isOther = !stream.keys.empty() && isPlainlyAtRest(edit);
+    const Stream before = isOther ? Stream{} : properties_.stream(property, form);
+    if (!isOther && sameMotion(before, stream) && (!before.hasExpression || enabled || edit.member("x"))) {
         if (losesExpression(edit, before.hasExpression, enabled))
             edit.remove("x");
     } else {
-        replaceValue(edit, isAnimated(stream),
-                     [&stream, form, style = edit.style()](TextSink& out) { printValue(stream, form, style, out); });
+        replaceValue(edit, isAnimated(stream), [this, &stream, form, style = edit.style()](TextSink& out) {
+            printValue(stream, form, style, keyTexts_, out);
+        });
     }
     edit.commit(edits);
 }

@@ -7,6 +7,7 @@
 #include "standalone/document/stream.h"
 #include "standalone/lottie/fields.h"
 #include "standalone/lottie/format_rules.h"
+#include "standalone/lottie/key_texts.h"
 #include "standalone/lottie/property_reader.h"
 #include "standalone/lottie/reader.h"
 #include "standalone/lottie/splice.h"
@@ -35,6 +36,7 @@ private:
     FormatRules rules_;
     TextStyle style_;
     PropertyReader properties_;
+    KeyTextsStore keyTexts_;
 };
 
 } // namespace jostle::standalone

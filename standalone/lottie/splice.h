@@ -19,6 +19,8 @@ struct TextStyle {
     std::string unit;    ///< by which deeper lines are indented more
     std::string colon = ":";
     std::string comma = ","; ///< between values on one line
+
+    friend bool operator==(const TextStyle&, const TextStyle&) = default;
 };
 
 /// The style of a document, as its root object shows it.

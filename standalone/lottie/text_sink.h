@@ -41,6 +41,8 @@ public:
             makeRoom(most);
         return block_.get() + used_;
     }
+    /// Behind the room that there is; it may be more than was asked for.
+    [[nodiscard]] const char* roomEnd() const { return block_.get() + capacity_; }
     /// @param end  behind what was put into the room
     void take(const char* end) { used_ = static_cast<std::size_t>(end - block_.get()); }
 

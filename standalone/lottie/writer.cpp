@@ -134,17 +134,17 @@ private:
     }
 
     static void writeFlags(const Layer& layer, ObjectEdit& edit) {
-        Layer before;
-        for (const JsonValue& member : edit.members())
-            readField(layerFields, member, before);
         for (const auto& field : layerFields) {
             if (field.use != FieldUse::Write)
                 continue;
             const bool digit = field.form == FieldForm::ZeroOne; // of auto-orientation alone
-            const bool value = digit ? turnsAlongItsWay(layer) : layer.*std::get<bool Layer::*>(field.member);
-            if (value == before.*std::get<bool Layer::*>(field.member) || (!digit && !layer.changed))
+            if (!digit && !layer.changed)
                 continue;
-            edit.set(field.name, digit ? (value ? "1" : "0") : (value ? "true" : "false"));
+            const JsonValue member = edit.member(field.name);
+            const bool before = digit ? member.flag() : member.boolean(false);
+            const bool value = digit ? turnsAlongItsWay(layer) : layer.*std::get<bool Layer::*>(field.member);
+            if (value != before)
+                edit.set(field.name, digit ? (value ? "1" : "0") : (value ? "true" : "false"));
         }
     }
 
