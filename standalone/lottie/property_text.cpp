@@ -121,24 +121,23 @@ private:
     void printLinearKeys(TextSink& out) {
         const KeyTexts& texts = keyTexts();
         const std::size_t most = texts.most, components = components_, count = stream_.keys.size();
-        const double* frames = stream_.keys.frames.data();
+        const double* const frames = stream_.keys.frames.data();
         const double* numbers = stream_.keys.values.data();
         char* at = texts.begin.copyTo(out.room(most));
         const char* roomEnd = out.roomEnd();
         double lastFrame = 0;
-        for (std::size_t key = 0;; ++frames) {
-            const auto oddFrame = [&](char* place) { return printOdd(place, frames, key > 0 ? 1 : 0, lastFrame); };
-            at = texts.middle.copyTo(printFrame(at, *frames, oddFrame));
-            for (std::size_t c = 0;; ++numbers) {
-                const auto odd = [&](char* place) {
-                    return printOdd(place, numbers, key > 0 ? components : 0, last_[c]);
-                };
-                at = printThousandths(at, *numbers, odd);
-                if (++c == components)
-                    break;
-                at = texts.comma.copyTo(at);
-            }
-            ++numbers;
+        for (std::size_t key = 0;;) {
+            const auto printComponent = [&](char* place, std::size_t c) {
+                return printThousandths(place, numbers[c], [&](char* oddPlace) {
+                    return printOdd(oddPlace, numbers + c, key > 0 ? components : 0, last_[c]);
+                });
+            };
+            at = printFrame(at, frames[key],
+                            [&](char* place) { return printOdd(place, frames + key, key > 0 ? 1 : 0, lastFrame); });
+            at = printComponent(texts.middle.copyTo(at), 0);
+            for (std::size_t c = 1; c < components; ++c)
+                at = printComponent(texts.comma.copyTo(at), c);
+            numbers += components;
             if (++key == count)
                 break;
             at = texts.linearAndNext.copyTo(at);

@@ -68,6 +68,13 @@ TEST(Writer, EditsOfAPosition) {
              bake(motionOf(c).position, {0, 1}, {3, nan, nan, std::numeric_limits<double>::infinity()});
          },
          R"({"a":1,"k":[{"t":0,"s":[3,0],"o":{"x":0,"y":0},"i":{"x":1,"y":1}},{"t":1,"s":[3,0]}]})"},
+        {"several in a row that are not finite, and frames from 1000 on", R"({"a":0,"k":[1,2]})",
+         [](Composition& c) {
+             const double nan = std::numeric_limits<double>::quiet_NaN();
+             bake(motionOf(c).position, {999, 1000, 1001.5}, {nan, -3, 1e6, nan, nan, nan});
+         },
+         R"({"a":1,"k":[{"t":999,"s":[0,-3],"o":{"x":0,"y":0},"i":{"x":1,"y":1}},)"
+         R"({"t":1000,"s":[1000000,-3],"o":{"x":0,"y":0},"i":{"x":1,"y":1}},{"t":1001.5,"s":[1000000,-3]}]})"},
         {"dimensions become one", R"({"s":1,"x":{"k":1},"y":{"k":2}})",
          [](Composition& c) {
              motionOf(c).separated = false;
@@ -213,6 +220,9 @@ TEST(Writer, NumbersArePlainDecimals) {
         {1.05, "1.05", "1.05"},
         {12.9999, "13", "12.9999"},
         {999.9996, "1000", "999.9996"},
+        {-1007.05, "-1007.05", "-1007.05"},
+        {999999.9984, "999999.998", "999999.9984"},
+        {999999.9996, "1000000", "999999.9996"},
         {-12345678.5, "-12345678.5", "-12345678.5"},
         {1e15, "1000000000000000", "1000000000000000"},
         {1e21, "1000000000000000000000", "1000000000000000000000"},
