@@ -64,8 +64,11 @@ Composition::Composition(const Composition& other)
 }
 
 TreeNode& treeOf(const Composition& composition, Layer& layer) {
-    if (!layer.tree)
-        layer.tree = composition.details ? composition.details->readTree(layer) : bareTree(layer);
+    if (!layer.tree) {
+        layer.tree = bareTree(layer);
+        if (composition.details)
+            composition.details->readLists(layer, *layer.tree);
+    }
     return *layer.tree;
 }
 

@@ -94,13 +94,14 @@ struct Layer {
     bool motionBlur = false;
     bool guide = false;
     bool adjustment = false;
-    int label = 0;     ///< 0 none, 1 to 16
-    int maskCount = 0; ///< while `tree` is null; see treeOf
+    int label = 0; ///< 0 none, 1 to 16
     Transform transform;
-    std::shared_ptr<TreeNode> tree; ///< root; null until it is asked for
+    std::shared_ptr<TreeNode> tree; ///< root; null until it is asked for, see treeOf
 
-    SourceSpan source;    ///< the layer object in the source text
-    bool changed = false; ///< parent, autoOrient, motionBlur or hidden differ from the source text
+    SourceSpan source;       ///< the layer object in the source text
+    SourceSpan shapesSource; ///< the list of its shapes there; empty if it has none
+    SourceSpan masksSource;  ///< as of shapes; empty too if there is no mask in it
+    bool changed = false;    ///< parent, autoOrient, motionBlur or hidden differ from the source text
 };
 
 /// A composition: the document's root. Layers stand topmost first and keep their addresses.

@@ -23,8 +23,8 @@ class LayerDetails {
 public:
     virtual ~LayerDetails() = default;
 
-    /// The tree of a layer's streams with its masks and shapes; see bareTree for the rest.
-    [[nodiscard]] virtual std::shared_ptr<TreeNode> readTree(Layer& layer) const = 0;
+    /// Adds the layer's masks and shapes to its tree, which has none yet.
+    virtual void readLists(const Layer& layer, TreeNode& root) const = 0;
 
     /// Glyph outlines of a text layer, laid out as its document at a composition frame says; none for other layers.
     [[nodiscard]] virtual TextOutlines textOutlines(const Layer& layer, double frame) const = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "standalone/document/composition.h"
 
@@ -115,6 +116,9 @@ int componentsOf(ValueForm form) {
 }
 
 Stream* transformStream(Transform& transform, NodeKind kind) {
+    const bool isDimension = kind == K::PositionX || kind == K::PositionY || kind == K::PositionZ;
+    if (isDimension && !transform.separated)
+        return nullptr; // nearly no layer needs them
     switch (kind) {
     case K::Anchor:
         return &transform.anchor;
@@ -146,20 +150,17 @@ constexpr bool isFixedChild(const NodeFacts& child, const NodeFacts& parent) {
 struct FixedNodes {
     std::uint8_t children = 0; ///< fixed ones
     std::uint8_t total = 1;    ///< nodes in all, with itself
-    std::uint8_t streams = 0;  ///< of the nodes in all
 };
 
 constexpr std::array<FixedNodes, nodeKindCount> countFixedNodes() {
     std::array<FixedNodes, nodeKindCount> all{};
     // A kind stands behind the one that holds it.
     for (std::size_t i = nodeKindCount; i-- > 0;) {
-        all[i].streams = facts[i].form != F::None && facts[i].form != F::Path ? 1 : 0;
         for (const NodeFacts& below : facts) {
             if (isFixedChild(below, facts[i])) {
-                const FixedNodes& within = all[static_cast<std::size_t>(below.kind)];
                 ++all[i].children;
-                all[i].total = static_cast<std::uint8_t>(all[i].total + within.total);
-                all[i].streams = static_cast<std::uint8_t>(all[i].streams + within.streams);
+                all[i].total =
+                    static_cast<std::uint8_t>(all[i].total + all[static_cast<std::size_t>(below.kind)].total);
             }
         }
     }
@@ -167,96 +168,80 @@ constexpr std::array<FixedNodes, nodeKindCount> countFixedNodes() {
 }
 constexpr std::array<FixedNodes, nodeKindCount> fixedNodes = countFixedNodes();
 
+const FixedNodes& fixedNodesOf(NodeKind kind) {
+    return fixedNodes[static_cast<std::size_t>(kind)];
+}
+
 /// The places of a node and of all that it always has, side by side in memory.
 class NodeBlock {
 public:
-    NodeBlock(NodeKind kind, bool hasOwnStreams) : places_(std::make_shared<Places>()) {
-        const FixedNodes& count = fixedNodes[static_cast<std::size_t>(kind)];
-        places_->nodes = std::vector<TreeNode>(count.total);
-        if (hasOwnStreams)
-            places_->streams = std::vector<Stream>(count.streams);
-        nextNode_ = places_->nodes.data();
-        nextStream_ = places_->streams.data();
-    }
+    // Nodes say themselves how they begin.
+    explicit NodeBlock(std::size_t count)
+        : nodes_(std::make_shared_for_overwrite<TreeNode[]>(count)), next_(nodes_.get()) {}
 
-    TreeNode& takeNode() { return *nextNode_++; }
-    Stream& takeStream() { return *nextStream_++; }
+    TreeNode* take(std::size_t count) { return std::exchange(next_, next_ + count); }
     /// The first node, which holds all others.
-    [[nodiscard]] std::shared_ptr<TreeNode> node() const { return {places_, places_->nodes.data()}; }
+    [[nodiscard]] std::shared_ptr<TreeNode> first() const { return {nodes_, nodes_.get()}; }
 
 private:
-    struct Places {
-        std::vector<TreeNode> nodes;
-        std::vector<Stream> streams;
-    };
-    std::shared_ptr<Places> places_;
-    TreeNode* nextNode_ = nullptr;
-    Stream* nextStream_ = nullptr;
+    std::shared_ptr<TreeNode[]> nodes_;
+    TreeNode* next_;
 };
 
-/// A child that lies beside its parent.
-std::shared_ptr<TreeNode> fixedChild(TreeNode& node) {
-    return {std::shared_ptr<TreeNode>(), &node};
-}
-
-/// Makes a node with the streams that its facts ask for, and all that it always has.
-TreeNode& fill(NodeBlock& block, NodeKind kind, TreeNode* parent, bool hasOwnStreams) {
+/// Makes a node with the stream that its facts ask for, and all that it always has.
+void fill(TreeNode& node, NodeBlock& block, NodeKind kind, TreeNode* parent) {
     const NodeFacts& fact = factsOf(kind);
-    TreeNode& node = block.takeNode();
     node.kind = kind;
     node.parent = parent;
     if (fact.form == F::Path) {
-        node.path = std::make_shared<PathStream>();
-    } else if (fact.form != F::None && hasOwnStreams) {
-        node.stream = node.own = &block.takeStream();
+        node.path = std::make_unique<PathStream>();
+    } else if (fact.form != F::None && fact.parent != K::TransformGroup) {
+        node.own = std::make_unique<Stream>();
+        node.stream = node.own.get();
         node.stream->components = componentsOf(fact.form);
         std::fill_n(node.stream->value.begin(), node.stream->components, fact.defaultValue);
     }
-    const std::size_t count = fixedNodes[static_cast<std::size_t>(kind)].children;
-    node.children.reserve(count);
-    for (const NodeFacts* below = &fact + 1; node.children.size() < count; ++below) {
-        if (isFixedChild(*below, fact))
-            node.children.push_back(fixedChild(fill(block, below->kind, &node, hasOwnStreams)));
+    const std::size_t count = fixedNodesOf(kind).children;
+    if (count == 0)
+        return;
+    TreeNode* below = block.take(count);
+    node.children.fix(below, count);
+    for (const NodeFacts* childFact = &fact + 1; below != node.children[0] + count; ++childFact) {
+        if (isFixedChild(*childFact, fact))
+            fill(*below++, block, childFact->kind, &node);
     }
-    return node;
 }
 
-std::shared_ptr<TreeNode> newNode(NodeKind kind, TreeNode* parent, bool hasOwnStreams) {
-    NodeBlock block(kind, hasOwnStreams);
-    fill(block, kind, parent, hasOwnStreams);
-    return block.node();
+std::shared_ptr<TreeNode> newNode(NodeKind kind, TreeNode* parent) {
+    NodeBlock block(fixedNodesOf(kind).total);
+    fill(*block.take(1), block, kind, parent);
+    return block.first();
 }
 
-TreeNode& copyInto(NodeBlock& block, const TreeNode& node, TreeNode* parent) {
-    TreeNode& copy = block.takeNode();
-    copy.kind = node.kind;
+/// Gives a new node of the same kind what another one has, and copies of all that its lists hold.
+void copyInto(TreeNode& copy, const TreeNode& node) {
     copy.name = node.name;
-    copy.parent = parent;
-    copy.stream = node.stream;
-    if (node.own) {
-        copy.stream = copy.own = &block.takeStream();
+    if (node.own)
         *copy.own = *node.own;
-    }
     if (node.path)
-        copy.path = std::make_shared<PathStream>(*node.path);
+        *copy.path = *node.path;
     copy.matchName = node.matchName;
     copy.source = node.source;
     copy.rotoBezier = node.rotoBezier;
     copy.listChanged = node.listChanged;
     copy.hasSeparatedSource = node.hasSeparatedSource;
-    copy.children.reserve(node.children.size());
-    const bool areFixed = fixedNodes[static_cast<std::size_t>(node.kind)].children > 0;
-    for (const auto& child : node.children)
-        copy.children.push_back(areFixed ? fixedChild(copyInto(block, *child, &copy)) : copied(*child, &copy));
-    return copy;
+    if (factsOf(node).grouping != indexed) {
+        for (std::size_t place = 0; place < node.children.size(); ++place)
+            copyInto(*copy.children[place], *node.children[place]);
+        return;
+    }
+    copy.children.list().reserve(node.children.size());
+    for (const TreeNode* child : node.children)
+        copy.children.list().push_back(copied(*child, &copy));
 }
 
-/// Points the leaves of a transform at the streams of a layer.
-void bindTransform(TreeNode& root, Layer& layer) {
-    if (const TreeNode* group = childOf(root, K::TransformGroup)) {
-        for (const auto& child : group->children)
-            child->stream = transformStream(layer.transform, child->kind);
-    }
+bool canHaveMasks(const Layer& layer) {
+    return (layer.kind != LayerKind::Camera && layer.kind != LayerKind::Light) || !layer.masksSource.empty();
 }
 
 } // namespace
@@ -266,31 +251,64 @@ const NodeFacts& factsOf(NodeKind kind) {
 }
 
 TreeNode* childOf(const TreeNode& node, NodeKind kind) {
-    const auto found = std::find_if(node.children.begin(), node.children.end(),
-                                    [&](const auto& child) { return child->kind == kind; });
-    return found == node.children.end() ? nullptr : found->get();
+    for (TreeNode* child : node.children) {
+        if (child->kind == kind)
+            return child;
+    }
+    return nullptr;
 }
 
-TreeNode& addNode(TreeNode& parent, NodeKind kind) {
-    return *parent.children.emplace_back(newNode(kind, &parent, true));
+TreeNode& addNode(TreeNode& list, NodeKind kind) {
+    return *list.children.list().emplace_back(newNode(kind, &list));
 }
 
 std::shared_ptr<TreeNode> copied(const TreeNode& node, TreeNode* parent) {
-    NodeBlock block(node.kind, node.kind != K::TransformGroup);
-    copyInto(block, node, parent);
-    return block.node();
+    std::shared_ptr<TreeNode> copy = newNode(node.kind, parent);
+    copyInto(*copy, node);
+    return copy;
 }
 
 std::shared_ptr<TreeNode> bareTree(Layer& layer) {
-    auto root = newNode(K::Root, nullptr, false);
-    root->children.push_back(newNode(K::TransformGroup, root.get(), false));
-    bindTransform(*root, layer);
-    return root;
+    std::array<NodeKind, 3> kinds;
+    std::size_t count = 0;
+    if (layer.kind == LayerKind::Shape)
+        kinds[count++] = K::VectorsRoot;
+    if (canHaveMasks(layer))
+        kinds[count++] = K::MaskParade;
+    kinds[count++] = K::TransformGroup;
+    NodeBlock block(count + fixedNodesOf(K::TransformGroup).total);
+    TreeNode& root = *block.take(1);
+    TreeNode* const groups = block.take(count);
+    root.children.fix(groups, count);
+    for (std::size_t i = 0; i < count; ++i)
+        fill(groups[i], block, kinds[i], &root);
+    TreeNode& transform = groups[count - 1];
+    bindTransform(root, layer);
+    transform.source = layer.transform.source;
+    for (TreeNode* leaf : transform.children)
+        leaf->source = leaf->stream != nullptr ? leaf->stream->source : SourceSpan{};
+    return block.first();
+}
+
+void bindTransform(const TreeNode& root, Layer& layer) {
+    for (TreeNode* leaf : childOf(root, K::TransformGroup)->children) {
+        if (Stream* stream = transformStream(layer.transform, leaf->kind))
+            leaf->stream = stream;
+    }
+}
+
+TreeNode& transformLeaf(const TreeNode& root, NodeKind kind) {
+    // In the order of the kinds.
+    const auto place = static_cast<std::size_t>(kind) - static_cast<std::size_t>(K::Anchor);
+    return *childOf(root, K::TransformGroup)->children[place];
 }
 
 std::shared_ptr<TreeNode> treeCopiedFor(Layer& layer, const TreeNode& root) {
-    auto copy = copied(root, nullptr);
-    bindTransform(*copy, layer);
+    std::shared_ptr<TreeNode> copy = bareTree(layer);
+    for (const TreeNode* group : root.children) {
+        if (group->kind != K::TransformGroup)
+            copyInto(*childOf(*copy, group->kind), *group);
+    }
     return copy;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <string>
-#include <vector>
 
+#include "standalone/document/lean_vector.h"
 #include "standalone/document/path.h"
 #include "standalone/document/rare.h"
 #include "standalone/document/stream.h"
@@ -109,27 +111,81 @@ struct NodeFacts {
 };
 [[nodiscard]] const NodeFacts& factsOf(NodeKind kind);
 
-/// One node of the tree. Nodes keep their addresses for as long as anything holds them.
+struct TreeNode;
+
+/// The children of a node, in order.
 ///
-/// The children that a named group always has lie beside it in memory and last as long as it does: the pointers to
-/// them own nothing. Those of a list, which come and go, are owned by it.
+/// Those that a named group has from its beginning to its end lie side by side in memory, next to it, and last as long
+/// as it does. Those of a list, which come and go, are owned by it.
+class NodeChildren {
+public:
+    using List = LeanVector<std::shared_ptr<TreeNode>>;
+
+    /// Goes through pointers to the children.
+    class Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = TreeNode*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const value_type*;
+        using reference = value_type;
+
+        Iterator(const NodeChildren& children, std::size_t place) : children_(&children), place_(place) {}
+        TreeNode* operator*() const { return (*children_)[place_]; }
+        Iterator& operator++() {
+            ++place_;
+            return *this;
+        }
+        bool operator==(const Iterator& other) const { return place_ == other.place_; }
+
+    private:
+        const NodeChildren* children_;
+        std::size_t place_;
+    };
+
+    [[nodiscard]] std::size_t size() const { return fixedCount_ + list_.size(); }
+    [[nodiscard]] bool empty() const { return size() == 0; }
+    [[nodiscard]] TreeNode* operator[](std::size_t place) const;
+    [[nodiscard]] Iterator begin() const { return {*this, 0}; }
+    [[nodiscard]] Iterator end() const { return {*this, size()}; }
+
+    /// Of an indexed group, to be changed; empty in others.
+    [[nodiscard]] List& list() { return list_; }
+    /// Gives a named group its children.
+    void fix(TreeNode* first, std::size_t count) {
+        fixed_ = first;
+        fixedCount_ = count;
+    }
+
+private:
+    TreeNode* fixed_ = nullptr;
+    std::size_t fixedCount_ = 0;
+    List list_;
+};
+
+/// One node of the tree. Nodes keep their addresses for as long as anything holds them, or the group that they are
+/// fixed children of.
 ///
 /// A leaf has its numbers in `stream`, or its outline in `path`. Elements are the children of VectorsRoot and
 /// GroupContents; a Group's children are its GroupContents and its GroupTransform.
 struct TreeNode {
     NodeKind kind = NodeKind::Root;
-    Rare<std::string> name; ///< UTF-8; empty if the file has none
+    bool rotoBezier = false;         ///< of a mask; memory only
+    bool listChanged = false;        ///< of a list: children differ from those of the source text
+    bool hasSeparatedSource = false; ///< the source has one property for each dimension, merged in `stream`
+    SourceSpan source;               ///< the object (of a leaf: the property) in the source text; empty if new
     TreeNode* parent = nullptr;
-    std::vector<std::shared_ptr<TreeNode>> children;
+    NodeChildren children;
     Stream* stream = nullptr;         ///< of leaves with numbers: `own`, or one of the layer's transform
-    Stream* own = nullptr;            ///< beside the node in memory; null for leaves of the layer's transform
-    std::shared_ptr<PathStream> path; ///< of MaskShape and PathShape
+    std::unique_ptr<Stream> own;      ///< null for leaves of the layer's transform
+    std::unique_ptr<PathStream> path; ///< of MaskShape and PathShape
+    Rare<std::string> name;           ///< UTF-8; empty if the file has none
     Rare<std::string> matchName;      ///< of OtherElement alone: the element's own, at most 40 bytes
-    SourceSpan source;                ///< the object (of a leaf: the property) in the source text; empty if new
-    bool rotoBezier = false;          ///< of a mask; memory only
-    bool listChanged = false;         ///< of a list: children differ from those of the source text
-    bool hasSeparatedSource = false;  ///< the source has one property for each dimension, merged in `stream`
 };
+
+inline TreeNode* NodeChildren::operator[](std::size_t place) const {
+    return fixed_ != nullptr ? fixed_ + place : list_[place].get();
+}
 
 [[nodiscard]] inline const NodeFacts& factsOf(const TreeNode& node) {
     return factsOf(node.kind);
@@ -138,17 +194,27 @@ struct TreeNode {
 /// The child of that kind; null if there is none.
 [[nodiscard]] TreeNode* childOf(const TreeNode& node, NodeKind kind);
 
-/// Appends a child of a kind, with the streams that its facts ask for, at their defaults, and of named groups all
-/// the leaves below it.
-/// @return the child
-TreeNode& addNode(TreeNode& parent, NodeKind kind);
+/// Appends a node of a kind to a list, with the streams that its facts ask for, at their defaults, and of named groups
+/// all the leaves below it.
+/// @return the node
+TreeNode& addNode(TreeNode& list, NodeKind kind);
 
 /// Deep copy of a node with its source spans, so that what it has unchanged is copied as it stands in the text.
 /// @param parent  of the copy; null for none
 [[nodiscard]] std::shared_ptr<TreeNode> copied(const TreeNode& node, TreeNode* parent);
 
-/// The tree of a layer without masks or shapes: root and transform, whose leaves refer to `layer.transform`.
+/// The tree of a layer without what its lists hold: root, contents of shape layers, masks of layers that can have any,
+/// and transform, whose leaves refer to `layer.transform`.
 [[nodiscard]] std::shared_ptr<TreeNode> bareTree(Layer& layer);
+
+/// Points the leaves of a transform at the streams of its layer. Those of single dimensions have none until the
+/// dimensions are separated: to be called again then.
+/// @param root  of the layer's tree
+void bindTransform(const TreeNode& root, Layer& layer);
+
+/// A leaf of a layer's transform.
+/// @param root  of the layer's tree
+[[nodiscard]] TreeNode& transformLeaf(const TreeNode& root, NodeKind kind);
 
 /// Deep copy of a layer's tree for a copy of that layer: leaves of the transform refer to `layer.transform`.
 [[nodiscard]] std::shared_ptr<TreeNode> treeCopiedFor(Layer& layer, const TreeNode& root);

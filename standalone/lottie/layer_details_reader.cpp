@@ -148,7 +148,7 @@ private:
         node.source = object.span();
         if (const JsonValue name = members["nm"])
             node.name.own() = name.string();
-        for (const auto& leaf : node.children) {
+        for (TreeNode* leaf : node.children) {
             if (factsOf(*leaf).form == ValueForm::None)
                 continue;
             if (const JsonValue property = members[factsOf(*leaf).member])
@@ -198,20 +198,6 @@ private:
     int depth_ = 0; ///< groups around the element at hand
 };
 
-/// Puts a node in front of the nodes from `place` on.
-TreeNode& insertNode(TreeNode& root, std::ptrdiff_t place, NodeKind kind) {
-    TreeNode& node = addNode(root, kind);
-    std::rotate(root.children.begin() + place, root.children.end() - 1, root.children.end());
-    return node;
-}
-
-bool hasObjects(const JsonValue& list) {
-    bool found = false;
-    if (list.isArray())
-        forEachChild(list, [&](const JsonValue& entry) { found = found || entry.isObject(); });
-    return found;
-}
-
 } // namespace
 
 FieldForm fieldFormOf(NodeKind leaf) {
@@ -244,20 +230,13 @@ LottieDetails::LottieDetails(std::shared_ptr<const LottieSource> source)
       rules_{formatRules(source_->tree.root())},
       properties_{source_->tree.root()["slots"]} {}
 
-std::shared_ptr<TreeNode> LottieDetails::readTree(Layer& layer) const {
-    const JsonMembers members(source_->tree.valueAt(layer.source));
-    auto root = bareTree(layer);
-    TreeNode& transform = *root->children.back();
-    transform.source = layer.transform.source;
-    for (const auto& leaf : transform.children)
-        leaf->source = leaf->stream->source;
+void LottieDetails::readLists(const Layer& layer, TreeNode& root) const {
     TreeReader reader(properties_, rules_);
-    std::ptrdiff_t place = 0;
-    if (layer.kind == LayerKind::Shape)
-        reader.readShapes(insertNode(*root, place++, NodeKind::VectorsRoot), members["shapes"]);
-    if (const JsonValue masks = members["masksProperties"]; hasObjects(masks))
-        reader.readMasks(insertNode(*root, place, NodeKind::MaskParade), masks);
-    return root;
+    TreeNode* const shapes = childOf(root, NodeKind::VectorsRoot);
+    if (shapes != nullptr && !layer.shapesSource.empty())
+        reader.readShapes(*shapes, source_->tree.valueAt(layer.shapesSource));
+    if (!layer.masksSource.empty())
+        reader.readMasks(*childOf(root, NodeKind::MaskParade), source_->tree.valueAt(layer.masksSource));
 }
 
 TextOutlines LottieDetails::textOutlines(const Layer& layer, double frame) const {

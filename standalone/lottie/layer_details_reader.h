@@ -13,12 +13,12 @@ namespace jostle::standalone {
 /// The form of a leaf's property.
 [[nodiscard]] FieldForm fieldFormOf(NodeKind leaf);
 
-/// Reads what a layer's object holds when it is asked for. Layers that stand in no file have an empty tree.
+/// Reads what a layer's object holds when it is asked for. Layers that stand in no file hold nothing.
 class LottieDetails : public LayerDetails {
 public:
     explicit LottieDetails(std::shared_ptr<const LottieSource> source);
 
-    [[nodiscard]] std::shared_ptr<TreeNode> readTree(Layer& layer) const override;
+    void readLists(const Layer& layer, TreeNode& root) const override;
     [[nodiscard]] TextOutlines textOutlines(const Layer& layer, double frame) const override;
     [[nodiscard]] std::string expressionAt(SourceSpan property) const override;
 

@@ -51,8 +51,8 @@ LayerKind kindFrom(const JsonValue& value) {
                                                                       : LayerKind::Unknown;
 }
 
-int countObjects(const JsonValue& list) {
-    int count = 0;
+std::size_t countObjects(const JsonValue& list) {
+    std::size_t count = 0;
     if (list.isArray())
         forEachChild(list, [&](const JsonValue& entry) { count += entry.isObject() ? 1 : 0; });
     return count;
@@ -162,8 +162,11 @@ private:
             layer->stretch = 1;
         layer->parentId = members.parent.integer(noParent);
         layer->usesMatteAbove = members.matte.flag() && members.matteId.type() != JsonType::Number;
-        layer->maskCount = countObjects(members.masks);
-        masks_ += static_cast<std::size_t>(layer->maskCount);
+        layer->shapesSource = members.shapes.span();
+        const std::size_t masks = countObjects(members.masks);
+        if (masks > 0)
+            layer->masksSource = members.masks.span();
+        masks_ += masks;
         if (masks_ > mostMasks)
             return layerTitle(*layer, composition.layers.size()) + ", " + members.masks.pointer() +
                    ": there are more than " + std::to_string(mostMasks) + " masks up to here; remove some";

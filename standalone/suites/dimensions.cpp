@@ -83,6 +83,7 @@ void setDimensionsSeparated(LayerEntry& entry, bool separated) {
         transform.position = joined(transform);
     }
     transform.separated = separated;
+    bindTransform(state().treeOf(entry), *entry.layer);
 }
 
 } // namespace jostle::standalone

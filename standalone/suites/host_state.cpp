@@ -203,7 +203,7 @@ MaskRef* HostState::usableMask(AEGP_MaskRefH handle) {
 }
 
 TreeNode& HostState::treeOf(const LayerEntry& entry) {
-    return streamTreeOf(*entry.comp->composition, *entry.layer);
+    return jostle::standalone::treeOf(*entry.comp->composition, *entry.layer);
 }
 
 bool HostState::isAttached(const LayerEntry& entry, const TreeNode& node) {

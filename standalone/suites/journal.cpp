@@ -36,7 +36,7 @@ void Journal::touchPath(LayerEntry& entry, PathStream& path) {
 
 void Journal::touchNode(LayerEntry& entry, TreeNode& node) {
     if (isFirstTouch(&node))
-        groups_.back().nodes.push_back({&entry, &node, node.children, node.rotoBezier, node.listChanged});
+        groups_.back().nodes.push_back({&entry, &node, node.children.list(), node.rotoBezier, node.listChanged});
 }
 
 void Journal::touchLayer(LayerEntry& entry) {
@@ -75,12 +75,13 @@ void Journal::restore(NodeImage& image) {
     if (image.entry->layer == nullptr)
         return;
     TreeNode& node = *image.node;
-    for (auto& child : node.children) {
+    NodeChildren::List& children = node.children.list();
+    for (auto& child : children) {
         child->parent = nullptr;
         image.entry->removedNodes.push_back(std::move(child));
     }
-    node.children = std::move(image.children);
-    for (const auto& child : node.children)
+    children = std::move(image.children);
+    for (const auto& child : children)
         child->parent = &node;
     node.rotoBezier = image.rotoBezier;
     node.listChanged = image.listChanged;

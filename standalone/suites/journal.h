@@ -62,7 +62,7 @@ private:
     struct NodeImage {
         LayerEntry* entry;
         TreeNode* node;
-        std::vector<std::shared_ptr<TreeNode>> children;
+        NodeChildren::List children;
         bool rotoBezier, listChanged;
     };
     struct LayerImage {

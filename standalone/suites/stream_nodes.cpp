@@ -1,7 +1,6 @@
 #include "standalone/suites/stream_nodes.h"
 
 #include <algorithm>
-#include <cassert>
 
 namespace jostle::standalone {
 
@@ -11,23 +10,6 @@ using Kind = NodeKind;
 
 bool isFollower(const TreeNode& node) {
     return node.kind == Kind::PositionX || node.kind == Kind::PositionY || node.kind == Kind::PositionZ;
-}
-
-bool hasMasks(LayerKind kind) {
-    return kind != LayerKind::Camera && kind != LayerKind::Light;
-}
-
-/// Adds a list to a root that has none of the kind.
-void ensureList(TreeNode& root, Kind kind) {
-    if (childOf(root, kind) == nullptr)
-        addNode(root, kind);
-}
-
-/// Contents, masks, transform: the order in which a host shows them, and that of their kinds.
-void putInOrder(TreeNode& root) {
-    const auto comesBefore = [](const auto& one, const auto& other) { return one->kind < other->kind; };
-    if (!std::is_sorted(root.children.begin(), root.children.end(), comesBefore))
-        std::stable_sort(root.children.begin(), root.children.end(), comesBefore);
 }
 
 const char* rootMatchName(LayerKind kind) {
@@ -46,23 +28,6 @@ const char* rootMatchName(LayerKind kind) {
 }
 
 } // namespace
-
-TreeNode& streamTreeOf(const Composition& composition, Layer& layer) {
-    TreeNode& root = treeOf(composition, layer);
-    if (layer.kind == LayerKind::Shape)
-        ensureList(root, Kind::VectorsRoot);
-    if (hasMasks(layer.kind))
-        ensureList(root, Kind::MaskParade);
-    putInOrder(root);
-    return root;
-}
-
-TreeNode& transformLeaf(const TreeNode& root, NodeKind kind) {
-    const TreeNode* group = childOf(root, Kind::TransformGroup);
-    TreeNode* leaf = group == nullptr ? nullptr : childOf(*group, kind);
-    assert(leaf != nullptr && "every tree has the transform");
-    return *leaf;
-}
 
 AEGP_StreamGroupingType groupingOf(const TreeNode& node) {
     switch (factsOf(node).grouping) {
@@ -108,7 +73,7 @@ A_long childCount(const TreeNode& group) {
     const auto followers =
         group.kind != Kind::TransformGroup
             ? 0
-            : std::count_if(children.begin(), children.end(), [](const auto& child) { return isFollower(*child); });
+            : std::count_if(children.begin(), children.end(), [](const TreeNode* child) { return isFollower(*child); });
     return static_cast<A_long>(static_cast<std::ptrdiff_t>(children.size()) - followers);
 }
 
@@ -117,28 +82,29 @@ TreeNode* childAt(const TreeNode& group, A_long index) {
         return nullptr;
     if (group.kind != Kind::TransformGroup) {
         const auto place = static_cast<std::size_t>(index);
-        return place < group.children.size() ? group.children[place].get() : nullptr;
+        return place < group.children.size() ? group.children[place] : nullptr;
     }
-    for (const auto& child : group.children) {
+    for (TreeNode* child : group.children) {
         if (!isFollower(*child) && index-- == 0)
-            return child.get();
+            return child;
     }
     return nullptr;
 }
 
 TreeNode* childNamed(const Layer& layer, const TreeNode& group, std::string_view matchName) {
-    for (const auto& child : group.children) {
+    for (TreeNode* child : group.children) {
         if (matchName == matchNameOf(layer, *child) && (layer.transform.separated || !isFollower(*child)))
-            return child.get();
+            return child;
     }
     return nullptr;
 }
 
 std::size_t placeInParent(const TreeNode& node) {
-    const auto& siblings = node.parent->children;
-    const auto found =
-        std::find_if(siblings.begin(), siblings.end(), [&](const auto& sibling) { return sibling.get() == &node; });
-    return static_cast<std::size_t>(found - siblings.begin());
+    const NodeChildren& siblings = node.parent->children;
+    std::size_t place = 0;
+    while (siblings[place] != &node)
+        ++place;
+    return place;
 }
 
 std::string_view matchNameOf(const Layer& layer, const TreeNode& node) {

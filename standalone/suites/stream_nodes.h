@@ -9,13 +9,6 @@
 /// A layer's tree of streams as the suites show it.
 namespace jostle::standalone {
 
-/// Root of a layer's tree, with the groups that a host shows for layers of its kind even when they hold nothing.
-[[nodiscard]] TreeNode& streamTreeOf(const Composition& composition, Layer& layer);
-
-/// A leaf of the layer's transform.
-/// @param root  of the layer's tree
-[[nodiscard]] TreeNode& transformLeaf(const TreeNode& root, NodeKind kind);
-
 [[nodiscard]] inline bool isLeaf(const TreeNode& node) {
     return factsOf(node).grouping == Grouping::Leaf;
 }

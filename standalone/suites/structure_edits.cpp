@@ -46,7 +46,6 @@ std::unique_ptr<Layer> newLayer(const Composition& composition, LayerKind kind, 
     transform.position = streamOf(3, {composition.item->width / 2.0, composition.item->height / 2.0, 0});
     transform.scale = streamOf(3, {100, 100, 100});
     transform.opacity = streamOf(1, {kind == LayerKind::Null ? 0.0 : 100.0, 0, 0}); // nulls have opacity 0
-    layer->tree = bareTree(*layer);                                                 // there is nothing to be read of it
     return layer;
 }
 
@@ -74,7 +73,7 @@ int groupsAround(const TreeNode& list) {
 /// Groups within each other in a node, itself among them.
 int groupsWithin(const TreeNode& node) {
     int deepest = 0;
-    for (const auto& child : node.children)
+    for (const TreeNode* child : node.children)
         deepest = std::max(deepest, groupsWithin(*child));
     return deepest + (node.kind == NodeKind::Group ? 1 : 0);
 }
@@ -95,9 +94,10 @@ TreeNode* pasteTarget(const SelectedPlace& place, NodeKind node) {
 void removeNode(LayerEntry& entry, TreeNode& node) {
     TreeNode& list = *node.parent;
     state().journal.touchNode(entry, list);
-    const auto place = list.children.begin() + static_cast<std::ptrdiff_t>(placeInParent(node));
+    NodeChildren::List& children = list.children.list();
+    const auto place = children.begin() + static_cast<std::ptrdiff_t>(placeInParent(node));
     entry.removedNodes.push_back(std::move(*place));
-    list.children.erase(place);
+    children.erase(place);
     list.listChanged = true;
     node.parent = nullptr;
 }
@@ -105,7 +105,7 @@ void removeNode(LayerEntry& entry, TreeNode& node) {
 void appendNode(LayerEntry& entry, TreeNode& list, std::shared_ptr<TreeNode> node) {
     state().journal.touchNode(entry, list);
     node->parent = &list;
-    list.children.push_back(std::move(node));
+    list.children.list().push_back(std::move(node));
     list.listChanged = true;
 }
 
@@ -116,7 +116,7 @@ TreeNode* addMask(LayerEntry& entry) {
     state().journal.touchNode(entry, *parade);
     std::string name = numberedName("Mask", [&](const std::string& taken) {
         return std::any_of(parade->children.begin(), parade->children.end(),
-                           [&](const auto& mask) { return *mask->name == taken; });
+                           [&](const TreeNode* mask) { return *mask->name == taken; });
     });
     TreeNode& mask = addNode(*parade, NodeKind::Mask);
     mask.name.own() = std::move(name);

@@ -68,7 +68,7 @@ TEST(Reader, LayersAndWhatTheyShow) {
     EXPECT_EQ(layers[1]->item->width, 32);
     EXPECT_EQ(layers[2]->item->name, "Inner");
     EXPECT_EQ(layers[2]->item->height, 60);
-    EXPECT_EQ(layers[2]->maskCount, 2);
+    EXPECT_FALSE(layers[2]->masksSource.empty());
     EXPECT_TRUE(layers[2]->usesMatteAbove);
     EXPECT_EQ(layers[3]->item->width, 0) << "contains itself";
     EXPECT_FALSE(layers[3]->usesMatteAbove);

@@ -192,14 +192,9 @@ TEST(StructureWriter, NewLayersAndGroups) {
 
 /// The masks of the first layer, which are about to change as a list.
 TreeNode& maskList(Composition& c) {
-    TreeNode& root = firstTree(c);
-    TreeNode* parade = childOf(root, MaskParade);
-    if (!parade) {
-        parade = &addNode(root, MaskParade);
-        std::rotate(root.children.begin(), root.children.end() - 1, root.children.end());
-    }
-    parade->listChanged = true;
-    return *parade;
+    TreeNode& parade = nodeAt(firstTree(c), MaskParade);
+    parade.listChanged = true;
+    return parade;
 }
 
 TreeNode& addMask(Composition& c, const char* name) {
@@ -229,7 +224,7 @@ TEST(StructureWriter, Masks) {
          R"("v":[],"c":false}},"cl":false,"f":{"a":0,"k":[1,2]},"o":{"a":0,"k":100},"x":{"a":0,"k":0},"nm":"B"}]})",
          "4.4.17"},
         {"the last one goes", R"({"a":1,"hasMask":true,"masksProperties":[{}],"b":2})",
-         [](Composition& c) { maskList(c).children.clear(); }, R"({"a":1,"b":2})"},
+         [](Composition& c) { maskList(c).children.list().clear(); }, R"({"a":1,"b":2})"},
         {"values and name in place", R"({"masksProperties":[{"nm":"A","pt":{"a":1,"k":[],"x":"e"},"cl":false}]})",
          [](Composition& c) {
              TreeNode& mask = *nodeAt(firstTree(c), MaskParade).children[0];
@@ -294,7 +289,7 @@ TEST(StructureWriter, Shapes) {
          R"({"ty":"gr","it":[{"ty":"gr"}, {"ty":"rc","p":{"k":[1,2]}}, {"ty":"tr"}]})",
          [](Composition& c) {
              TreeNode& contents = nodeAt(firstShape(c), GroupContents);
-             contents.children.erase(contents.children.begin());
+             contents.children.list().erase(contents.children.list().begin());
              contents.listChanged = true;
              setStatic(*nodeAt(*contents.children[0], RectanglePosition).stream, 0);
          },
