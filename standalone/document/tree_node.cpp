@@ -20,7 +20,9 @@ constexpr auto indexed = Grouping::Indexed;
 constexpr const char* innerRoundness = "ADBE Vector Star Inner Roundess"; // the host's spelling, as the outer one
 constexpr const char* outerRoundness = "ADBE Vector Star Outer Roundess";
 
-constexpr std::array<NodeFacts, nodeKindCount> facts{{
+} // namespace
+
+constexpr std::array<NodeFacts, nodeKindCount> nodeFacts{{
     {K::Root, K::Root, "", "", named, F::None, "", 0},
     {K::VectorsRoot, K::Root, "ADBE Root Vectors Group", "Contents", indexed, F::None, "shapes", 0},
     {K::MaskParade, K::Root, "ADBE Mask Parade", "Masks", indexed, F::None, "masksProperties", 0},
@@ -92,9 +94,11 @@ constexpr std::array<NodeFacts, nodeKindCount> facts{{
     {K::OtherElement, K::OtherElement, "", "", leaf, F::None, "", 0},
 }};
 
+namespace {
+
 constexpr bool tableIsInOrder() {
-    for (std::size_t i = 0; i < facts.size(); ++i) {
-        if (facts[i].kind != static_cast<NodeKind>(i))
+    for (std::size_t i = 0; i < nodeFacts.size(); ++i) {
+        if (nodeFacts[i].kind != static_cast<NodeKind>(i))
             return false;
     }
     return true;
@@ -156,8 +160,8 @@ constexpr std::array<FixedNodes, nodeKindCount> countFixedNodes() {
     std::array<FixedNodes, nodeKindCount> all{};
     // A kind stands behind the one that holds it.
     for (std::size_t i = nodeKindCount; i-- > 0;) {
-        for (const NodeFacts& below : facts) {
-            if (isFixedChild(below, facts[i])) {
+        for (const NodeFacts& below : nodeFacts) {
+            if (isFixedChild(below, nodeFacts[i])) {
                 ++all[i].children;
                 all[i].total =
                     static_cast<std::uint8_t>(all[i].total + all[static_cast<std::size_t>(below.kind)].total);
@@ -245,10 +249,6 @@ bool canHaveMasks(const Layer& layer) {
 }
 
 } // namespace
-
-const NodeFacts& factsOf(NodeKind kind) {
-    return facts[static_cast<std::size_t>(kind)];
-}
 
 TreeNode* childOf(const TreeNode& node, NodeKind kind) {
     for (TreeNode* child : node.children) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -109,7 +110,10 @@ struct NodeFacts {
     const char* member;  ///< of a leaf, its name in the object of the node above; of an element its "ty"; or empty
     double defaultValue; ///< of a leaf's components
 };
-[[nodiscard]] const NodeFacts& factsOf(NodeKind kind);
+extern const std::array<NodeFacts, nodeKindCount> nodeFacts; ///< by kind
+[[nodiscard]] inline const NodeFacts& factsOf(NodeKind kind) {
+    return nodeFacts[static_cast<std::size_t>(kind)];
+}
 
 struct TreeNode;
 
