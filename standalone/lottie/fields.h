@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <variant>
 
@@ -71,6 +73,17 @@ struct PropertyFacts {
     }
 }
 
+/// Length and first, second and last character of a name: those of other names are nearly always others.
+[[nodiscard]] constexpr std::uint32_t signatureOf(std::string_view name) {
+    const auto byte = [name](std::size_t place) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(name[place]));
+    };
+    if (name.empty())
+        return 0;
+    return static_cast<std::uint32_t>(name.size() & 0xFF) | byte(0) << 8 | byte(name.size() > 1 ? 1 : 0) << 16 |
+           byte(name.size() - 1) << 24;
+}
+
 template<class Record>
 struct Field {
     using Member =
@@ -80,15 +93,16 @@ struct Field {
     FieldUse use = FieldUse::Ignore;
     FieldForm form = FieldForm::None;
     Member member{};
+    std::uint32_t signature = signatureOf(name);
 };
 
 /// The field that a member of an object belongs to, or null.
 template<class Table>
 [[nodiscard]] const typename Table::value_type* findField(const Table& table, const JsonValue& member) {
     const std::string_view raw = member.rawKey();
+    const std::uint32_t signature = signatureOf(raw);
     for (const auto& field : table) {
-        if (raw.size() == field.name.size() && !raw.empty() && raw.front() == field.name.front() &&
-            raw.back() == field.name.back() && (raw.size() <= 2 || raw == field.name))
+        if (field.signature == signature && (raw.size() <= 3 || raw == field.name))
             return &field;
     }
     if (raw.find('\\') == std::string_view::npos)
