@@ -285,15 +285,15 @@ std::shared_ptr<TreeNode> bareTree(Layer& layer) {
     TreeNode& transform = groups[count - 1];
     bindTransform(root, layer);
     transform.source = layer.transform.source;
-    for (TreeNode* leaf : transform.children)
-        leaf->source = leaf->stream != nullptr ? leaf->stream->source : SourceSpan{};
+    for (TreeNode* child : transform.children)
+        child->source = child->stream != nullptr ? child->stream->source : SourceSpan{};
     return block.first();
 }
 
 void bindTransform(const TreeNode& root, Layer& layer) {
-    for (TreeNode* leaf : childOf(root, K::TransformGroup)->children) {
-        if (Stream* stream = transformStream(layer.transform, leaf->kind))
-            leaf->stream = stream;
+    for (TreeNode* child : childOf(root, K::TransformGroup)->children) {
+        if (Stream* stream = transformStream(layer.transform, child->kind))
+            child->stream = stream;
     }
 }
 
