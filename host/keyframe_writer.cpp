@@ -21,7 +21,7 @@ bool isFinite(float v) {
     return std::abs(v) <= std::numeric_limits<float>::max();
 }
 bool isFinite(b2Vec2 v) {
-    return isFinite(v.x) & isFinite(v.y);
+    return isFinite(v.x) && isFinite(v.y);
 }
 bool isFinite(AEGP_TwoDVal v) {
     return std::isfinite(v.x) && std::isfinite(v.y);

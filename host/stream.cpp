@@ -194,7 +194,7 @@ KeyframeBatch::KeyframeBatch(HostChain& chain, const Stream& stream)
 }
 
 void KeyframeBatch::add(A_Time time, const StreamValue& value) {
-    if (chain_->failed())
+    if (handle_ == nullptr || chain_->failed())
         return;
     A_long index = 0;
     A_Err error = add_(handle_, AEGP_LTimeMode_CompTime, &time, &index);

@@ -26,20 +26,21 @@ public:
     /// The table, valid as long as the handler; null if the host does not hand it out.
     template<class Suite>
     [[nodiscard]] const Suite* get() {
-        const std::size_t kind = kindOf<Suite>;
-        if (kind >= known_.size())
+        const std::size_t place = kindOf<Suite> - 1; // beyond all as long as it is 0
+        if (place >= known_.size())
             return static_cast<const Suite*>(acquire(Suite::suiteName, Suite::suiteVersion));
-        if (known_[kind] == nullptr)
-            known_[kind] = acquire(Suite::suiteName, Suite::suiteVersion);
-        return static_cast<const Suite*>(known_[kind]);
+        if (known_[place] == nullptr)
+            known_[place] = acquire(Suite::suiteName, Suite::suiteVersion);
+        return static_cast<const Suite*>(known_[place]);
     }
 
 private:
     static constexpr std::size_t suiteCount = 18; // tables of host/suites.h
     static inline std::size_t kinds = 0;          // of tables that anybody asks for
-    // Known before the first call of the host, each of which asks for it.
+    // From 1 on. Known before the first call of the host, each of which asks for it; 0 where objects are made before
+    // main.
     template<class Suite>
-    static inline const std::size_t kindOf = kinds++;
+    static inline const std::size_t kindOf = ++kinds;
 
     struct Slot {
         const char* name = nullptr;

@@ -102,7 +102,7 @@ TreeNode* childNamed(const Layer& layer, const TreeNode& group, std::string_view
 std::size_t placeInParent(const TreeNode& node) {
     const NodeChildren& siblings = node.parent->children;
     std::size_t place = 0;
-    while (siblings[place] != &node)
+    while (place < siblings.size() && siblings[place] != &node)
         ++place;
     return place;
 }
