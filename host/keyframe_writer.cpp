@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
 #include <span>
 
@@ -18,42 +17,35 @@ namespace jostle {
 namespace {
 
 bool isFinite(float v) {
-    return std::abs(v) <= std::numeric_limits<float>::max();
+    return std::isfinite(v);
 }
 bool isFinite(b2Vec2 v) {
-    return isFinite(v.x) && isFinite(v.y);
+    return std::isfinite(v.x) && std::isfinite(v.y);
 }
 bool isFinite(AEGP_TwoDVal v) {
     return std::isfinite(v.x) && std::isfinite(v.y);
-}
-
-/// To the end in any case: so the compiler looks at several samples at once.
-template<class T>
-bool areFinite(const std::vector<T>& samples) {
-    int others = 0;
-    for (const T& sample : samples)
-        others += isFinite(sample) ? 0 : 1;
-    return others == 0;
 }
 
 /// Replaces each sample that is no finite number by the one before it, the first ones by the first that is.
 /// @return whether any was replaced; with no finite sample at all the list becomes empty
 template<class T>
 bool mend(std::vector<T>& samples) {
-    if (areFinite(samples))
-        return false;
     const auto usable = [](const T& sample) { return isFinite(sample); };
     const auto first = std::find_if(samples.begin(), samples.end(), usable);
     if (first == samples.end()) {
+        const bool hadSamples = !samples.empty();
         samples.clear();
-        return true;
+        return hadSamples;
     }
+    bool mended = first != samples.begin();
     std::fill(samples.begin(), first, *first);
     for (auto sample = first + 1; sample < samples.end(); ++sample) {
-        if (!isFinite(*sample))
+        if (!isFinite(*sample)) {
             *sample = *(sample - 1);
+            mended = true;
+        }
     }
-    return true;
+    return mended;
 }
 
 bool scalesDiffer(AEGP_TwoDVal a, AEGP_TwoDVal b) {
