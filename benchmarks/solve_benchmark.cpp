@@ -218,7 +218,7 @@ private:
         const double start = processMilliseconds();
         HostChain chain(context);
         const jostle::Composition composition = duplicateActiveComposition(chain);
-        const auto samplesOf = [&](std::size_t k) { return exportRun_->take(k); };
+        const auto samplesOf = [&](std::size_t k, ExportResult& samples) { exportRun_->take(k, samples); };
         const KeyframeJob job{scene_, samplesOf, 0, frames_ - 1, false};
         const WriteReport written = writeKeyframes(chain, composition, job, {});
         round_.keyframe = processMilliseconds() - start;

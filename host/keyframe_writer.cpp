@@ -31,6 +31,12 @@ bool isFinite(AEGP_TwoDVal v) {
 template<class T>
 bool mend(std::vector<T>& samples) {
     const auto usable = [](const T& sample) { return isFinite(sample); };
+    // As a rule all are, and of hundreds of thousands that is seen soonest without a branch for each.
+    unsigned odd = 0;
+    for (const T& sample : samples)
+        odd |= usable(sample) ? 0U : 1U;
+    if (odd == 0)
+        return false;
     const auto first = std::find_if(samples.begin(), samples.end(), usable);
     if (first == samples.end()) {
         const bool hadSamples = !samples.empty();
@@ -46,6 +52,11 @@ bool mend(std::vector<T>& samples) {
         }
     }
     return mended;
+}
+
+/// Pixels or degrees in one of the host's units. Most are 1, and a division takes longer than all else of a key.
+double inUnits(float number, double unit) {
+    return unit == 1.0 ? static_cast<double>(number) : static_cast<double>(number) / unit;
 }
 
 bool scalesDiffer(AEGP_TwoDVal a, AEGP_TwoDVal b) {
@@ -121,10 +132,11 @@ private:
     std::vector<ScaleSamples> scales_;   ///< by record
     std::vector<Matrix4> shapeMatrices_; ///< by record; of shape layers, at time 0
 
-    // Samples of the layer at hand, kept between layers for their memory.
+    // Of the layer at hand, kept between layers for their memory.
     ExportResult samples_;
     std::vector<float> coordinates_;
     std::vector<b2Vec2> onAxis_; ///< numbers as points
+    std::vector<std::size_t> keyframes_;
 };
 
 void Writer::readLooks() {
@@ -163,7 +175,7 @@ void Writer::write(const Stream& stream, const std::vector<T>& samples, bool asO
         return;
     }
     KeyframeBatch batch(chain_, stream);
-    for (const std::size_t i : keyframeIndices(std::span<const T>(samples), differ)) {
+    for (const std::size_t i : keyframeIndices(std::span<const T>(samples), differ, keyframes_)) {
         put(value, samples[i]);
         batch.add(timeOfFrame(frameDuration_, job_.startFrame + static_cast<int>(i)), value);
     }
@@ -194,7 +206,7 @@ void Writer::writePoints(const Stream& stream, const std::vector<b2Vec2>& points
     }
     const auto differ = [](b2Vec2 a, b2Vec2 b) { return vectorsDiffer(a, b); }; // not by its address: to be inlined
     write(stream, points, asOneValue, differ, [&](StreamValue& value, b2Vec2 sample) {
-        value.setPoint({static_cast<double>(sample.x) / unit.x, static_cast<double>(sample.y) / unit.y});
+        value.setPoint({inUnits(sample.x, unit.x), inUnits(sample.y, unit.y)});
     });
 }
 
@@ -210,7 +222,7 @@ void Writer::writeNumbers(const Stream& stream, const std::vector<float>& number
     }
     const auto differ = [](float a, float b) { return floatsDiffer(a, b); };
     write(stream, numbers, asOneValue, differ,
-          [&](StreamValue& value, float sample) { value.setNumber(static_cast<double>(sample) / unit); });
+          [&](StreamValue& value, float sample) { value.setNumber(inUnits(sample, unit)); });
 }
 
 void Writer::disableExpressions(const LayerStreams& streams) {
@@ -305,7 +317,7 @@ bool Writer::writeLayer(std::size_t record, WrittenStance& stance) {
     disableExpressions(streams);
 
     bool mended = mend(scales_[record].percent);
-    samples_ = job_.samplesOf(job_.scene.bodies.size() - 1 - record);
+    job_.samplesOf(job_.scene.bodies.size() - 1 - record, samples_);
     stance = {samples_.layerAnchor, 0.0f};
     if (!isDead) {
         mended = mend(samples_.positions) || mended;

@@ -14,8 +14,9 @@ namespace jostle {
 /// What is to be written: the samples of a run, beside the records that they belong to.
 struct KeyframeJob {
     const Scene& scene;
-    /// Gives the samples of a body, each once; k belongs to the k-th record from the end.
-    std::function<ExportResult(std::size_t k)> samplesOf;
+    /// Puts the samples of a body, each once, into a result whose memory is kept; k belongs to the k-th record from the
+    /// end.
+    std::function<void(std::size_t k, ExportResult& samples)> samplesOf;
     int startFrame = 0;            ///< composition frame of the first sample
     int endFrame = 0;              ///< of the last
     bool enableMotionBlur = false; ///< for all layers that move

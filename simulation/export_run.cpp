@@ -51,8 +51,13 @@ void ExportRun::sample(int frame, const Scene& scene) {
 }
 
 ExportResult ExportRun::result(std::size_t k) const {
-    const Group& group = groups_[k / bodiesInGroup];
     ExportResult result;
+    copyTo(result, k);
+    return result;
+}
+
+void ExportRun::copyTo(ExportResult& result, std::size_t k) const {
+    const Group& group = groups_[k / bodiesInGroup];
     result.layerAnchor = anchors_[k];
     const std::size_t frames = group.samples.size() / group.bodies;
     result.positions.resize(frames);
@@ -62,15 +67,13 @@ ExportResult ExportRun::result(std::size_t k) const {
         result.positions[frame] = sample.position;
         result.rotations[frame] = sample.rotation;
     }
-    return result;
 }
 
-ExportResult ExportRun::take(std::size_t k) {
-    ExportResult taken = result(k);
+void ExportRun::take(std::size_t k, ExportResult& taken) {
+    copyTo(taken, k);
     Group& group = groups_[k / bodiesInGroup];
     if (++group.taken == group.bodies)
         group.samples = {};
-    return taken;
 }
 
 } // namespace jostle

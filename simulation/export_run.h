@@ -46,7 +46,8 @@ public:
     [[nodiscard]] ExportResult result(std::size_t k) const;
 
     /// The same, for the last time: once all bodies that it shares memory with are taken, that is free.
-    [[nodiscard]] ExportResult take(std::size_t k);
+    /// @param taken  receives it; keeps the memory that it has
+    void take(std::size_t k, ExportResult& taken);
 
 private:
     struct Sample {
@@ -62,6 +63,7 @@ private:
     };
 
     void begin(const Scene& scene);
+    void copyTo(ExportResult& result, std::size_t k) const;
 
     int startFrame_;
     int endFrame_;

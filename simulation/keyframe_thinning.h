@@ -27,15 +27,21 @@ namespace jostle {
 ///
 /// @param samples  one value per frame, n >= 0
 /// @param differ   whether two samples count as different
+/// @param room     for the result, to be used again for the next samples
 /// @return indices into `samples`, rising; empty only if `samples` is
 template<class T, class Differ>
-[[nodiscard]] std::vector<std::size_t> keyframeIndices(std::span<const T> samples, Differ differ) {
+[[nodiscard]] std::span<const std::size_t> keyframeIndices(std::span<const T> samples, Differ differ,
+                                                           std::vector<std::size_t>& room) {
     if (samples.empty()) {
         return {};
     }
     const std::size_t last = samples.size() - 1;
-    std::vector<std::size_t> indices(samples.size());
-    std::size_t count = 1; // with the first, which is 0
+    if (room.size() < samples.size()) {
+        room.resize(samples.size());
+    }
+    std::size_t* const indices = room.data();
+    indices[0] = 0;
+    std::size_t count = 1;
     // Each is written down and then counted or not: of bodies that barely move nobody could foresee a branch.
     for (std::size_t i = 1; i < last; ++i) {
         indices[count] = i;
@@ -44,8 +50,7 @@ template<class T, class Differ>
     if (last > 0 && differ(samples[last], samples[last - 1])) {
         indices[count++] = last;
     }
-    indices.resize(count);
-    return indices;
+    return {indices, count};
 }
 
 } // namespace jostle

@@ -134,7 +134,12 @@ bool SolveRun::bake(const HostContext& context) {
         options_.inPlace ? activeComposition(chain) : duplicateActiveComposition(chain);
     progress_.begin("Keyframing", scene_.bodyCount(), "layers");
     const bool keepsSamples = !options_.samples.empty();
-    const auto samplesOf = [&](std::size_t k) { return keepsSamples ? exportRun_->result(k) : exportRun_->take(k); };
+    const auto samplesOf = [&](std::size_t k, ExportResult& samples) {
+        if (keepsSamples)
+            samples = exportRun_->result(k);
+        else
+            exportRun_->take(k, samples);
+    };
     const KeyframeJob job{scene_, samplesOf, range_.first, range_.last, options_.motionBlur, options_.reduce};
     WriteReport written = writeKeyframes(chain, composition, job, [this](int done, int) {
         progress_.update(done);

@@ -45,7 +45,7 @@ bool importAndExport(const HostContext& context) {
     samples.positions = {{10, 20}, {30, 40}};
     samples.rotations = {0, 10};
     HostChain chain(context);
-    const KeyframeJob job{scene, [&](std::size_t) { return samples; }, 0, 1, true};
+    const KeyframeJob job{scene, [&](std::size_t, ExportResult& taken) { taken = samples; }, 0, 1, true};
     return writeKeyframes(chain, duplicateActiveComposition(chain), job, {}).outcome == WriteOutcome::Done && allWell;
 }
 

@@ -30,7 +30,7 @@ struct Export : Imported {
 
     WriteReport tryToWrite(const std::vector<ExportResult>& results, int startFrame, const WriteProgress& progress) {
         const auto frames = static_cast<int>(results.at(0).positions.size());
-        const auto samplesOf = [&](std::size_t k) { return results.at(k); };
+        const auto samplesOf = [&](std::size_t k, ExportResult& samples) { samples = results.at(k); };
         const KeyframeJob job{scene, samplesOf, startFrame, startFrame + frames - 1, motionBlur, tolerance};
         HostChain chain(hosted.context());
         return writeKeyframes(chain, activeComposition(chain), job, progress);
