@@ -193,14 +193,9 @@ KeyframeBatch::KeyframeBatch(HostChain& chain, const Stream& stream)
         handle_ = nullptr;
 }
 
-void KeyframeBatch::add(A_Time time, const StreamValue& value) {
-    if (handle_ == nullptr || chain_->failed())
-        return;
-    A_long index = 0;
-    A_Err error = add_(handle_, AEGP_LTimeMode_CompTime, &time, &index);
-    if (error == A_Err_NONE)
-        error = set_(handle_, index, &value.record());
+void KeyframeBatch::giveUp(A_Err error) {
     chain_->fail(error);
+    end(false);
 }
 
 void KeyframeBatch::end(bool commit) {

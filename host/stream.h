@@ -134,12 +134,23 @@ public:
     KeyframeBatch(const KeyframeBatch&) = delete;
     KeyframeBatch& operator=(const KeyframeBatch&) = delete;
 
+    /// Between the keys nothing else may be asked of the chain.
     /// @param time  composition time; a batch has one key at a time
-    void add(A_Time time, const StreamValue& value);
+    void add(A_Time time, const StreamValue& value) {
+        if (handle_ == nullptr)
+            return;
+        A_long index = 0;
+        A_Err error = add_(handle_, AEGP_LTimeMode_CompTime, &time, &index);
+        if (error == A_Err_NONE)
+            error = set_(handle_, index, &value.record());
+        if (error != A_Err_NONE)
+            giveUp(error);
+    }
     /// Makes the keys appear, unless the chain has failed meanwhile.
     void commit() { end(!chain_->failed()); }
 
 private:
+    void giveUp(A_Err error);
     void end(bool commit);
 
     HostChain* chain_;

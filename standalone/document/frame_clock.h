@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <optional>
 
 namespace jostle::standalone {
 
@@ -34,25 +35,37 @@ public:
     [[nodiscard]] double frameAt(HostTime time) const {
         if (time.scale == 0)
             return 0;
+        const std::optional<double> whole = wholeFrameAt(time);
+        return whole ? *whole : snapBetween(inFrames(time));
+    }
+
+    /// The same if the frame is whole without being snapped, as nearly every one is; else nothing. Calls nothing.
+    [[nodiscard]] std::optional<double> wholeFrameAt(HostTime time) const {
         if (time.scale == duration_.scale && duration_.value == 1)
             return time.value;
-        // By the duration and not by the rate, so that what timeOf gave comes back however far the two differ.
-        const double numerator = static_cast<double>(time.value) * duration_.scale;
-        const double denominator = static_cast<double>(time.scale) * duration_.value;
-        return snap(numerator / denominator);
+        if (const double frame = inFrames(time); isWhole(frame)) // not with a scale of 0
+            return frame;
+        return std::nullopt;
     }
 
     /// The nearest integer if `frame` differs from it by at most 0.001, or 2e-6 times itself; else `frame`.
     [[nodiscard]] static double snap(double frame) {
-        // Nearly every frame is whole, and rounding is a call.
-        constexpr double most = 2147483647;
-        if (std::abs(frame) < most && static_cast<double>(static_cast<std::int32_t>(frame)) == frame)
-            return frame;
-        return snapBetween(frame);
+        return isWhole(frame) ? frame : snapBetween(frame); // rounding is a call
     }
 
 private:
+    [[nodiscard]] static bool isWhole(double frame) {
+        constexpr double most = 2147483647;
+        return std::abs(frame) < most && static_cast<double>(static_cast<std::int32_t>(frame)) == frame;
+    }
     [[nodiscard]] static double snapBetween(double frame);
+
+    // By the duration and not by the rate, so that what timeOf gave comes back however far the two differ.
+    [[nodiscard]] double inFrames(HostTime time) const {
+        const double numerator = static_cast<double>(time.value) * duration_.scale;
+        const double denominator = static_cast<double>(time.scale) * duration_.value;
+        return numerator / denominator;
+    }
 
     double frameRate_ = 25;
     HostTime duration_{1, 25};

@@ -222,6 +222,10 @@ public:
     int streamsOut = 0, valuesOut = 0;
     std::uint64_t streamsDisposed = 0;
     std::vector<NewKey> spareKeys; ///< of a batch that has ended, for its memory
+    struct {
+        AEGP_AddKeyframesInfoH handle = nullptr;
+        KeyBatch* batch = nullptr;
+    } plainBatch; ///< one that is plain, with its target, until the revision is another one than its `checkedAt`
 
 private:
     AEGP_ItemH itemHandle(const std::shared_ptr<const Item>& item);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 
 #include "standalone/suites/host_state.h"
 #include "standalone/suites/path_edits.h"
@@ -101,6 +102,7 @@ KeyBatch* batchOf(AEGP_AddKeyframesInfoH handle) {
 
 /// Finds out what a batch is for, and all of it that every key needs.
 StreamRef* lookedUp(KeyBatch& batch) {
+    state().plainBatch = {}; // this batch may be so no longer
     StreamRef* ref = keyedLeaf(batch.stream);
     batch.target = ref != nullptr && keyComponents(*ref->node) == batch.components ? ref : nullptr;
     batch.checkedAt = state().revision();
@@ -123,25 +125,13 @@ StreamRef* targetOf(KeyBatch* batch) {
     return batch->target != nullptr && batch->checkedAt == state().revision() ? batch->target : lookedUp(*batch);
 }
 
-/// The batch, if a key of it is nothing but its numbers and all else is known; else null, and no fault.
+/// The batch, if it is the one that a key was added to last, a key of it is nothing but its numbers, and all else is
+/// known; else null, and no fault.
 KeyBatch* plainBatch(AEGP_AddKeyframesInfoH handle) {
-    KeyBatch* batch = state().batches.find(handle);
-    return batch != nullptr && batch->target != nullptr && batch->isPlain && batch->checkedAt == state().revision()
-               ? batch
+    const auto& plain = state().plainBatch;
+    return handle == plain.handle && plain.batch != nullptr && plain.batch->checkedAt == state().revision()
+               ? plain.batch
                : nullptr;
-}
-
-// Out of line, to keep what is done for every key short.
-[[gnu::noinline]] void makeRoom(std::vector<NewKey>& keys) {
-    keys.reserve(2 * keys.size() + 16);
-}
-
-/// Adds a key with the present value, which holds until one is set. @return its index
-[[gnu::always_inline]] inline A_long addPlainKey(KeyBatch& batch, const A_Time& time) {
-    if (batch.keys.size() == batch.keys.capacity())
-        makeRoom(batch.keys);
-    batch.keys.push_back({batch.clock.frameAt({time.value, time.scale}), batch.present});
-    return static_cast<A_long>(batch.keys.size()) - 1;
 }
 
 A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& value) {
@@ -158,7 +148,14 @@ A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& val
     return A_Err_NONE;
 }
 
-// The ways of any key, out of line to keep those of most of them short.
+/// To a list with room for one more.
+void appendWithinRoom(std::vector<NewKey>& keys, const NewKey& key) {
+    if (keys.size() == keys.capacity())
+        __builtin_unreachable(); // so that no call is made ready for
+    keys.push_back(key);
+}
+
+// The ways of any key, out of line: without a call those of most of them save and restore no registers.
 
 [[gnu::noinline]] A_Err addAnyKey(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_Time* time,
                                   A_long* index) {
@@ -166,16 +163,15 @@ A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& val
     const StreamRef* ref = targetOf(batch);
     if (ref == nullptr || !isValid(mode) || !state().isValid(time) || index == nullptr)
         return A_Err_PARAMETER;
-    if (batch->isPlain) {
-        *index = addPlainKey(*batch, *time);
-        return A_Err_NONE;
-    }
     const double frame = batch->clock.frameAt({time->value, time->scale});
     *index = static_cast<A_long>(batch->keys.size());
     NewKey& key = batch->keys.emplace_back();
     key.frame = frame;
     // The present value holds until one is set.
-    if (ref->node->path != nullptr)
+    if (batch->isPlain) {
+        key.value = batch->present;
+        state().plainBatch = {handle, batch}; // the next ones need not come here
+    } else if (ref->node->path != nullptr)
         batch->outlines.push_back(valueAt(*ref->node->path, frame));
     else
         key.value = leafValueAt(*ref->layer->layer, *ref->node, frame);
@@ -207,9 +203,14 @@ A_Err setPlainKey(KeyBatch& batch, std::size_t place, const AEGP_StreamVal2& val
 
 A_Err addKeyframes(AEGP_AddKeyframesInfoH handle, AEGP_LTimeMode mode, const A_Time* time, A_long* index) {
     KeyBatch* batch = plainBatch(handle);
-    if (batch == nullptr || !isValid(mode) || time == nullptr || time->scale == 0 || index == nullptr)
+    if (batch == nullptr || !isValid(mode) || time == nullptr || index == nullptr ||
+        batch->keys.size() == batch->keys.capacity())
         return addAnyKey(handle, mode, time, index);
-    *index = addPlainKey(*batch, *time);
+    const std::optional<double> frame = batch->clock.wholeFrameAt({time->value, time->scale});
+    if (!frame)
+        return addAnyKey(handle, mode, time, index);
+    *index = static_cast<A_long>(batch->keys.size());
+    appendWithinRoom(batch->keys, {*frame, batch->present});
     return A_Err_NONE;
 }
 
@@ -234,6 +235,7 @@ A_Err endAddKeyframes(A_Boolean commit, AEGP_AddKeyframesInfoH handle) {
     // The next batch begins with its memory.
     batch->keys.clear();
     state().spareKeys = std::move(batch->keys);
+    state().plainBatch = {};
     state().batches.remove(handle);
     return commit && ref == nullptr ? A_Err_PARAMETER : A_Err_NONE;
 }

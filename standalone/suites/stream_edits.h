@@ -21,7 +21,8 @@ namespace jostle::standalone {
 
 /// Whether no component is infinite or not a number.
 [[nodiscard]] inline bool isFinite(const Components& value) {
-    return std::isfinite(value[0]) && std::isfinite(value[1]) && std::isfinite(value[2]);
+    // Of infinite and undefined numbers the difference to themselves is undefined.
+    return (value[0] - value[0]) + (value[1] - value[1]) + (value[2] - value[2]) == 0;
 }
 
 /// Gives a stream without keys a value. One that is bit for bit its present value changes nothing.

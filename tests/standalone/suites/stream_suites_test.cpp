@@ -109,6 +109,46 @@ TEST(KeyframeSuite, MergesABatchByTimeUnlessItIsDiscarded) {
     }
 }
 
+// What is known of a stream when a batch's first key is added may not hold for the next one.
+TEST(KeyframeSuite, ABatchSeesWhatBecomesOfItsStream) {
+    {
+        Session session;
+        const AEGP_StreamRefH rotation = session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
+        session.addKeys(rotation, {{0, 10}, {20, 30}});
+        session.inGroup([&] { session.deleteKeys(rotation, 2); });
+        const AEGP_AddKeyframesInfoH batch = got(session.keyframes().AEGP_StartAddKeyframes, rotation);
+        (void)session.addKey(batch, 5); // while it rests at 10
+        EXPECT_EQ(session.undo(), A_Err_NONE);
+        for (const A_long frame : {8, 10, 12}) // on the way from 10 to 30, by 1 in each frame
+            (void)session.addKey(batch, frame);
+        EXPECT_EQ(session.keyframes().AEGP_EndAddKeyframes(1, batch), A_Err_NONE);
+        const KeyTrack& keys = session.outcome(child).transform.rotation.keys;
+        EXPECT_EQ(keys.frames, (std::vector<double>{0, 5, 8, 10, 12, 20}));
+        EXPECT_EQ(keys.values, (std::vector<double>{10, 10, 18, 20, 22, 30}));
+        session.expectClean({rotation});
+    }
+    for (const bool isDeleted : {true, false}) {
+        SCOPED_TRACE(isDeleted ? "the layer is deleted" : "the stream is disposed of");
+        Session session;
+        const auto& keyframes = session.keyframes();
+        const AEGP_StreamRefH rotation = session.stream(session.layer(child), AEGP_LayerStream_ROTATION);
+        AEGP_StreamValue2 value = session.open(rotation);
+        const AEGP_AddKeyframesInfoH batch = got(keyframes.AEGP_StartAddKeyframes, rotation);
+        for (const A_long frame : {1, 2, 3}) // so that there is room for another one
+            (void)session.addKey(batch, frame);
+        if (isDeleted)
+            EXPECT_EQ(session.layers().AEGP_DeleteLayer(session.layer(child)), A_Err_NONE);
+        else
+            session.dispose({rotation});
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            const A_Time time{9, 25};
+            EXPECT_EQ(keyframes.AEGP_SetAddKeyframe(batch, 0, &value), A_Err_PARAMETER);
+            EXPECT_EQ(asked(keyframes.AEGP_AddKeyframes, batch, AEGP_LTimeMode_CompTime, &time).first, A_Err_PARAMETER);
+        }
+        EXPECT_EQ(keyframes.AEGP_EndAddKeyframes(1, batch), A_Err_PARAMETER);
+    }
+}
+
 TEST(KeyframeSuite, ReachesSeparatedDimensionsThroughTheFollowers) {
     Session session;
     const AEGP_StreamRefH leader = session.stream(session.layer(separated), AEGP_LayerStream_POSITION);
