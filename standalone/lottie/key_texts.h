@@ -25,6 +25,15 @@ public:
 
     [[nodiscard]] std::size_t size() const { return size_; }
 
+    /// The beginning of a text of `count` characters or fewer, and whatever follows.
+    template<std::size_t count>
+    [[nodiscard]] std::array<char, count> head() const {
+        static_assert(count <= slack);
+        std::array<char, count> characters;
+        std::memcpy(characters.data(), short_, count);
+        return characters;
+    }
+
     /// @return behind the copy
     [[nodiscard]] char* copyTo(char* at) const {
         if (size_ <= 16)
@@ -41,6 +50,23 @@ public:
 private:
     char short_[slack] = {};
     std::string long_;
+    std::size_t size_;
+};
+
+/// The same for short texts, to be held by value in a loop: what is copied can then not change while it writes.
+template<std::size_t most>
+class ShortText {
+public:
+    /// @param text  of `most` characters or fewer
+    explicit ShortText(const FixedText& text) : short_(text.head<most>()), size_(text.size()) {}
+
+    [[nodiscard]] char* copyTo(char* at) const {
+        std::memcpy(at, short_.data(), most);
+        return at + size_;
+    }
+
+private:
+    std::array<char, most> short_;
     std::size_t size_;
 };
 

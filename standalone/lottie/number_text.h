@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -21,46 +23,51 @@ constexpr std::size_t numberTextRoom = 400;
 /// Prints any finite number by the rules of printThousandths.
 [[nodiscard]] char* printLargeThousandths(char* at, double value);
 
-/// The numbers from 0 to 999, in four bytes each so that all stay near the processor: three digits, and how many of
-/// them count in front of a point and behind one.
+/// The numbers from 0 to 999, each as four bytes that are taken and put down at once: three digits, and how many
+/// characters count.
 class ThreeDigits {
 public:
     constexpr ThreeDigits() {
         for (std::size_t i = 0; i < 1000; ++i) {
-            unsigned char* const entry = &all_[4 * i];
-            entry[0] = static_cast<unsigned char>('0' + i / 100);
-            entry[1] = static_cast<unsigned char>('0' + i / 10 % 10);
-            entry[2] = static_cast<unsigned char>('0' + i % 10);
-            const int zerosInFront = i >= 100 ? 0 : i >= 10 ? 1 : 2;
-            const int behindPoint = i == 0 ? 0 : i % 100 == 0 ? 2 : i % 10 == 0 ? 3 : 4; // with the point
-            entry[3] = static_cast<unsigned char>(zerosInFront + 4 * behindPoint);
+            const std::array<unsigned char, 3> digits{static_cast<unsigned char>('0' + i / 100),
+                                                      static_cast<unsigned char>('0' + i / 10 % 10),
+                                                      static_cast<unsigned char>('0' + i % 10)};
+            const std::size_t zerosInFront = i >= 100 ? 0 : i >= 10 ? 1 : 2;
+            for (std::size_t digit = 0; digit < 3; ++digit) {
+                all_[4 * i + digit] = digits[digit];
+                whole_[4 * i + digit] = digits[std::min<std::size_t>(digit + zerosInFront, 2)];
+            }
+            all_[4 * i + 3] = i == 0 ? 0 : i % 100 == 0 ? 2 : i % 10 == 0 ? 3 : 4;
+            whole_[4 * i + 3] = static_cast<unsigned char>(3 - zerosInFront);
         }
     }
 
     // Each of these writes four or five characters, of which what does not count is to be written over.
 
     /// Prints a number below 1000 without zeros in front.
-    [[nodiscard]] char* printWhole(char* at, std::uint32_t number) const {
-        const unsigned char* const entry = &all_[4 * number];
-        const std::size_t zerosInFront = entry[3] & 3U;
-        std::memcpy(at, entry + zerosInFront, 4);
-        return at + 3 - zerosInFront;
-    }
+    [[nodiscard]] char* printWhole(char* at, std::size_t number) const { return at + put(at, &whole_[4 * number]); }
     /// Prints all three digits.
-    [[nodiscard]] char* printAll(char* at, std::uint32_t number) const {
-        std::memcpy(at, &all_[4 * number], 4);
+    [[nodiscard]] char* printAll(char* at, std::size_t number) const {
+        put(at, &all_[4 * number]);
         return at + 3;
     }
     /// Prints a number of thousandths below 1000 with the point before it and no zeros at the end; nothing of 0.
-    [[nodiscard]] char* printRest(char* at, std::uint32_t number) const {
-        const unsigned char* const entry = &all_[4 * number];
-        at[0] = '.';
-        std::memcpy(at + 1, entry, 4);
-        return at + (entry[3] >> 2U);
+    [[nodiscard]] char* printRest(char* at, std::size_t number) const {
+        *at = '.';
+        return at + put(at + 1, &all_[4 * number]);
     }
 
 private:
-    std::array<unsigned char, 4 * 1001> all_{}; // digits may be read from their middle on
+    /// @return the last of the four bytes
+    static std::uint32_t put(char* at, const unsigned char* entry) {
+        std::uint32_t bytes = 0;
+        std::memcpy(&bytes, entry, 4);
+        std::memcpy(at, &bytes, 4);
+        return std::endian::native == std::endian::little ? bytes >> 24U : bytes & 0xFFU;
+    }
+
+    std::array<unsigned char, 4000> all_{};   ///< the digits, and how many characters count behind a point, with it
+    std::array<unsigned char, 4000> whole_{}; ///< the digits from the first that is not 0, and their number
 };
 inline constexpr ThreeDigits threeDigits;
 
@@ -80,12 +87,12 @@ template<class Other>
     *at = '-';
     at += rounded < 0 ? 1 : 0;
     const auto thousandths = static_cast<std::uint32_t>(std::abs(rounded));
-    const std::uint32_t whole = thousandths / 1000;
+    const std::uint32_t whole = thousandths / 1000, rest = thousandths - 1000 * whole;
     if (whole < 1000)
         at = threeDigits.printWhole(at, whole);
     else
         at = threeDigits.printAll(threeDigits.printWhole(at, whole / 1000), whole % 1000);
-    return threeDigits.printRest(at, thousandths % 1000);
+    return threeDigits.printRest(at, rest);
 }
 [[nodiscard]] inline char* printThousandths(char* at, double value) {
     return printThousandths(at, value, [value](char* place) { return printLargeThousandths(place, value); });

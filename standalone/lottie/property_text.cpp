@@ -120,6 +120,17 @@ private:
     // in the sink's own block.
     void printLinearKeys(TextSink& out) {
         const KeyTexts& texts = keyTexts();
+        using Short = ShortText<16>;
+        using Long = ShortText<64>;
+        if (texts.middle.size() <= 16 && texts.comma.size() <= 16 && texts.linearAndNext.size() <= 64)
+            printLinearKeys(out, texts, Short(texts.middle), Short(texts.comma), Long(texts.linearAndNext));
+        else
+            printLinearKeys(out, texts, texts.middle, texts.comma, texts.linearAndNext);
+    }
+
+    template<class Middle, class Comma, class Between>
+    void printLinearKeys(TextSink& out, const KeyTexts& texts, const Middle& middle, const Comma& comma,
+                         const Between& between) {
         const std::size_t most = texts.most, components = components_, count = stream_.keys.size();
         const double* const frames = stream_.keys.frames.data();
         const double* numbers = stream_.keys.values.data();
@@ -134,13 +145,13 @@ private:
             };
             at = printFrame(at, frames[key],
                             [&](char* place) { return printOdd(place, frames + key, key > 0 ? 1 : 0, lastFrame); });
-            at = printComponent(texts.middle.copyTo(at), 0);
+            at = printComponent(middle.copyTo(at), 0);
             for (std::size_t c = 1; c < components; ++c)
-                at = printComponent(texts.comma.copyTo(at), c);
+                at = printComponent(comma.copyTo(at), c);
             numbers += components;
             if (++key == count)
                 break;
-            at = texts.linearAndNext.copyTo(at);
+            at = between.copyTo(at);
             if (static_cast<std::size_t>(roomEnd - at) < most) {
                 out.take(at);
                 at = out.room(most);
