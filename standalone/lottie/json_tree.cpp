@@ -30,10 +30,10 @@ bool isSpace(char c) {
 enum : unsigned char { bracket = 1, comma = 2, space = 4, quote = 8 };
 constexpr std::array<unsigned char, 256> makeKinds() {
     std::array<unsigned char, 256> kinds{};
-    for (const unsigned char c : {'{', '}', '[', ']'})
-        kinds[c] = bracket;
-    for (const unsigned char c : {' ', '\t', '\n', '\r'})
-        kinds[c] = space;
+    for (const char c : {'{', '}', '[', ']'})
+        kinds[static_cast<unsigned char>(c)] = bracket;
+    for (const char c : {' ', '\t', '\n', '\r'})
+        kinds[static_cast<unsigned char>(c)] = space;
     kinds[','] = comma;
     kinds['"'] = quote;
     return kinds;
@@ -62,37 +62,6 @@ bool isTooLarge(std::string_view number) {
     const std::size_t point = std::min(number.find('.'), number.size());
     const std::size_t leading = std::min(number.find_first_of("123456789"), number.size());
     return exponent + static_cast<std::ptrdiff_t>(point) - static_cast<std::ptrdiff_t>(leading) > 0;
-}
-
-/// Reads the number that starts at `begin`; `end` is set behind it.
-double readNumber(const char* begin, const char* limit, const char*& end) {
-    // Most numbers are a whole one below 2^53 divided by a small power of ten, both of which a double holds, so that
-    // the quotient is the nearest double.
-    constexpr double powers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    const char* at = begin + (*begin == '-' ? 1 : 0);
-    std::uint64_t digits = 0;
-    const char* const first = at;
-    for (; at < limit && isDigit(*at); ++at)
-        digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
-    const char* const point = at;
-    if (at < limit && *at == '.') {
-        for (++at; at < limit && isDigit(*at); ++at)
-            digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
-    }
-    if (at - first <= 16 && (at == limit || (*at != 'e' && *at != 'E'))) { // at most 15 digits and a point
-        end = at;
-        const double magnitude = static_cast<double>(digits) / powers[at > point ? at - point - 1 : 0];
-        return *begin == '-' ? -magnitude : magnitude;
-    }
-    double value = 0;
-    const auto [after, error] = std::from_chars(begin, limit, value);
-    end = after;
-    if (error == std::errc::result_out_of_range) {
-        const std::string_view number(begin, static_cast<std::size_t>(after - begin));
-        value = isTooLarge(number) ? std::numeric_limits<double>::infinity() : 0.0;
-        return number.front() == '-' ? -value : value;
-    }
-    return value;
 }
 
 std::size_t digitsAt(std::string_view text, std::size_t at) {
@@ -141,6 +110,36 @@ std::string withoutNumbers(std::string_view text) {
 
 } // namespace
 
+double readJsonNumber(const char* begin, const char* limit, const char*& end) {
+    // Most numbers are a whole one below 2^53 divided by a small power of ten, both of which a double holds, so that
+    // the quotient is the nearest double.
+    constexpr double powers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const char* at = begin + (*begin == '-' ? 1 : 0);
+    std::uint64_t digits = 0;
+    const char* const first = at;
+    for (; at < limit && isDigit(*at); ++at)
+        digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    const char* const point = at;
+    if (at < limit && *at == '.') {
+        for (++at; at < limit && isDigit(*at); ++at)
+            digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    }
+    if (at - first <= 16 && (at == limit || (*at != 'e' && *at != 'E'))) { // at most 15 digits and a point
+        end = at;
+        const double magnitude = static_cast<double>(digits) / powers[at > point ? at - point - 1 : 0];
+        return *begin == '-' ? -magnitude : magnitude;
+    }
+    double value = 0;
+    const auto [after, error] = std::from_chars(begin, limit, value);
+    end = after;
+    if (error == std::errc::result_out_of_range) {
+        const std::string_view number(begin, static_cast<std::size_t>(after - begin));
+        value = isTooLarge(number) ? std::numeric_limits<double>::infinity() : 0.0;
+        return number.front() == '-' ? -value : value;
+    }
+    return value;
+}
+
 /// Takes the parser's events, which come right behind what they are about.
 class TreeBuilder {
 public:
@@ -155,7 +154,7 @@ public:
     bool Int64(std::int64_t) { return true; }
     bool Uint64(std::uint64_t) { return true; }
     bool Double(double) { return true; }
-    bool RawNumber(const char*, rapidjson::SizeType, bool) { return true; }
+    bool RawNumber(const char*, rapidjson::SizeType, bool) { return true; } // asked for, never called
     bool Key(const char*, rapidjson::SizeType, bool) { return true; }
     bool StartObject() { return open(); }
     bool EndObject(rapidjson::SizeType) { return close(); }
@@ -232,7 +231,7 @@ std::optional<JsonError> JsonTree::build(std::string_view json, std::size_t shif
     TreeBuilder builder(*this, stream, shift);
     rapidjson::Reader reader;
     // Not the parser that goes without recursion: this one is faster, and the builder stops it before it gets deep.
-    const rapidjson::ParseResult result = reader.Parse<rapidjson::kParseNumbersAsStringsFlag>(stream, builder);
+    const rapidjson::ParseResult result = reader.Parse<rapidjson::kParseDefaultFlags>(stream, builder);
     const std::size_t stop = stream.Tell();
     if (builder.tooDeep())
         return JsonError{"nested deeper than " + std::to_string(maximumJsonDepth) + " levels", stop - 1 + shift};
@@ -438,7 +437,7 @@ std::size_t JsonValue::numbers(double* values, std::size_t most) const {
             ++at;
         if (at == limit)
             break;
-        values[count++] = readNumber(at, limit, at);
+        values[count++] = readJsonNumber(at, limit, at);
     }
     return count;
 }
@@ -448,7 +447,7 @@ std::optional<double> JsonValue::number() const {
         return std::nullopt;
     const std::string_view digits = text();
     const char* end = nullptr;
-    return readNumber(digits.data(), digits.data() + digits.size(), end);
+    return readJsonNumber(digits.data(), digits.data() + digits.size(), end);
 }
 
 double JsonValue::number(double fallback) const {

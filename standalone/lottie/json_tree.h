@@ -30,6 +30,10 @@ struct TextPlace {
 };
 [[nodiscard]] TextPlace placeInText(std::string_view text, std::size_t offset);
 
+/// Reads the number that starts at `begin`, in well-formed JSON; an infinity if no double holds it.
+/// @param end  receives what is behind it
+[[nodiscard]] double readJsonNumber(const char* begin, const char* limit, const char*& end);
+
 enum class JsonType { Missing, Null, Boolean, Number, String, Array, Object };
 
 class JsonValue;
