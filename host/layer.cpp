@@ -104,9 +104,12 @@ Stream Layer::root(HostChain& chain) const {
 }
 
 Stream Layer::vectorContents(HostChain& chain) const {
-    for (NamedStream& child : childrenOf(root(chain)))
-        if (child.matchName == "ADBE Root Vectors Group")
-            return std::move(child.stream);
+    const Stream groups = root(chain);
+    for (int index = 0, count = groups.childCount(); index < count; ++index) {
+        Stream group = groups.childAt(index);
+        if (group.matchName() == "ADBE Root Vectors Group")
+            return group;
+    }
     return {};
 }
 
