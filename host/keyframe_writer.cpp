@@ -39,19 +39,15 @@ bool mend(std::vector<T>& samples) {
         return false;
     const auto first = std::find_if(samples.begin(), samples.end(), usable);
     if (first == samples.end()) {
-        const bool hadSamples = !samples.empty();
         samples.clear();
-        return hadSamples;
+        return true;
     }
-    bool mended = first != samples.begin();
     std::fill(samples.begin(), first, *first);
     for (auto sample = first + 1; sample < samples.end(); ++sample) {
-        if (!isFinite(*sample)) {
+        if (!isFinite(*sample))
             *sample = *(sample - 1);
-            mended = true;
-        }
     }
-    return mended;
+    return true;
 }
 
 /// Pixels or degrees in one of the host's units. Most are 1, and a division takes longer than all else of a key.
